@@ -1,0 +1,95 @@
+# How the project is cut into rooms.
+#
+#   nivora_module(<name> [DEPENDS <module>...] [QT <target>...] [LIBS <target>...]
+#                 [WIDGETS])
+#       One static library, nivora_<name>, of the sources beside the caller's
+#       CMakeLists.txt. Its public headers lie below include/. Its sources see
+#       their own headers and those of the modules in DEPENDS, and no others:
+#       dependencies are linked privately, so nothing travels further.
+#       QT names libraries that show in the public headers, LIBS those that do
+#       not. WIDGETS picks the precompiled header with Qt Widgets in it.
+#
+#   nivora_test(<module> <unit> [DEPENDS <module>...] [LIBS <target>...]
+#               [LABELS <label>...] [TIMEOUT <seconds>])
+#       One test program of tst_<unit>.cpp beside the caller's CMakeLists.txt,
+#       linked to the module under test and to the test support.
+
+include_guard(GLOBAL)
+
+add_library(nivora_options INTERFACE)
+# GLib's users compile with -pthread; a precompiled header serves them only if
+# it was made with it too.
+target_compile_options(nivora_options INTERFACE -pthread -Wall -Wextra -Werror -Wnon-virtual-dtor
+    -Woverloaded-virtual -Wshadow=local)
+target_compile_definitions(nivora_options INTERFACE QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII
+    QT_NO_KEYWORDS QT_NO_URL_CAST_FROM_STRING QT_NO_NARROWING_CONVERSIONS_IN_CONNECT
+    QT_DISABLE_DEPRECATED_BEFORE=0x060400)
+if(NIVORA_SANITIZE)
+    target_compile_options(nivora_options INTERFACE -fsanitize=address,undefined
+        -fno-sanitize-recover=undefined -fno-omit-frame-pointer)
+    target_link_options(nivora_options INTERFACE -fsanitize=address,undefined)
+endif()
+
+# Two precompiled headers serve every target: building one for each module
+# costs more than it saves.
+function(nivora_precompiled_header name qt)
+    file(WRITE "${CMAKE_BINARY_DIR}/${name}.cpp.in" "")
+    file(CONFIGURE OUTPUT "${CMAKE_BINARY_DIR}/${name}.cpp" CONTENT "")
+    add_library(${name} STATIC "${CMAKE_BINARY_DIR}/${name}.cpp")
+    set_target_properties(${name} PROPERTIES AUTOMOC OFF)
+    target_link_libraries(${name} PRIVATE nivora_options ${qt})
+    target_compile_options(${name} PRIVATE -fpch-preprocess)
+    target_precompile_headers(${name} PRIVATE "${CMAKE_SOURCE_DIR}/cmake/${name}.h")
+endfunction()
+nivora_precompiled_header(pch_core Qt6::Core)
+nivora_precompiled_header(pch_widgets Qt6::Widgets)
+
+function(nivora_use_precompiled_header target widgets)
+    target_compile_options(${target} PRIVATE -fpch-preprocess)
+    if(widgets)
+        target_precompile_headers(${target} REUSE_FROM pch_widgets)
+    else()
+        target_precompile_headers(${target} REUSE_FROM pch_core)
+    endif()
+endfunction()
+
+# Lets a target see and link modules without passing them on.
+function(nivora_see target)
+    foreach(module IN LISTS ARGN)
+        target_link_libraries(${target} PRIVATE nivora_${module})
+    endforeach()
+endfunction()
+
+function(nivora_module name)
+    cmake_parse_arguments(PARSE_ARGV 1 arg "WIDGETS" "" "DEPENDS;QT;LIBS;SOURCES")
+    set(target nivora_${name})
+    file(GLOB sources CONFIGURE_DEPENDS "${CMAKE_CURRENT_SOURCE_DIR}/*.cpp"
+        "${CMAKE_CURRENT_SOURCE_DIR}/*.h" "${CMAKE_CURRENT_SOURCE_DIR}/*.qrc")
+    file(GLOB_RECURSE headers CONFIGURE_DEPENDS "${CMAKE_CURRENT_SOURCE_DIR}/include/*.h")
+    add_library(${target} STATIC ${sources} ${headers} ${arg_SOURCES})
+    target_include_directories(${target} PUBLIC "${CMAKE_CURRENT_SOURCE_DIR}/include")
+    target_link_libraries(${target} PUBLIC Qt6::Core ${arg_QT} PRIVATE nivora_options ${arg_LIBS})
+    nivora_see(${target} ${arg_DEPENDS})
+    set_property(TARGET ${target} PROPERTY NIVORA_DEPENDS "${arg_DEPENDS}")
+    nivora_use_precompiled_header(${target} ${arg_WIDGETS})
+endfunction()
+
+function(nivora_test module unit)
+    cmake_parse_arguments(PARSE_ARGV 2 arg "WIDGETS" "TIMEOUT" "DEPENDS;LIBS;LABELS")
+    set(target tst_${module}_${unit})
+    add_executable(${target} tst_${unit}.cpp)
+    get_property(seen TARGET nivora_${module} PROPERTY NIVORA_DEPENDS)
+    list(APPEND seen ${module} ${arg_DEPENDS})
+    list(REMOVE_DUPLICATES seen)
+    nivora_see(${target} ${seen})
+    target_link_libraries(${target} PRIVATE nivora_options nivora_testsupport Qt6::Test ${arg_LIBS})
+    nivora_use_precompiled_header(${target} ${arg_WIDGETS})
+    add_test(NAME ${module}.${unit} COMMAND ${target})
+    if(NOT arg_TIMEOUT)
+        set(arg_TIMEOUT 120)
+    endif()
+    # Unit tests never touch the desktop they run on.
+    set_tests_properties(${module}.${unit} PROPERTIES TIMEOUT ${arg_TIMEOUT}
+        LABELS "${arg_LABELS}"
+        ENVIRONMENT "QT_QPA_PLATFORM=offscreen;QT_ACCESSIBILITY=0;LC_ALL=C.UTF-8")
+endfunction()

@@ -1,0 +1,30 @@
+#pragma once
+
+namespace nivora::platform {
+
+class Accessibility;
+class Clipboard;
+class GlobalHotKey;
+class KeyEventTap;
+class KeySynthesizer;
+class Preferences;
+class PrimarySelectionReader;
+class SecretStore;
+class WindowSystem;
+
+// One backend's implementation of every interface. Borrowed: whoever makes the
+// backend keeps it alive longer than everything that uses it.
+struct Services
+{
+    Preferences &preferences;
+    SecretStore &secrets;
+    KeyEventTap &keyEventTap;
+    GlobalHotKey &hotKey;
+    KeySynthesizer &keySynthesizer;
+    Accessibility &accessibility;
+    Clipboard &clipboard;
+    PrimarySelectionReader &primarySelection;
+    WindowSystem &windowSystem;
+};
+
+} // namespace nivora::platform

@@ -1,0 +1,40 @@
+#pragma once
+
+#include <QString>
+
+#include <optional>
+
+namespace nivora::platform {
+
+using WindowId = quint32;
+
+// A top-level window of any program.
+struct ForeignWindow
+{
+    WindowId id = 0;
+    qint64 processId = 0;  // 0 if unknown
+    QString className;     // the program's class, "XTerm"; empty if unknown
+    QString instanceName;  // "xterm"; empty if unknown
+
+    bool operator==(const ForeignWindow &) const = default;
+};
+
+// The windows of the session. Main thread only; each call is one exchange with
+// the local display server.
+class WindowSystem
+{
+public:
+    virtual ~WindowSystem() = default;
+
+    // The window that the user works in now, absent if there is none.
+    virtual std::optional<ForeignWindow> activeWindow() const = 0;
+
+    // Whether key presses go into this window now: it is active and the input
+    // focus lies in it or below it.
+    virtual bool hasInputFocus(WindowId window) const = 0;
+
+    // Asks the window manager to activate the window. It may refuse.
+    virtual void requestActivation(WindowId window) = 0;
+};
+
+} // namespace nivora::platform
