@@ -1,0 +1,36 @@
+#pragma once
+
+#include "platform/services.h"
+#include "platform_memory/memory_accessibility.h"
+#include "platform_memory/memory_clipboard.h"
+#include "platform_memory/memory_keys.h"
+#include "platform_memory/memory_preferences.h"
+#include "platform_memory/memory_primary_selection.h"
+#include "platform_memory/memory_secret_store.h"
+#include "platform_memory/memory_window_system.h"
+
+namespace nivora::memory {
+
+// A desktop for tests: everything that the program asks of a platform, with
+// nothing behind it. Time still passes for real.
+struct MemoryDesktop
+{
+    MemoryPreferences preferences;
+    MemorySecretStore secrets;
+    MemoryKeyEventTap keyEventTap;
+    MemoryHotKey hotKey;
+    MemoryKeySynthesizer keySynthesizer;
+    MemoryAccessibility accessibility;
+    MemoryClipboard clipboard;
+    MemoryPrimarySelectionReader primarySelection;
+    MemoryWindowSystem windowSystem;
+
+    // Borrows from this object.
+    platform::Services services()
+    {
+        return {preferences,   secrets,   keyEventTap,      hotKey,      keySynthesizer,
+                accessibility, clipboard, primarySelection, windowSystem};
+    }
+};
+
+} // namespace nivora::memory

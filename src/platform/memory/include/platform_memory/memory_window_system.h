@@ -1,0 +1,32 @@
+#pragma once
+
+#include "platform/window_system.h"
+
+#include <vector>
+
+namespace nivora::memory {
+
+class MemoryWindowSystem final : public platform::WindowSystem
+{
+public:
+    std::optional<platform::ForeignWindow> activeWindow() const override { return m_active; }
+    bool hasInputFocus(platform::WindowId window) const override;
+    void requestActivation(platform::WindowId window) override;
+
+    // The input focus goes to the active window along with the activation.
+    void setActiveWindow(std::optional<platform::ForeignWindow> window);
+    // Takes the input focus away from the active window, or gives it back.
+    void setFocusArrived(bool arrived) { m_focusArrived = arrived; }
+    // A window that an activation request may bring to the front. Requests for
+    // any other window are recorded and refused.
+    void setActivatable(const platform::ForeignWindow &window) { m_activatable = window; }
+    const std::vector<platform::WindowId> &activationRequests() const { return m_requests; }
+
+private:
+    std::optional<platform::ForeignWindow> m_active;
+    std::optional<platform::ForeignWindow> m_activatable;
+    bool m_focusArrived = true;
+    std::vector<platform::WindowId> m_requests;
+};
+
+} // namespace nivora::memory
