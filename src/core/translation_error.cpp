@@ -1,0 +1,108 @@
+#include "core/translation_error.h"
+
+#include <QCoreApplication>
+
+namespace nivora {
+
+NetworkFault networkFault(QNetworkReply::NetworkError error)
+{
+    switch (error) {
+    case QNetworkReply::ConnectionRefusedError:
+        return NetworkFault::CannotConnectToHost;
+    case QNetworkReply::RemoteHostClosedError:
+    case QNetworkReply::NetworkSessionFailedError:
+        return NetworkFault::NetworkConnectionLost;
+    case QNetworkReply::HostNotFoundError:
+        return NetworkFault::CannotFindHost;
+    case QNetworkReply::TimeoutError:
+    // Our own transfer time-out aborts the request and shows as a cancellation.
+    case QNetworkReply::OperationCanceledError:
+        return NetworkFault::TimedOut;
+    case QNetworkReply::TemporaryNetworkFailureError:
+    // An unreachable network or host ends here.
+    case QNetworkReply::UnknownNetworkError:
+        return NetworkFault::NotConnectedToInternet;
+    default:
+        return NetworkFault::Other;
+    }
+}
+
+TranslationError TranslationError::http(int status)
+{
+    return {Kind::Http, status, {}};
+}
+
+TranslationError TranslationError::network(const QString &text)
+{
+    return {Kind::Network, 0, text};
+}
+
+TranslationError TranslationError::emptyResponse()
+{
+    return {Kind::EmptyResponse, 0, {}};
+}
+
+TranslationError TranslationError::timeout()
+{
+    return {Kind::Timeout, 0, {}};
+}
+
+TranslationError TranslationError::cannotConnect()
+{
+    return {Kind::CannotConnect, 0, {}};
+}
+
+TranslationError TranslationError::from(NetworkFault fault, const QString &description)
+{
+    switch (fault) {
+    case NetworkFault::TimedOut:
+        return timeout();
+    case NetworkFault::CannotConnectToHost:
+    case NetworkFault::NotConnectedToInternet:
+    case NetworkFault::NetworkConnectionLost:
+    case NetworkFault::CannotFindHost:
+        return cannotConnect();
+    case NetworkFault::Other:
+        break;
+    }
+    return network(description);
+}
+
+bool TranslationError::isTransient(NetworkFault fault)
+{
+    switch (fault) {
+    case NetworkFault::TimedOut:
+    case NetworkFault::CannotConnectToHost:
+    case NetworkFault::NotConnectedToInternet:
+    case NetworkFault::NetworkConnectionLost:
+        return true;
+    // A wrong host name stays wrong.
+    case NetworkFault::CannotFindHost:
+    case NetworkFault::Other:
+        break;
+    }
+    return false;
+}
+
+QString TranslationError::errorDescription() const
+{
+    constexpr auto context = "TranslationError";
+    switch (m_kind) {
+    case Kind::Http:
+        return QCoreApplication::translate(context, "服务返回错误 (HTTP %1)。", "error: http status")
+            .arg(m_status);
+    case Kind::Network:
+        return QCoreApplication::translate(context, "网络错误：%1", "error: network").arg(m_text);
+    case Kind::EmptyResponse:
+        return QCoreApplication::translate(context, "未收到译文，请重试。", "error: empty response");
+    case Kind::Timeout:
+        return QCoreApplication::translate(context, "请求超时（模型可能正在加载，请重试）。",
+                                           "error: timeout");
+    case Kind::CannotConnect:
+        return QCoreApplication::translate(context, "无法连接翻译服务，请检查网络或服务地址。",
+                                           "error: cannot connect");
+    }
+    Q_UNREACHABLE();
+}
+
+} // namespace nivora
