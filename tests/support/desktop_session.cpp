@@ -1,0 +1,373 @@
+#include "support/desktop_session.h"
+
+#include "child_process.h"
+#include "support/wait.h"
+#include "xcb_handle.h"
+
+#include <QDBusConnection>
+#include <QDBusConnectionInterface>
+#include <QDBusMessage>
+#include <QDBusReply>
+#include <QDBusVariant>
+#include <QDir>
+#include <QFile>
+
+#include <algorithm>
+#include <array>
+#include <csignal>
+#include <cstring>
+
+namespace nivora::test {
+
+using namespace Qt::Literals::StringLiterals;
+using namespace std::chrono_literals;
+
+namespace {
+
+// Generous: the machine may be busy compiling.
+constexpr auto startBound = 20s;
+constexpr int startBoundMs = 20'000;
+
+// Marks every process of the session, those included that the buses start.
+const auto markName = u"NIVORA_TEST_SESSION"_s;
+
+bool writeFile(const QString &path, const QByteArray &contents)
+{
+    QFile file(path);
+    return file.open(QIODevice::WriteOnly) && file.write(contents) == contents.size();
+}
+
+// A connection to one of the session's buses for the length of a scope.
+class BusVisit
+{
+public:
+    BusVisit(const QString &address, const QString &name)
+        : m_name(name), m_connection(QDBusConnection::connectToBus(address, name))
+    {
+    }
+    ~BusVisit() { QDBusConnection::disconnectFromBus(m_name); }
+    BusVisit(const BusVisit &) = delete;
+    BusVisit &operator=(const BusVisit &) = delete;
+
+    QDBusConnection *operator->() { return &m_connection; }
+
+private:
+    QString m_name;
+    QDBusConnection m_connection;
+};
+
+// The keys of a stock configuration would compete with those under test.
+constexpr auto windowManagerConfig = R"(<?xml version="1.0" encoding="UTF-8"?>
+<openbox_config xmlns="http://openbox.org/3.4/rc">
+  <focus><focusNew>yes</focusNew><followMouse>no</followMouse></focus>
+  <placement><policy>Smart</policy><center>no</center></placement>
+  <theme><name>Clearlooks</name><animateIconify>no</animateIconify></theme>
+  <desktops><number>1</number><popupTime>0</popupTime></desktops>
+  <keyboard/>
+  <mouse>
+    <context name="Client">
+      <mousebind button="Left" action="Press">
+        <action name="Focus"/><action name="Raise"/>
+      </mousebind>
+    </context>
+  </mouse>
+</openbox_config>
+)";
+
+constexpr auto busConfig = R"(<!DOCTYPE busconfig PUBLIC
+ "-//freedesktop//DTD D-Bus Bus Configuration 1.0//EN"
+ "http://www.freedesktop.org/standards/dbus/1.0/busconfig.dtd">
+<busconfig>
+  <type>session</type>
+  <listen>unix:path=%FOLDER%/bus</listen>
+  <auth>EXTERNAL</auth>
+  <servicedir>%FOLDER%/services</servicedir>
+  <policy context="default">
+    <allow send_destination="*" eavesdrop="true"/>
+    <allow eavesdrop="true"/>
+    <allow own="*"/>
+  </policy>
+</busconfig>
+)";
+
+} // namespace
+
+DesktopSession::DesktopSession() = default;
+
+DesktopSession::~DesktopSession()
+{
+    // The programs first, what they live on last.
+    while (!m_processes.empty()) {
+        endProcess(*m_processes.back());
+        m_processes.pop_back();
+    }
+    if (m_folder.isValid())
+        endStragglers();
+}
+
+bool DesktopSession::start(const Options &options)
+{
+    if (!m_folder.isValid())
+        return fail(u"cannot make a temporary folder"_s);
+    prepareEnvironment();
+    return startServer(options.screenSize) && startBus()
+        && (!options.windowManager || startWindowManager())
+        && (!options.accessibility || startAccessibility())
+        && (!options.keyring || startKeyring());
+}
+
+void DesktopSession::prepareEnvironment()
+{
+    m_environment = QProcessEnvironment::systemEnvironment();
+    const std::array foreign{"QT_"_L1,    "GTK_"_L1,     "GDK_"_L1,     "XDG_"_L1,  "DBUS_"_L1,
+                             "GNOME_"_L1, "DESKTOP_"_L1, "SESSION_"_L1, "LC_"_L1,   "LANG"_L1,
+                             "AT_SPI"_L1, "WAYLAND_"_L1, "XAUTH"_L1,    "DISPLAY"_L1, "NO_AT_"_L1,
+                             "XMODIFIERS"_L1};
+    const auto names = m_environment.keys();
+    for (const auto &name : names) {
+        const bool isForeign = std::ranges::any_of(
+            foreign, [&](QLatin1StringView prefix) { return name.startsWith(prefix); });
+        if (isForeign || name.endsWith("_proxy"_L1, Qt::CaseInsensitive))
+            m_environment.remove(name);
+    }
+
+    const QDir folder(m_folder.path());
+    const std::array<std::pair<QString, QString>, 6> folders{{{u"HOME"_s, u"home"_s},
+                                                              {u"XDG_CONFIG_HOME"_s, u"config"_s},
+                                                              {u"XDG_DATA_HOME"_s, u"data"_s},
+                                                              {u"XDG_CACHE_HOME"_s, u"cache"_s},
+                                                              {u"XDG_STATE_HOME"_s, u"state"_s},
+                                                              {u"XDG_RUNTIME_DIR"_s, u"run"_s}}};
+    for (const auto &[variable, name] : folders) {
+        const auto path = folder.filePath(name);
+        folder.mkpath(name);
+        QFile::setPermissions(path, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+        m_environment.insert(variable, path);
+    }
+    folder.mkpath(u"services"_s);
+    folder.mkpath(u"logs"_s);
+
+    m_environment.insert(markName, m_folder.path());
+    m_environment.insert(u"LC_ALL"_s, u"C.UTF-8"_s);
+    m_environment.insert(u"QT_QPA_PLATFORM"_s, u"xcb"_s);
+    m_environment.insert(u"GDK_BACKEND"_s, u"x11"_s);
+    m_environment.insert(u"GSETTINGS_BACKEND"_s, u"memory"_s);
+    m_environment.insert(u"GTK_USE_PORTAL"_s, u"0"_s);
+    m_environment.insert(u"GIO_USE_VFS"_s, u"local"_s);
+}
+
+bool DesktopSession::startServer(const QSize &screenSize)
+{
+    auto *server = launch(u"Xvfb"_s,
+                          {u"-displayfd"_s, u"1"_s, u"-screen"_s, u"0"_s,
+                           u"%1x%2x24"_s.arg(screenSize.width()).arg(screenSize.height()),
+                           u"-nolisten"_s, u"tcp"_s, u"-noreset"_s});
+    if (!server)
+        return false;
+    const bool answered = waitUntil(
+        [&] { return server->canReadLine() || server->state() == QProcess::NotRunning; },
+        startBound);
+    if (!answered || !server->canReadLine())
+        return fail(u"Xvfb did not come up"_s);
+    m_displayName = ":" + server->readLine().trimmed();
+    m_environment.insert(u"DISPLAY"_s, QString::fromLatin1(m_displayName));
+    return true;
+}
+
+bool DesktopSession::startBus()
+{
+    // Of the system's services only the accessibility bus may be started on
+    // demand: the rest would differ from one machine to the next.
+    const auto service = u"/org.a11y.Bus.service"_s;
+    const auto folder = m_folder.path();
+    QFile::copy(u"/usr/share/dbus-1/services"_s + service, folder + u"/services"_s + service);
+    const auto configFile = folder + u"/bus.conf"_s;
+    if (!writeFile(configFile, QByteArray(busConfig).replace("%FOLDER%", folder.toUtf8())))
+        return fail(u"cannot write "_s + configFile);
+
+    m_busAddress = u"unix:path="_s + folder + u"/bus"_s;
+    m_environment.insert(u"DBUS_SESSION_BUS_ADDRESS"_s, m_busAddress);
+    auto *bus = launch(u"dbus-daemon"_s, {u"--nofork"_s, u"--nopidfile"_s, u"--print-address"_s,
+                                          u"--config-file="_s + configFile});
+    if (!bus)
+        return false;
+    // The address is printed once the bus listens.
+    const bool answered = waitUntil(
+        [&] { return bus->canReadLine() || bus->state() == QProcess::NotRunning; }, startBound);
+    if (!answered || !bus->canReadLine())
+        return fail(u"dbus-daemon did not come up"_s);
+    return true;
+}
+
+bool DesktopSession::startAccessibility()
+{
+    BusVisit bus(m_busAddress, u"nivora-test-session"_s);
+    if (!bus->isConnected())
+        return fail(u"cannot reach the session bus"_s);
+
+    const auto call = [](const QString &interface, const QString &method) {
+        return QDBusMessage::createMethodCall(u"org.a11y.Bus"_s, u"/org/a11y/bus"_s, interface,
+                                              method);
+    };
+    const QDBusReply<QString> address = bus->call(call(u"org.a11y.Bus"_s, u"GetAddress"_s),
+                                                  QDBus::Block, startBoundMs);
+    if (!address.isValid())
+        return fail(u"no accessibility bus: "_s + address.error().message());
+    m_accessibilityBusAddress = address.value();
+
+    const auto properties = u"org.freedesktop.DBus.Properties"_s;
+    auto enable = call(properties, u"Set"_s);
+    enable << u"org.a11y.Status"_s << u"IsEnabled"_s << QVariant::fromValue(QDBusVariant(true));
+    bus->call(enable, QDBus::Block, startBoundMs);
+    auto ask = call(properties, u"Get"_s);
+    ask << u"org.a11y.Status"_s << u"IsEnabled"_s;
+    const QDBusReply<QDBusVariant> enabled = bus->call(ask, QDBus::Block, startBoundMs);
+    if (!enabled.isValid() || !enabled.value().variant().toBool())
+        return fail(u"accessibility cannot be switched on"_s);
+
+    BusVisit accessibility(m_accessibilityBusAddress, u"nivora-test-accessibility"_s);
+    if (!accessibility->isConnected())
+        return fail(u"cannot reach the accessibility bus"_s);
+    const auto registry
+        = accessibility->interface()->startService(u"org.a11y.atspi.Registry"_s);
+    return registry.isValid()
+        || fail(u"no accessibility registry: "_s + registry.error().message());
+}
+
+bool DesktopSession::startKeyring()
+{
+    auto *keyring = launch(u"gnome-keyring-daemon"_s,
+                           {u"--foreground"_s, u"--unlock"_s, u"--components=secrets"_s});
+    if (!keyring)
+        return false;
+    keyring->write("a password for tests");
+    keyring->closeWriteChannel();
+
+    BusVisit bus(m_busAddress, u"nivora-test-keyring"_s);
+    const auto hasDefaultCollection = [&] {
+        auto ask = QDBusMessage::createMethodCall(
+            u"org.freedesktop.secrets"_s, u"/org/freedesktop/secrets"_s,
+            u"org.freedesktop.Secret.Service"_s, u"ReadAlias"_s);
+        ask << u"default"_s;
+        const QDBusReply<QDBusObjectPath> alias = bus->call(ask, QDBus::Block, startBoundMs);
+        return alias.isValid() && alias.value().path() != "/"_L1;
+    };
+    return waitUntil(hasDefaultCollection, startBound) || fail(u"no unlocked keyring"_s);
+}
+
+bool DesktopSession::startWindowManager()
+{
+    const auto configFile = m_folder.filePath(u"openbox.xml"_s);
+    if (!writeFile(configFile, windowManagerConfig))
+        return fail(u"cannot write "_s + configFile);
+    if (!launch(u"openbox"_s, {u"--config-file"_s, configFile}))
+        return false;
+
+    const XcbConnection connection(xcb_connect(m_displayName.constData(), nullptr));
+    if (xcb_connection_has_error(connection.get()))
+        return fail(u"cannot reach the X server"_s);
+    constexpr char name[] = "_NET_SUPPORTING_WM_CHECK";
+    const auto atom = holdReply(xcb_intern_atom_reply(
+        connection.get(), xcb_intern_atom(connection.get(), false, sizeof name - 1, name),
+        nullptr));
+    const auto root = xcb_setup_roots_iterator(xcb_get_setup(connection.get())).data->root;
+    const auto announced = [&] {
+        const auto property = holdReply(xcb_get_property_reply(
+            connection.get(),
+            xcb_get_property(connection.get(), false, root, atom->atom, XCB_ATOM_WINDOW, 0, 1),
+            nullptr));
+        return property && xcb_get_property_value_length(property.get()) > 0;
+    };
+    return (atom && waitUntil(announced, startBound)) || fail(u"openbox did not come up"_s);
+}
+
+QProcess *DesktopSession::launch(const QString &program, const QStringList &arguments)
+{
+    return launch(program, arguments, m_environment);
+}
+
+QProcess *DesktopSession::launch(const QString &program, const QStringList &arguments,
+                                 const QProcessEnvironment &environment)
+{
+    auto process = makeChildProcess();
+    process->setProcessEnvironment(environment);
+    process->setWorkingDirectory(m_folder.path());
+    process->setObjectName(u"%1/logs/%2-%3.log"_s.arg(m_folder.path())
+                               .arg(++m_launches)
+                               .arg(program.section(u'/', -1)));
+    process->setStandardErrorFile(process->objectName());
+    process->start(program, arguments);
+    if (!process->waitForStarted(startBoundMs)) {
+        fail(u"cannot start %1: %2"_s.arg(program, process->errorString()));
+        return nullptr;
+    }
+    m_processes.push_back(std::move(process));
+    return m_processes.back().get();
+}
+
+QByteArray DesktopSession::errorOutput(const QProcess *process) const
+{
+    QFile file(process->objectName());
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+void DesktopSession::end(QProcess *process)
+{
+    const auto found = std::ranges::find(m_processes, process, &std::unique_ptr<QProcess>::get);
+    if (found == m_processes.end())
+        return;
+    endProcess(**found);
+    m_processes.erase(found);
+}
+
+QImage DesktopSession::screenshot() const
+{
+    const XcbConnection connection(xcb_connect(m_displayName.constData(), nullptr));
+    if (xcb_connection_has_error(connection.get()))
+        return {};
+    const auto *screen = xcb_setup_roots_iterator(xcb_get_setup(connection.get())).data;
+    const auto reply = holdReply(xcb_get_image_reply(
+        connection.get(),
+        xcb_get_image(connection.get(), XCB_IMAGE_FORMAT_Z_PIXMAP, screen->root, 0, 0,
+                      screen->width_in_pixels, screen->height_in_pixels, ~0U),
+        nullptr));
+    QImage image(screen->width_in_pixels, screen->height_in_pixels, QImage::Format_RGB32);
+    if (!reply || xcb_get_image_data_length(reply.get()) != image.sizeInBytes())
+        return {};
+    std::memcpy(image.bits(), xcb_get_image_data(reply.get()), size_t(image.sizeInBytes()));
+    return image;
+}
+
+bool DesktopSession::fail(const QString &what)
+{
+    m_error = what;
+    return false;
+}
+
+// Ends what the session's own programs have started in turn: the buses' services
+// are children of nobody here, and most of them stay until they notice.
+void DesktopSession::endStragglers()
+{
+    const QByteArray mark = (markName + u'=' + m_folder.path()).toUtf8() + '\0';
+    const auto stragglers = [&] {
+        std::vector<pid_t> found;
+        const auto entries = QDir(u"/proc"_s).entryList(QDir::Dirs | QDir::NoDotAndDotDot);
+        for (const auto &entry : entries) {
+            bool isProcess = false;
+            const auto pid = entry.toInt(&isProcess);
+            QFile environ(u"/proc/%1/environ"_s.arg(entry));
+            if (isProcess && environ.open(QIODevice::ReadOnly)
+                && environ.readAll().contains(mark))
+                found.push_back(pid);
+        }
+        return found;
+    };
+    for (const int signal : {SIGTERM, SIGKILL}) {
+        for (const auto pid : stragglers())
+            kill(pid, signal);
+        if (waitUntil([&] { return stragglers().empty(); }, 1s))
+            return;
+    }
+}
+
+} // namespace nivora::test
