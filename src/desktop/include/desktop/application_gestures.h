@@ -1,0 +1,20 @@
+#pragma once
+
+#include "platform/keys.h"
+#include "platform/window_system.h"
+
+#include <optional>
+
+namespace nivora {
+
+// The key presses that copy and paste in a program. Absent: there is none that
+// does it, or none that is safe.
+struct ApplicationGestures
+{
+    std::optional<platform::KeyChord> copy;
+    std::optional<platform::KeyChord> paste;
+};
+
+ApplicationGestures gesturesFor(const platform::ForeignWindow &window);
+
+} // namespace nivora
