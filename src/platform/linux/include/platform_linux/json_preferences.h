@@ -1,0 +1,54 @@
+#pragma once
+
+#include "platform/preferences.h"
+
+#include <QJsonObject>
+
+#include <memory>
+
+namespace nivora::linuxdesktop {
+
+class JsonFile;
+
+// Preferences in one JSON object in one file, which is read once, here, and
+// replaced as a whole by every apply(). Members that this program does not know
+// are kept. The file is readable by the user alone.
+//
+// Several processes may use one file: each change is merged into what the file
+// holds by then. An apply() waits at most 100 ms for another process that is
+// writing, and when that one is stuck goes ahead without it.
+//
+// A file that is no JSON object is renamed to <file>.corrupt-<UTC time>. Where
+// the file cannot be read or written the preferences live in memory; a failed
+// write is made up for by the next one that succeeds. Each of these costs one
+// log line.
+class JsonPreferences final : public platform::Preferences
+{
+public:
+    explicit JsonPreferences(const QString &path);
+    ~JsonPreferences() override;
+
+    // Where the user's preferences lie: in the configuration folder that the
+    // environment names.
+    static QString defaultPath();
+
+    std::optional<platform::PreferenceValue> value(const QString &key) const override;
+    void apply(std::span<const platform::PreferenceChange> changes) override;
+
+private:
+    // False when the file is no JSON object.
+    bool readFile();
+    void keepFileAside();
+    void save();
+    void warnOnce(const char *what);
+
+    std::unique_ptr<JsonFile> m_file;
+    QJsonObject m_values;
+    // What has not reached the file yet; an undefined value removes the key.
+    QHash<QString, QJsonValue> m_unsaved;
+    bool m_usable = true;
+    bool m_waitForLock = true;
+    bool m_warned = false;
+};
+
+} // namespace nivora::linuxdesktop

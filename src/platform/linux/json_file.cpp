@@ -1,0 +1,131 @@
+#include "json_file.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QSaveFile>
+
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/stat.h>
+#include <thread>
+#include <unistd.h>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace nivora::linuxdesktop {
+
+using namespace std::chrono_literals;
+
+namespace {
+
+constexpr auto ownerOnly = QFileDevice::ReadOwner | QFileDevice::WriteOwner;
+
+// The last file of a chain of symbolic links, whether or not it exists.
+QString followLinks(const QString &path)
+{
+    QFileInfo info(path);
+    for (int depth = 0; depth < 40 && info.isSymbolicLink(); ++depth)
+        info.setFile(info.symLinkTarget());
+    return info.filePath();
+}
+
+} // namespace
+
+FileLock::FileLock(const QString &path, std::chrono::milliseconds wait)
+    : m_descriptor(::open(QFile::encodeName(path).constData(), O_RDWR | O_CREAT | O_CLOEXEC, 0600))
+{
+    if (m_descriptor < 0)
+        return;
+    const auto deadline = std::chrono::steady_clock::now() + wait;
+    while (!(m_held = ::flock(m_descriptor, LOCK_EX | LOCK_NB) == 0)) {
+        if (std::chrono::steady_clock::now() >= deadline)
+            return;
+        std::this_thread::sleep_for(1ms);
+    }
+}
+
+FileLock::~FileLock()
+{
+    if (m_descriptor >= 0)
+        ::close(m_descriptor);
+}
+
+JsonFile::State JsonFile::read(QJsonObject &object)
+{
+    const QString path = followLinks(m_path);
+    const QFileInfo info(path);
+    m_seen.reset();
+    if (!info.exists())
+        return State::Missing;
+    // Opening a pipe would wait for a writer.
+    QFile file(path);
+    if (!info.isFile() || !file.open(QIODevice::ReadOnly))
+        return State::Unusable;
+    // Taken before the content: a change in between shows as one later.
+    m_seen = stampOf(path);
+    const auto document = QJsonDocument::fromJson(file.readAll());
+    if (!document.isObject())
+        return State::Corrupt;
+    object = document.object();
+    return State::Object;
+}
+
+bool JsonFile::hasChanged() const
+{
+    return stampOf(m_path) != m_seen;
+}
+
+bool JsonFile::write(const QJsonObject &object)
+{
+    QSaveFile file(followLinks(m_path));
+    if (!file.open(QIODevice::WriteOnly) || !file.setPermissions(ownerOnly))
+        return false;
+    file.write(QJsonDocument(object).toJson());
+    if (!file.commit())
+        return false;
+    m_seen = stampOf(m_path);
+    return true;
+}
+
+bool JsonFile::keepAside()
+{
+    const QString path = followLinks(m_path);
+    const QString time = QDateTime::currentDateTimeUtc().toString(u"yyyyMMdd'T'HHmmss'Z'"_s);
+    QString name = path + ".corrupt-"_L1 + time;
+    for (int attempt = 2; attempt < 100; ++attempt) {
+        // Refuses to replace a file.
+        if (QFile::rename(path, name))
+            return true;
+        if (!QFileInfo::exists(name))
+            return false;
+        name = path + ".corrupt-"_L1 + time + u'-' + QString::number(attempt);
+    }
+    return false;
+}
+
+bool JsonFile::makeFolder() const
+{
+    const QString folder = QFileInfo(m_path).path();
+    if (!QFileInfo(folder).isDir()) {
+        QDir().mkpath(QFileInfo(folder).path());
+        QDir().mkdir(folder, ownerOnly | QFileDevice::ExeOwner);
+    }
+    return QFileInfo(folder).isDir();
+}
+
+QString JsonFile::lockPath() const
+{
+    return m_path + ".lock"_L1;
+}
+
+std::optional<JsonFile::Stamp> JsonFile::stampOf(const QString &path)
+{
+    struct stat status;
+    if (::stat(QFile::encodeName(path).constData(), &status) != 0)
+        return std::nullopt;
+    return Stamp{status.st_dev, status.st_ino, status.st_size,
+                 status.st_mtim.tv_sec * 1'000'000'000LL + status.st_mtim.tv_nsec};
+}
+
+} // namespace nivora::linuxdesktop
