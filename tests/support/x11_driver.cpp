@@ -1,0 +1,242 @@
+#include "support/x11_driver.h"
+
+#include "xcb_handle.h"
+
+#include <X11/keysym.h>
+#include <xcb/xcb_keysyms.h>
+#include <xcb/xtest.h>
+
+#include <algorithm>
+#include <array>
+#include <cstring>
+#include <ranges>
+
+namespace nivora::test {
+
+namespace {
+
+// Far below what a person's fingers do, but long enough to be two events.
+constexpr auto tapLength = std::chrono::milliseconds(30);
+
+void pause(std::chrono::milliseconds duration)
+{
+    const auto end = Clock::now() + duration;
+    waitUntil([&] { return Clock::now() >= end; }, duration, std::chrono::milliseconds(1));
+}
+
+struct FreeKeySymbols
+{
+    void operator()(xcb_key_symbols_t *symbols) const { xcb_key_symbols_free(symbols); }
+};
+
+enum Atom { NetWmName, WindowRole, Utf8String, NetActiveWindow, AtomCount };
+constexpr std::array<const char *, AtomCount> atomNames{"_NET_WM_NAME", "WM_WINDOW_ROLE",
+                                                        "UTF8_STRING", "_NET_ACTIVE_WINDOW"};
+
+} // namespace
+
+struct X11Driver::Private
+{
+    explicit Private(const QByteArray &displayName)
+        : connection(xcb_connect(displayName.constData(), nullptr))
+    {
+        if (xcb_connection_has_error(connection.get()))
+            return;
+        root = xcb_setup_roots_iterator(xcb_get_setup(connection.get())).data->root;
+        symbols.reset(xcb_key_symbols_alloc(connection.get()));
+        for (std::size_t i = 0; i < AtomCount; ++i) {
+            const auto name = QByteArrayView(atomNames[i]);
+            const auto reply = holdReply(xcb_intern_atom_reply(
+                connection.get(),
+                xcb_intern_atom(connection.get(), false, uint16_t(name.size()), name.data()),
+                nullptr));
+            atoms[i] = reply ? reply->atom : xcb_atom_t(XCB_ATOM_NONE);
+        }
+    }
+
+    // Until the server has seen everything sent so far.
+    void synchronise() const
+    {
+        holdReply(xcb_get_input_focus_reply(connection.get(),
+                                            xcb_get_input_focus(connection.get()), nullptr));
+    }
+
+    void fake(uint8_t type, uint8_t detail, QPoint place = {}) const
+    {
+        xcb_test_fake_input(connection.get(), type, detail, XCB_CURRENT_TIME, root,
+                            int16_t(place.x()), int16_t(place.y()), 0);
+        synchronise();
+    }
+
+    void fakeKey(uint8_t type, Symbol key) const
+    {
+        const XcbReply<xcb_keycode_t> codes(xcb_key_symbols_get_keycode(symbols.get(), key));
+        if (codes && codes.get()[0] != XCB_NO_SYMBOL)
+            fake(type, codes.get()[0]);
+    }
+
+    QByteArray property(WindowId window, xcb_atom_t name) const
+    {
+        const auto reply = holdReply(xcb_get_property_reply(
+            connection.get(),
+            xcb_get_property(connection.get(), false, window, name, XCB_GET_PROPERTY_TYPE_ANY, 0,
+                             1024),
+            nullptr));
+        if (!reply)
+            return {};
+        return QByteArray(static_cast<const char *>(xcb_get_property_value(reply.get())),
+                          xcb_get_property_value_length(reply.get()));
+    }
+
+    std::optional<Window> describe(WindowId id) const
+    {
+        const auto names = property(id, XCB_ATOM_WM_CLASS).split('\0');
+        if (names.size() < 2)
+            return {};
+        const auto attributes = holdReply(xcb_get_window_attributes_reply(
+            connection.get(), xcb_get_window_attributes(connection.get(), id), nullptr));
+        const auto size = holdReply(xcb_get_geometry_reply(
+            connection.get(), xcb_get_geometry(connection.get(), id), nullptr));
+        const auto origin = holdReply(xcb_translate_coordinates_reply(
+            connection.get(), xcb_translate_coordinates(connection.get(), id, root, 0, 0),
+            nullptr));
+        if (!attributes || !size || !origin)
+            return {};
+        auto title = property(id, atoms[NetWmName]);
+        if (title.isEmpty())
+            title = property(id, XCB_ATOM_WM_NAME);
+        return Window{.id = id,
+                      .instanceName = QString::fromLatin1(names[0]),
+                      .className = QString::fromLatin1(names[1]),
+                      .role = QString::fromLatin1(property(id, atoms[WindowRole])),
+                      .title = QString::fromUtf8(title),
+                      .mapped = attributes->map_state == XCB_MAP_STATE_VIEWABLE,
+                      .geometry
+                      = {origin->dst_x, origin->dst_y, int(size->width), int(size->height)}};
+    }
+
+    // A program's windows lie right below the root or inside one frame.
+    void collect(WindowId parent, int depth, std::vector<Window> &found) const
+    {
+        const auto tree = holdReply(xcb_query_tree_reply(
+            connection.get(), xcb_query_tree(connection.get(), parent), nullptr));
+        if (!tree)
+            return;
+        const auto *children = xcb_query_tree_children(tree.get());
+        for (int i = 0; i < xcb_query_tree_children_length(tree.get()); ++i) {
+            if (auto window = describe(children[i]))
+                found.push_back(*std::move(window));
+            else if (depth > 1)
+                collect(children[i], depth - 1, found);
+        }
+    }
+
+    XcbConnection connection;
+    std::unique_ptr<xcb_key_symbols_t, FreeKeySymbols> symbols;
+    xcb_window_t root = XCB_WINDOW_NONE;
+    std::array<xcb_atom_t, AtomCount> atoms{};
+};
+
+X11Driver::X11Driver(const QByteArray &displayName) : d(std::make_unique<Private>(displayName)) {}
+
+X11Driver::~X11Driver() = default;
+
+bool X11Driver::isValid() const
+{
+    return d->symbols && !xcb_connection_has_error(d->connection.get());
+}
+
+void X11Driver::hold(Symbol key)
+{
+    d->fakeKey(XCB_KEY_PRESS, key);
+}
+
+void X11Driver::release(Symbol key)
+{
+    d->fakeKey(XCB_KEY_RELEASE, key);
+}
+
+void X11Driver::press(std::initializer_list<Symbol> chord)
+{
+    for (const auto key : chord)
+        hold(key);
+    for (const auto key : std::views::reverse(chord))
+        release(key);
+}
+
+Clock::time_point X11Driver::tapShiftTwice(std::chrono::milliseconds gap)
+{
+    hold(XK_Shift_L);
+    pause(tapLength);
+    release(XK_Shift_L);
+    pause(gap - tapLength);
+    const auto secondPress = Clock::now();
+    hold(XK_Shift_L);
+    pause(tapLength);
+    release(XK_Shift_L);
+    return secondPress;
+}
+
+void X11Driver::movePointer(QPoint place)
+{
+    d->fake(XCB_MOTION_NOTIFY, false, place);
+}
+
+void X11Driver::click()
+{
+    d->fake(XCB_BUTTON_PRESS, XCB_BUTTON_INDEX_1);
+    d->fake(XCB_BUTTON_RELEASE, XCB_BUTTON_INDEX_1);
+}
+
+std::vector<X11Driver::Window> X11Driver::windows() const
+{
+    std::vector<Window> found;
+    d->collect(d->root, 3, found);
+    return found;
+}
+
+std::optional<X11Driver::Window> X11Driver::find(const Condition &condition) const
+{
+    for (const auto &window : windows()) {
+        if (window.mapped && condition(window))
+            return window;
+    }
+    return {};
+}
+
+std::optional<X11Driver::Window> X11Driver::waitForMapped(const Condition &condition,
+                                                          std::chrono::milliseconds bound) const
+{
+    std::optional<Window> found;
+    waitUntil([&] { return (found = find(condition)).has_value(); }, bound,
+              std::chrono::milliseconds(1));
+    return found;
+}
+
+bool X11Driver::waitForGone(const Condition &condition, std::chrono::milliseconds bound) const
+{
+    return waitUntil([&] { return !find(condition); }, bound);
+}
+
+X11Driver::WindowId X11Driver::activeWindow() const
+{
+    const auto bytes = d->property(d->root, d->atoms[NetActiveWindow]);
+    WindowId window = 0;
+    if (bytes.size() == qsizetype(sizeof window))
+        std::memcpy(&window, bytes.constData(), sizeof window);
+    return window;
+}
+
+bool X11Driver::waitForActive(WindowId window, std::chrono::milliseconds bound) const
+{
+    return waitUntil([&] { return activeWindow() == window; }, bound);
+}
+
+X11Driver::Condition X11Driver::ofClass(const QString &className, const QString &role)
+{
+    return [className, role](const Window &window) {
+        return window.className == className && (role.isEmpty() || window.role == role);
+    };
+}
+
+} // namespace nivora::test
