@@ -50,14 +50,18 @@ QByteArray pieceEvent(const QString &piece)
                     {u"choices"_s, QJsonArray{choice}}});
 }
 
+QJsonObject usageOf(TokenCounts counts)
+{
+    return {{u"prompt_tokens"_s, counts.prompt},
+            {u"completion_tokens"_s, counts.completion},
+            {u"total_tokens"_s, counts.prompt + counts.completion}};
+}
+
 QByteArray usageEvent(TokenCounts counts)
 {
-    const QJsonObject usage{{u"prompt_tokens"_s, counts.prompt},
-                            {u"completion_tokens"_s, counts.completion},
-                            {u"total_tokens"_s, counts.prompt + counts.completion}};
     return compact({{u"object"_s, u"chat.completion.chunk"_s},
                     {u"choices"_s, QJsonArray()},
-                    {u"usage"_s, usage}});
+                    {u"usage"_s, usageOf(counts)}});
 }
 
 Answer eventStream(const QStringList &pieces, const EventStreamOptions &options)

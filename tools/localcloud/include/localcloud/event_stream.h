@@ -34,6 +34,9 @@ struct EventStreamOptions
     std::chrono::milliseconds pause{0};
 };
 
+// {"prompt_tokens":...,"completion_tokens":...,"total_tokens":...}
+QJsonObject usageOf(TokenCounts counts);
+
 // The payloads of events: chat-completion chunks.
 QByteArray pieceEvent(const QString &piece);
 QByteArray usageEvent(TokenCounts counts);

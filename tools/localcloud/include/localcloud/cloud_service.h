@@ -1,0 +1,52 @@
+#pragma once
+
+#include "localcloud/answer.h"
+#include "localcloud/phrase_book.h"
+#include "localcloud/request.h"
+#include "localcloud/upstream.h"
+
+#include <QJsonObject>
+
+#include <chrono>
+#include <memory>
+
+namespace nivora::localcloud {
+
+class Router;
+struct Wish;
+
+// The translation part of the cloud, in both of its forms:
+//
+//   POST /v1/translate          text and options; wants a bearer token
+//   POST /v1/chat/completions   a prompt, OpenAI-compatible
+//   GET  /v1/models             OpenAI-compatible
+//
+// Translates with the phrase book, or lets an upstream server do it.
+class CloudService
+{
+public:
+    struct Options
+    {
+        // Between one streamed piece and the next.
+        std::chrono::milliseconds pieceDelay{15};
+        std::unique_ptr<Upstream> upstream;
+    };
+
+    explicit CloudService(Options options);
+
+    // The router borrows the service.
+    void addRoutes(Router &router);
+
+private:
+    Answer translate(const Request &request);
+    Answer complete(const Request &request);
+    Answer models() const;
+    QString answerTo(const Wish &wish) const;
+    Answer completion(const QString &prompt, const QString &result, bool stream, bool usage) const;
+
+    std::chrono::milliseconds m_pieceDelay;
+    std::unique_ptr<Upstream> m_upstream;
+    PhraseBook m_book;
+};
+
+} // namespace nivora::localcloud
