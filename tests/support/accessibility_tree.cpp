@@ -26,6 +26,8 @@ const auto textInterface = u"org.a11y.atspi.Text"_s;
 const auto componentInterface = u"org.a11y.atspi.Component"_s;
 const auto actionInterface = u"org.a11y.atspi.Action"_s;
 
+constexpr uint screenSpace = 0;
+
 // Places in the bit set of states.
 constexpr int stateFocused = 12;
 constexpr int stateShowing = 25;
@@ -83,7 +85,7 @@ bool AccessibleElement::isFocused() const
 
 QRect AccessibleElement::frame() const
 {
-    const auto answer = call(componentInterface, u"GetExtents"_s, {0U});
+    const auto answer = call(componentInterface, u"GetExtents"_s, {screenSpace});
     if (answer.isEmpty())
         return {};
     const auto extents = answer.first().value<QDBusArgument>();
@@ -109,12 +111,29 @@ QString AccessibleElement::text() const
 
 QString AccessibleElement::selectedText() const
 {
+    const auto range = selection();
+    if (!range)
+        return {};
+    return call(textInterface, u"GetText"_s, {range->first, range->second}).value(0).toString();
+}
+
+QRect AccessibleElement::selectionBounds() const
+{
+    const auto range = selection();
+    if (!range)
+        return {};
+    const auto box
+        = call(textInterface, u"GetRangeExtents"_s, {range->first, range->second, screenSpace});
+    return {box.value(0).toInt(), box.value(1).toInt(), box.value(2).toInt(),
+            box.value(3).toInt()};
+}
+
+std::optional<std::pair<int, int>> AccessibleElement::selection() const
+{
     const auto range = call(textInterface, u"GetSelection"_s, {0});
     if (range.size() < 2 || range[0].toInt() >= range[1].toInt())
         return {};
-    return call(textInterface, u"GetText"_s, {range[0].toInt(), range[1].toInt()})
-        .value(0)
-        .toString();
+    return std::pair(range[0].toInt(), range[1].toInt());
 }
 
 bool AccessibleElement::press() const

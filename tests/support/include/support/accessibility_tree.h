@@ -8,6 +8,7 @@
 #include <chrono>
 #include <functional>
 #include <optional>
+#include <utility>
 #include <vector>
 
 namespace nivora::test {
@@ -31,6 +32,8 @@ public:
     QString text() const;
     // The selected text; empty when nothing is selected.
     QString selectedText() const;
+    // Where the selected text is, in pixels from the top-left of the screen.
+    QRect selectionBounds() const;
 
     // False when the element does not offer it.
     bool press() const;
@@ -44,6 +47,8 @@ private:
                       const QVariantList &arguments = {}) const;
     QVariant property(const QString &interface, const QString &name) const;
     bool hasState(int state) const;
+    // Start and end in characters; absent when nothing is selected.
+    std::optional<std::pair<int, int>> selection() const;
 
     QDBusConnection m_bus;
     QString m_service;

@@ -1,0 +1,111 @@
+#include "support/editor.h"
+
+#include "support/desktop_session.h"
+#include "support/wait.h"
+
+#include <QDir>
+#include <QFile>
+
+#include <X11/keysym.h>
+
+namespace nivora::test {
+
+using namespace Qt::Literals::StringLiterals;
+using namespace std::chrono_literals;
+
+namespace {
+
+constexpr auto startBound = 20s;
+
+bool writeFile(const QString &path, const QByteArray &contents)
+{
+    QDir().mkpath(path.section(u'/', 0, -2));
+    QFile file(path);
+    return file.open(QIODevice::WriteOnly) && file.write(contents) == contents.size();
+}
+
+} // namespace
+
+Editor::Editor(DesktopSession &session, X11Driver &user, const AccessibilityTree &tree)
+    : m_session(session)
+    , m_user(user)
+    , m_tree(tree)
+{
+}
+
+Editor::~Editor()
+{
+    if (m_process)
+        m_session.end(m_process);
+}
+
+bool Editor::open(Toolkit toolkit, const QString &text)
+{
+    const auto document = m_session.folder() + u"/documents/note.txt"_s;
+    if (!writeFile(document, text.toUtf8()))
+        return false;
+
+    QString className;
+    if (toolkit == Toolkit::Gtk) {
+        className = u"Mousepad"_s;
+        m_process = m_session.launch(u"mousepad"_s, {u"--disable-server"_s, document});
+    } else {
+        // Left to itself it covers the whole screen.
+        if (!writeFile(m_session.folder() + u"/config/GottCode/FocusWriter.conf"_s,
+                       "[Window]\nFullscreen=false\n"))
+            return false;
+        className = u"FocusWriter"_s;
+        m_process = m_session.launch(u"focuswriter"_s, {document});
+    }
+    if (!m_process)
+        return false;
+
+    const auto window = m_user.waitForMapped(
+        [&](const X11Driver::Window &candidate) {
+            return candidate.className == className && candidate.title.contains("note.txt"_L1);
+        },
+        startBound);
+    if (!window || !m_user.waitForActive(window->id, startBound))
+        return false;
+    m_window = window->id;
+    m_area = m_tree.waitFor(
+        m_process->processId(),
+        [&](const AccessibleElement &element) {
+            return element.role() == "text"_L1 && element.isFocused() && element.text() == text;
+        },
+        startBound);
+    return m_area.has_value();
+}
+
+bool Editor::selectAll()
+{
+    m_user.press({XK_Control_L, XK_a});
+    return waitUntil([&] { return selectedText() == text(); }, 5s);
+}
+
+QString Editor::text() const
+{
+    return m_area ? m_area->text() : QString();
+}
+
+QString Editor::selectedText() const
+{
+    return m_area ? m_area->selectedText() : QString();
+}
+
+QRect Editor::selectionBounds() const
+{
+    return m_area ? m_area->selectionBounds() : QRect();
+}
+
+QRect Editor::textArea() const
+{
+    return m_area ? m_area->frame() : QRect();
+}
+
+bool Editor::waitForText(const QString &expected, std::chrono::milliseconds bound) const
+{
+    return waitUntil([&] { return text() == expected; }, bound);
+}
+
+} // namespace nivora::test

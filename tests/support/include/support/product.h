@@ -1,0 +1,61 @@
+#pragma once
+
+#include "support/accessibility_tree.h"
+#include "support/x11_driver.h"
+
+#include <QJsonObject>
+#include <QString>
+
+#include <chrono>
+#include <optional>
+
+class QProcess;
+
+namespace nivora::test {
+
+class DesktopSession;
+
+// The product itself, running in a session: started as a user's desktop starts
+// it and looked at through what it shows to scripts and assistive tools alone.
+class Product
+{
+public:
+    Product(DesktopSession &session, X11Driver &user, const AccessibilityTree &tree);
+    ~Product();
+    Product(const Product &) = delete;
+    Product &operator=(const Product &) = delete;
+
+    // The program beside the one that is running.
+    static QString program();
+
+    // Writes the preferences and starts the program. True once it owns its name
+    // on the session bus.
+    bool start(const QJsonObject &preferences);
+    bool isRunning() const;
+    qint64 processId() const;
+    // What it wrote to standard error.
+    QString log() const;
+
+    static X11Driver::Condition panel();
+    std::optional<X11Driver::Window> waitForPanel(std::chrono::milliseconds bound) const;
+    bool waitForPanelGone(std::chrono::milliseconds bound) const;
+    // A control of any of its windows, by its accessible name.
+    std::optional<AccessibleElement> control(const QString &name) const;
+    std::optional<AccessibleElement> waitForControl(const QString &name,
+                                                    std::chrono::milliseconds bound) const;
+    // A control whose name begins like this.
+    std::optional<AccessibleElement> controlBeginning(const QString &start) const;
+    // What the panel shows as translated; null without a panel.
+    QString translation() const;
+    bool waitForTranslation(const QString &text, std::chrono::milliseconds bound) const;
+    // Everything that its windows show, for a failed test's message.
+    QString dump() const;
+
+private:
+    DesktopSession &m_session;
+    X11Driver &m_user;
+    const AccessibilityTree &m_tree;
+    QProcess *m_process = nullptr;
+};
+
+} // namespace nivora::test

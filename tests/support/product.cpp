@@ -1,0 +1,134 @@
+#include "support/product.h"
+
+#include "support/desktop_session.h"
+#include "support/wait.h"
+
+#include <QCoreApplication>
+#include <QDBusConnection>
+#include <QDBusConnectionInterface>
+#include <QDBusReply>
+#include <QDir>
+#include <QFile>
+#include <QJsonDocument>
+#include <QUuid>
+
+namespace nivora::test {
+
+using namespace Qt::Literals::StringLiterals;
+using namespace std::chrono_literals;
+
+namespace {
+
+const auto resultName = u"译文"_s;
+
+} // namespace
+
+Product::Product(DesktopSession &session, X11Driver &user, const AccessibilityTree &tree)
+    : m_session(session)
+    , m_user(user)
+    , m_tree(tree)
+{
+}
+
+Product::~Product()
+{
+    if (m_process)
+        m_session.end(m_process);
+}
+
+QString Product::program()
+{
+    return QCoreApplication::applicationDirPath() + u"/nivora"_s;
+}
+
+bool Product::start(const QJsonObject &preferences)
+{
+    const auto folder = m_session.folder() + u"/config/app.nivora"_s;
+    QDir().mkpath(folder);
+    QFile file(folder + u"/defaults.json"_s);
+    if (!file.open(QIODevice::WriteOnly) || file.write(QJsonDocument(preferences).toJson()) < 0)
+        return false;
+    file.close();
+
+    m_process = m_session.launch(program());
+    if (!m_process)
+        return false;
+    const auto connectionName = QUuid::createUuid().toString();
+    const bool owned = [&] {
+        const auto bus = QDBusConnection::connectToBus(m_session.busAddress(), connectionName);
+        const auto ownsName = [&] {
+            const QDBusReply<uint> owner = bus.interface()->servicePid(u"app.nivora"_s);
+            return owner.isValid() && owner.value() == m_process->processId();
+        };
+        return bus.isConnected()
+            && waitUntil([&] { return ownsName() || !isRunning(); }, 20s) && isRunning();
+    }();
+    QDBusConnection::disconnectFromBus(connectionName);
+    return owned;
+}
+
+bool Product::isRunning() const
+{
+    return m_process && m_process->state() == QProcess::Running;
+}
+
+qint64 Product::processId() const
+{
+    return m_process ? m_process->processId() : 0;
+}
+
+QString Product::log() const
+{
+    return m_process ? QString::fromUtf8(m_session.errorOutput(m_process)) : QString();
+}
+
+X11Driver::Condition Product::panel()
+{
+    return X11Driver::ofClass(u"Nivora"_s, u"panel"_s);
+}
+
+std::optional<X11Driver::Window> Product::waitForPanel(std::chrono::milliseconds bound) const
+{
+    return m_user.waitForMapped(panel(), bound);
+}
+
+bool Product::waitForPanelGone(std::chrono::milliseconds bound) const
+{
+    return m_user.waitForGone(panel(), bound);
+}
+
+std::optional<AccessibleElement> Product::control(const QString &name) const
+{
+    return m_tree.find(processId(), AccessibilityTree::hasName(name));
+}
+
+std::optional<AccessibleElement> Product::waitForControl(const QString &name,
+                                                         std::chrono::milliseconds bound) const
+{
+    return m_tree.waitFor(processId(), AccessibilityTree::hasName(name), bound);
+}
+
+std::optional<AccessibleElement> Product::controlBeginning(const QString &start) const
+{
+    return m_tree.find(processId(), [&](const AccessibleElement &element) {
+        return element.name().startsWith(start);
+    });
+}
+
+QString Product::translation() const
+{
+    const auto area = control(resultName);
+    return area ? area->text() : QString();
+}
+
+bool Product::waitForTranslation(const QString &text, std::chrono::milliseconds bound) const
+{
+    return waitUntil([&] { return translation() == text; }, bound);
+}
+
+QString Product::dump() const
+{
+    return m_tree.dump(processId());
+}
+
+} // namespace nivora::test
