@@ -53,6 +53,7 @@ Connection::Connection(QTcpSocket *socket, int number, qint64 bodyLimit, Answere
                        QObject *parent)
     : QObject(parent)
     , m_socket(socket)
+    , m_pause(this)
     , m_parser(bodyLimit)
     , m_answerer(std::move(answerer))
     , m_number(number)

@@ -27,9 +27,9 @@ struct EventStreamOptions
     // the events.
     bool decorated = false;
     // An event with the counts before [DONE].
-    std::optional<TokenCounts> usage;
+    std::optional<TokenCounts> usage = {};
     // Sent as X-Translation-Id unless null.
-    QByteArray translationId;
+    QByteArray translationId = {};
     // Between one event and the next.
     std::chrono::milliseconds pause{0};
 };

@@ -46,6 +46,7 @@ public:
     void setHandler(Handler handler) { m_handler = std::move(handler); }
     // Larger bodies are answered with 413 and not kept. In bytes.
     void setBodyLimit(qint64 limit) { m_bodyLimit = limit; }
+    void dropAnswers() { m_queue.clear(); }
     // A service that runs for long keeps no requests.
     void setRecording(bool recording) { m_recording = recording; }
 
