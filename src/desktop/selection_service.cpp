@@ -80,11 +80,12 @@ Selection SelectionService::capture() const
     // A trigger pressed over our own panel is about the program behind it: the
     // accessibility layer still knows that one's element, but no key press and
     // no other read would reach it.
-    const bool ownWindow = front && front->processId == QCoreApplication::applicationPid();
-    if (!ownWindow)
+    selection.overOwnWindow =
+        front && front->processId == QCoreApplication::applicationPid();
+    if (!selection.overOwnWindow)
         selection.window = front;
 
-    const auto element = focusedElement(ownWindow || !front ? 0 : front->processId);
+    const auto element = focusedElement(selection.window ? selection.window->processId : 0);
     if (element) {
         selection.focusedEditable = editability(*element);
         qCDebug(log::selection).noquote()

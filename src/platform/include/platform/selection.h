@@ -44,6 +44,7 @@ struct Selection
     // The window that the user was in, the only one that a result may be pasted
     // into. Absent when there was none, or it was one of our own.
     std::optional<ForeignWindow> window;
+    bool overOwnWindow = false;
 };
 
 } // namespace nivora::platform

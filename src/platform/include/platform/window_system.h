@@ -35,6 +35,9 @@ public:
 
     // Asks the window manager to activate the window. It may refuse.
     virtual void requestActivation(WindowId window) = 0;
+
+    // Whether the desktop blends windows with what lies behind them.
+    virtual bool isCompositing() const = 0;
 };
 
 } // namespace nivora::platform

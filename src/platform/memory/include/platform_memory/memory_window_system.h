@@ -12,6 +12,7 @@ public:
     std::optional<platform::ForeignWindow> activeWindow() const override { return m_active; }
     bool hasInputFocus(platform::WindowId window) const override;
     void requestActivation(platform::WindowId window) override;
+    bool isCompositing() const override { return m_compositing; }
 
     // The input focus goes to the active window along with the activation.
     void setActiveWindow(std::optional<platform::ForeignWindow> window);
@@ -20,12 +21,14 @@ public:
     // A window that an activation request may bring to the front. Requests for
     // any other window are recorded and refused.
     void setActivatable(const platform::ForeignWindow &window) { m_activatable = window; }
+    void setCompositing(bool compositing) { m_compositing = compositing; }
     const std::vector<platform::WindowId> &activationRequests() const { return m_requests; }
 
 private:
     std::optional<platform::ForeignWindow> m_active;
     std::optional<platform::ForeignWindow> m_activatable;
     bool m_focusArrived = true;
+    bool m_compositing = false;
     std::vector<platform::WindowId> m_requests;
 };
 

@@ -1,0 +1,151 @@
+#include "app/app_coordinator.h"
+
+#include "platform/accessibility.h"
+#include "platform/clipboard.h"
+#include "platform/log.h"
+
+#include <QScopedValueRollback>
+
+using namespace Qt::Literals::StringLiterals;
+using namespace std::chrono_literals;
+
+namespace nivora {
+
+namespace {
+
+constexpr auto permissionPeriod = 1500ms;
+// The panel is built as soon as the program has nothing better to do.
+constexpr auto warmUpDelay = 0ms;
+constexpr platform::KeyChord triggerChord{Qt::Key_O, Qt::ControlModifier | Qt::AltModifier};
+
+} // namespace
+
+AppCoordinator::AppCoordinator(const platform::Services &services, const QUrl &cloudEndpoint)
+    : m_services(services)
+    , m_keychain(services.secrets)
+    , m_settings(services.preferences, m_keychain, cloudEndpoint)
+    , m_usageStore(services.preferences)
+    , m_authStore(services.preferences, m_keychain)
+    , m_selectionService(services)
+    , m_insertionService(services)
+    , m_viewModel(m_engine, m_settings, services.clipboard)
+    , m_panelController(m_viewModel, m_settings, services.windowSystem)
+    , m_hotKey(services.keyEventTap)
+    , m_carbonHotKey(services.hotKey)
+{
+}
+
+AppCoordinator::~AppCoordinator() = default;
+
+void AppCoordinator::start()
+{
+    m_uiState.setAccessibilityTrusted(m_services.accessibility.isTrusted());
+    qCDebug(log::app).noquote() << u"启动: 辅助功能=%1, 双击阈值=%2ms"_s.arg(
+        QString::number(m_uiState.accessibilityTrusted()),
+        QString::number(m_settings.doubleTapThresholdMs.value()));
+
+    m_environment.applyTheme(m_settings.themeModeRaw.value());
+    connect(&m_settings.themeModeRaw, &SettingNotifier::changed, this,
+            [this] { m_environment.applyTheme(m_settings.themeModeRaw.value()); });
+
+    m_hotKey.onDoubleShift = [this] { invoke(); };
+    m_carbonHotKey.onTrigger = [this] { invoke(); };
+    const bool registered = m_carbonHotKey.registerChord(triggerChord);
+    qCDebug(log::hotkey).noquote() << u"⌃⌥O 注册: %1"_s.arg(registered);
+
+    wireSession();
+
+    m_hotKey.thresholdMs = m_settings.doubleTapThresholdMs.value();
+    connect(&m_settings.doubleTapThresholdMs, &SettingNotifier::changed, this,
+            [this] { m_hotKey.thresholdMs = m_settings.doubleTapThresholdMs.value(); });
+
+    startHotKeyRespectingPermission();
+    m_warmUp = platform::delay(warmUpDelay, [this] { m_panelController.prepare(); });
+}
+
+void AppCoordinator::wireSession()
+{
+    m_viewModel.insertHandler = [this](const QString &text) { insertIntoTarget(text); };
+    m_viewModel.usageRecorder = [this](const TokenUsage &usage) { m_usageStore.record(usage); };
+}
+
+void AppCoordinator::insertIntoTarget(const QString &text)
+{
+    m_panelController.hide();
+    if (m_insertTarget)
+        m_insertionService.insertViaPaste(text, *m_insertTarget);
+    else
+        m_services.clipboard.setText(text);
+}
+
+bool AppCoordinator::passesGate()
+{
+    if (m_settings.useCustomBackend.value() || m_authStore.isSignedIn())
+        return true;
+    if (onSignInRequired)
+        onSignInRequired();
+    return false;
+}
+
+void AppCoordinator::invoke()
+{
+    if (m_capturing || !passesGate())
+        return;
+    qCDebug(log::hotkey).noquote() << u"快捷键唤起"_s;
+
+    platform::Selection selection;
+    {
+        const QScopedValueRollback capturing(m_capturing, true);
+        selection = m_selectionService.capture();
+    }
+    if (!selection.overOwnWindow)
+        m_insertTarget = selection.window;
+
+    // Blanks count as no selection, but what is selected goes on as it is.
+    const bool hasText = !selection.text.trimmed().isEmpty();
+    const bool hasInsertTarget = selection.focusedEditable.value_or(true);
+    if (selection.diag)
+        selection.diag->scene = hasText ? u"read"_s : u"write"_s;
+    if (hasText) {
+        m_viewModel.setSource(selection.text, hasInsertTarget, selection.diag);
+        m_panelController.show(PanelMode::Selection, selection.screenRect);
+    } else {
+        m_viewModel.prepareManualInput(hasInsertTarget, selection.diag);
+        m_panelController.show(PanelMode::Compose, selection.screenRect);
+    }
+}
+
+void AppCoordinator::showPanel()
+{
+    if (!passesGate())
+        return;
+    m_viewModel.prepareManualInput(false, std::nullopt);
+    m_panelController.show(PanelMode::Compose, std::nullopt);
+}
+
+void AppCoordinator::startHotKeyRespectingPermission()
+{
+    const bool trusted = m_services.accessibility.isTrusted();
+    m_uiState.setAccessibilityTrusted(trusted);
+    if (trusted) {
+        const bool started = m_hotKey.start();
+        qCDebug(log::hotkey).noquote() << u"事件监听启动: %1"_s.arg(started);
+        return;
+    }
+    qCDebug(log::app).noquote() << u"未授权辅助功能, 弹出引导并等待授权"_s;
+    m_services.accessibility.requestTrust();
+    waitForAccessibilityThenStart();
+}
+
+void AppCoordinator::waitForAccessibilityThenStart()
+{
+    m_permissionPoll = platform::delay(permissionPeriod, [this] {
+        if (!m_services.accessibility.isTrusted())
+            return waitForAccessibilityThenStart();
+        m_uiState.setAccessibilityTrusted(true);
+        const bool started = m_hotKey.start();
+        qCDebug(log::hotkey).noquote() << u"授权完成, 事件监听启动: %1"_s.arg(started);
+    });
+}
+
+} // namespace nivora

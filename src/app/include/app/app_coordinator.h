@@ -1,0 +1,92 @@
+#pragma once
+
+#include "app/app_environment.h"
+#include "app/app_ui_state.h"
+
+#include "account/auth_store.h"
+#include "core/translation_engine.h"
+#include "desktop/carbon_hot_key.h"
+#include "desktop/hot_key_monitor.h"
+#include "desktop/selection_service.h"
+#include "desktop/text_insertion_service.h"
+#include "session/translation_view_model.h"
+#include "stores/keychain_store.h"
+#include "stores/settings_store.h"
+#include "stores/usage_store.h"
+#include "windows/floating_panel_controller.h"
+
+#include "platform/services.h"
+#include "platform/task.h"
+#include "platform/window_system.h"
+
+#include <QObject>
+#include <QUrl>
+
+#include <functional>
+#include <optional>
+
+namespace nivora {
+
+// Owns every long-lived object, wires them through callbacks, decides what a
+// trigger does, and brings the desktop side up in order. Holds no translation
+// logic. Main thread only.
+class AppCoordinator : public QObject
+{
+    Q_OBJECT
+
+public:
+    // Makes the parts; nothing else happens before start(). The services outlive
+    // the coordinator. `cloudEndpoint` is the origin of the cloud service.
+    AppCoordinator(const platform::Services &services, const QUrl &cloudEndpoint);
+    ~AppCoordinator() override;
+
+    // Called once, when the application runs.
+    void start();
+
+    // A trigger, by double Shift and by the chord alike: reads the selection and
+    // opens the panel on it.
+    void invoke();
+
+    // Opens the empty panel, without reading any selection.
+    void showPanel();
+
+    // Called where somebody has to sign in before anything can be translated.
+    std::function<void()> onSignInRequired;
+
+    AppUIState &uiState() { return m_uiState; }
+    SettingsStore &settings() { return m_settings; }
+    UsageStore &usageStore() { return m_usageStore; }
+    TranslationViewModel &viewModel() { return m_viewModel; }
+    FloatingPanelController &panelController() { return m_panelController; }
+
+private:
+    void wireSession();
+    bool passesGate();
+    void insertIntoTarget(const QString &text);
+    void startHotKeyRespectingPermission();
+    void waitForAccessibilityThenStart();
+
+    platform::Services m_services;
+    AppEnvironment m_environment;
+    AppUIState m_uiState;
+    KeychainStore m_keychain;
+    SettingsStore m_settings;
+    TranslationEngine m_engine;
+    UsageStore m_usageStore;
+    AuthStore m_authStore;
+    SelectionService m_selectionService;
+    TextInsertionService m_insertionService;
+    TranslationViewModel m_viewModel;
+    FloatingPanelController m_panelController;
+    HotKeyMonitor m_hotKey;
+    CarbonHotKey m_carbonHotKey;
+
+    platform::Task m_permissionPoll;
+    platform::Task m_warmUp;
+    // Where the user was at the last trigger: the only window pasted into.
+    std::optional<platform::ForeignWindow> m_insertTarget;
+    // A capture waits in turns of the event loop, where another trigger may fire.
+    bool m_capturing = false;
+};
+
+} // namespace nivora

@@ -1,0 +1,52 @@
+#pragma once
+
+#include <QWidget>
+
+namespace nivora {
+
+class ComposeInput;
+class PanelFooter;
+class PanelHeader;
+class ResultArea;
+class TranslationViewModel;
+
+// What the floating panel shows: one column of fixed width that renders the
+// session and calls its operations.
+class TranslationPanelView : public QWidget
+{
+    Q_OBJECT
+
+public:
+    static constexpr int panelWidth = 360; // logical pixels
+
+    // `session` outlives the view.
+    explicit TranslationPanelView(TranslationViewModel &session, QWidget *parent = nullptr);
+
+    // Begins afresh, as at each showing of the panel.
+    void reset();
+
+    // Height of the whole content at the panel's width, in logical pixels.
+    int contentHeight() const;
+
+Q_SIGNALS:
+    void contentHeightChanged(int height);
+    void closeRequested();
+
+protected:
+    bool event(QEvent *event) override;
+    void mousePressEvent(QMouseEvent *event) override;
+
+private:
+    void renderMode();
+
+    TranslationViewModel &m_session;
+    PanelHeader *m_header;
+    QWidget *m_composeDivider;
+    ComposeInput *m_compose;
+    QWidget *m_resultDivider;
+    ResultArea *m_result;
+    PanelFooter *m_footer;
+    int m_reportedHeight = 0;
+};
+
+} // namespace nivora

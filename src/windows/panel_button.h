@@ -1,0 +1,38 @@
+#pragma once
+
+#include <QAbstractButton>
+#include <QString>
+
+namespace nivora {
+
+// The panel's flat button: an optional text, an optional symbol behind it, and a
+// tint below the pointer. It paints itself, so that it looks the same under
+// every style and at every scale.
+class PanelButton : public QAbstractButton
+{
+    Q_OBJECT
+
+public:
+    enum class Look { Plain, Prominent };
+
+    explicit PanelButton(Look look = Look::Plain, QWidget *parent = nullptr);
+
+    void setSymbol(const QString &name);
+    // Shows the tint also while the pointer is elsewhere.
+    void setActive(bool active);
+    // The tooltip, and the name that a screen reader speaks.
+    void setHint(const QString &hint);
+
+    QSize sizeHint() const override;
+    QSize minimumSizeHint() const override { return sizeHint(); }
+
+protected:
+    void paintEvent(QPaintEvent *event) override;
+
+private:
+    Look m_look;
+    QString m_symbol;
+    bool m_active = false;
+};
+
+} // namespace nivora

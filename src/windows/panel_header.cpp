@@ -1,0 +1,83 @@
+#include "panel_header.h"
+
+#include "panel_button.h"
+#include "spinner.h"
+
+#include "session/translation_view_model.h"
+
+#include <QHBoxLayout>
+#include <QMenu>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace nivora {
+
+PanelHeader::PanelHeader(TranslationViewModel &session, QWidget *parent)
+    : QWidget(parent)
+    , m_session(session)
+    , m_direction(new PanelButton(PanelButton::Look::Plain, this))
+    , m_spinner(new Spinner(12, this))
+    , m_pin(new PanelButton(PanelButton::Look::Plain, this))
+{
+    m_direction->setSymbol(u"chevron.down"_s);
+    connect(m_direction, &PanelButton::clicked, this, &PanelHeader::openLanguageMenu);
+    connect(m_pin, &PanelButton::clicked, this,
+            [this] { m_session.setPinned(!m_session.isPinned()); });
+    auto *close = new PanelButton(PanelButton::Look::Plain, this);
+    close->setSymbol(u"xmark"_s);
+    close->setHint(tr("关闭面板"));
+    connect(close, &PanelButton::clicked, this, &PanelHeader::closeRequested);
+
+    auto *row = new QHBoxLayout(this);
+    row->setContentsMargins(6, 6, 8, 4);
+    row->setSpacing(4);
+    row->addWidget(m_direction);
+    row->addWidget(m_spinner);
+    row->addStretch();
+    row->addWidget(m_pin);
+    row->addWidget(close);
+
+    connect(&m_session, &TranslationViewModel::directionChanged, this,
+            &PanelHeader::renderDirection);
+    connect(&m_session, &TranslationViewModel::phaseChanged, this, &PanelHeader::renderPhase);
+    connect(&m_session, &TranslationViewModel::isPinnedChanged, this, &PanelHeader::renderPin);
+    renderDirection();
+    renderPhase();
+    renderPin();
+}
+
+void PanelHeader::renderDirection()
+{
+    m_direction->setText(displayName(m_session.detectedSource()) + u" → "_s
+                         + displayName(m_session.effectiveTarget()));
+    m_direction->updateGeometry();
+}
+
+void PanelHeader::renderPhase()
+{
+    m_spinner->setVisible(m_session.phase().kind == Phase::Kind::Loading);
+}
+
+void PanelHeader::renderPin()
+{
+    const bool pinned = m_session.isPinned();
+    m_pin->setSymbol(pinned ? u"pin.fill"_s : u"pin"_s);
+    m_pin->setHint(pinned ? tr("已钉住（失焦不关闭）") : tr("钉住"));
+    m_pin->setActive(pinned);
+}
+
+void PanelHeader::openLanguageMenu()
+{
+    auto *menu = new QMenu(this);
+    menu->setAttribute(Qt::WA_DeleteOnClose);
+    for (const Language target : selectableTargets(m_session.detectedSource())) {
+        QAction *action = menu->addAction(displayName(target));
+        action->setCheckable(true);
+        action->setChecked(target == m_session.effectiveTarget());
+        connect(action, &QAction::triggered, this,
+                [this, target] { m_session.selectTarget(target); });
+    }
+    menu->popup(m_direction->mapToGlobal(QPoint(0, m_direction->height() + 2)));
+}
+
+} // namespace nivora

@@ -1,0 +1,117 @@
+#include "windows/theme.h"
+
+#include <QApplication>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace nivora {
+
+namespace {
+
+struct ThemeColors
+{
+    QColor window, base, text, disabled, button, accent, onAccent, tooltip;
+};
+
+const ThemeColors lightColors{
+    .window = QColor(0xFB, 0xFB, 0xFC),
+    .base = QColor(0xFF, 0xFF, 0xFF),
+    .text = QColor(0x1C, 0x1D, 0x21),
+    .disabled = QColor(0x1C, 0x1D, 0x21, 0x66),
+    .button = QColor(0xEE, 0xEF, 0xF2),
+    .accent = QColor(0x2F, 0x66, 0xDF),
+    .onAccent = QColor(0xFF, 0xFF, 0xFF),
+    .tooltip = QColor(0xFF, 0xFF, 0xFF),
+};
+
+const ThemeColors darkColors{
+    .window = QColor(0x25, 0x26, 0x2A),
+    .base = QColor(0x1D, 0x1E, 0x21),
+    .text = QColor(0xEC, 0xED, 0xEF),
+    .disabled = QColor(0xEC, 0xED, 0xEF, 0x66),
+    .button = QColor(0x36, 0x38, 0x3E),
+    .accent = QColor(0x3E, 0x74, 0xEC),
+    .onAccent = QColor(0xFF, 0xFF, 0xFF),
+    .tooltip = QColor(0x36, 0x38, 0x3E),
+};
+
+QColor withOpacity(QColor color, double opacity)
+{
+    color.setAlphaF(float(opacity));
+    return color;
+}
+
+QString cjkFamily(Language language)
+{
+    switch (language) {
+    case Language::Japanese:
+    case Language::Romaji:
+    case Language::Hiragana:
+        return u"Noto Sans CJK JP"_s;
+    case Language::Korean:
+        return u"Noto Sans CJK KR"_s;
+    case Language::TraditionalChinese:
+        return u"Noto Sans CJK TC"_s;
+    case Language::Cantonese:
+        return u"Noto Sans CJK HK"_s;
+    case Language::Chinese:
+    case Language::English:
+    case Language::Auto:
+        break;
+    }
+    return u"Noto Sans CJK SC"_s;
+}
+
+} // namespace
+
+QPalette themePalette(bool dark)
+{
+    const ThemeColors &colors = dark ? darkColors : lightColors;
+    QPalette palette(colors.button, colors.window);
+    palette.setColor(QPalette::Window, colors.window);
+    palette.setColor(QPalette::Base, colors.base);
+    palette.setColor(QPalette::AlternateBase, colors.window);
+    palette.setColor(QPalette::Button, colors.button);
+    palette.setColor(QPalette::ToolTipBase, colors.tooltip);
+    palette.setColor(QPalette::Highlight, colors.accent);
+    palette.setColor(QPalette::HighlightedText, colors.onAccent);
+    palette.setColor(QPalette::Link, colors.accent);
+    for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText,
+                            QPalette::ToolTipText, QPalette::BrightText}) {
+        palette.setColor(role, colors.text);
+        palette.setColor(QPalette::Disabled, role, colors.disabled);
+    }
+    palette.setColor(QPalette::PlaceholderText, colors.disabled);
+    return palette;
+}
+
+bool isDark(const QPalette &palette)
+{
+    return palette.color(QPalette::Window).lightness() < 128;
+}
+
+QColor secondaryText(const QPalette &palette)
+{
+    // Light text on dark needs a little more to read as well.
+    return withOpacity(palette.color(QPalette::WindowText), isDark(palette) ? 0.62 : 0.58);
+}
+
+QColor hairline(const QPalette &palette)
+{
+    return withOpacity(palette.color(QPalette::WindowText), isDark(palette) ? 0.16 : 0.12);
+}
+
+QColor hoverTint(const QPalette &palette)
+{
+    return withOpacity(palette.color(QPalette::WindowText), 0.12);
+}
+
+QFont textFont(int pixelSize, Language language)
+{
+    QFont font = QApplication::font();
+    font.setFamilies({font.family(), cjkFamily(language)});
+    font.setPixelSize(pixelSize);
+    return font;
+}
+
+} // namespace nivora

@@ -1,0 +1,110 @@
+#include "windows/translation_panel_view.h"
+
+#include "compose_input.h"
+#include "panel_footer.h"
+#include "panel_header.h"
+#include "result_area.h"
+#include "windows/theme.h"
+
+#include "session/translation_view_model.h"
+
+#include <QEvent>
+#include <QMouseEvent>
+#include <QPainter>
+#include <QShortcut>
+#include <QVBoxLayout>
+#include <QWindow>
+
+namespace nivora {
+
+namespace {
+
+// A hairline across the panel.
+class Divider final : public QWidget
+{
+public:
+    explicit Divider(QWidget *parent) : QWidget(parent) { setFixedHeight(1); }
+
+protected:
+    void paintEvent(QPaintEvent *) override { QPainter(this).fillRect(rect(), hairline(palette())); }
+};
+
+} // namespace
+
+TranslationPanelView::TranslationPanelView(TranslationViewModel &session, QWidget *parent)
+    : QWidget(parent)
+    , m_session(session)
+    , m_header(new PanelHeader(session, this))
+    , m_composeDivider(new Divider(this))
+    , m_compose(new ComposeInput(session, this))
+    , m_resultDivider(new Divider(this))
+    , m_result(new ResultArea(session, this))
+    , m_footer(new PanelFooter(session, this))
+{
+    setFixedWidth(panelWidth);
+    auto *column = new QVBoxLayout(this);
+    column->setContentsMargins(0, 0, 0, 0);
+    column->setSpacing(0);
+    column->addWidget(m_header);
+    column->addWidget(m_composeDivider);
+    column->addWidget(m_compose);
+    column->addWidget(m_resultDivider);
+    column->addWidget(m_result);
+    column->addWidget(m_footer);
+    column->addStretch();
+
+    connect(m_header, &PanelHeader::closeRequested, this, &TranslationPanelView::closeRequested);
+    connect(&m_session, &TranslationViewModel::modeChanged, this,
+            &TranslationPanelView::renderMode);
+    for (const auto key : {Qt::Key_Return, Qt::Key_Enter}) {
+        auto *shortcut = new QShortcut(QKeySequence(Qt::CTRL | key), this);
+        connect(shortcut, &QShortcut::activated, this, [this] {
+            if (!m_compose->triggerTranslate())
+                m_footer->triggerPrimaryAction();
+        });
+    }
+    renderMode();
+}
+
+void TranslationPanelView::renderMode()
+{
+    const bool writing = m_session.mode() != PanelMode::Selection;
+    m_composeDivider->setVisible(writing);
+    m_compose->setVisible(writing);
+}
+
+void TranslationPanelView::reset()
+{
+    if (m_session.mode() != PanelMode::Selection)
+        m_compose->focusEditor();
+    else
+        setFocus();
+}
+
+int TranslationPanelView::contentHeight() const
+{
+    return layout()->hasHeightForWidth() ? layout()->totalHeightForWidth(panelWidth)
+                                         : layout()->totalSizeHint().height();
+}
+
+bool TranslationPanelView::event(QEvent *event)
+{
+    const bool handled = QWidget::event(event);
+    if (event->type() == QEvent::LayoutRequest) {
+        m_resultDivider->setVisible(!m_result->isHidden());
+        const int height = contentHeight();
+        if (std::exchange(m_reportedHeight, height) != height)
+            Q_EMIT contentHeightChanged(height);
+    }
+    return handled;
+}
+
+void TranslationPanelView::mousePressEvent(QMouseEvent *event)
+{
+    // Any place that no control takes drags the panel.
+    QWindow *handle = window()->windowHandle();
+    if (event->button() == Qt::LeftButton && handle)
+        handle->startSystemMove();
+}
+
+} // namespace nivora
