@@ -1,0 +1,47 @@
+#pragma once
+
+#include <array>
+#include <cstddef>
+
+namespace nivora::linuxdesktop {
+
+// The atoms that this program uses by name. They are interned in one batch when
+// a connection is made; X11Connection::atom() maps them to their numbers.
+enum class X11Atom : std::size_t {
+    AtomPair,
+    Clipboard,
+    Incr,
+    Multiple,
+    NetActiveWindow,
+    NetSupportingWmCheck,
+    NetWmCmS0,
+    NetWmPid,
+    Primary,
+    String,
+    Targets,
+    TextPlainUtf8,
+    Timestamp,
+    Transfer,
+    Utf8String,
+};
+
+inline constexpr std::array x11AtomNames{
+    "ATOM_PAIR",
+    "CLIPBOARD",
+    "INCR",
+    "MULTIPLE",
+    "_NET_ACTIVE_WINDOW",
+    "_NET_SUPPORTING_WM_CHECK",
+    "_NET_WM_CM_S0",
+    "_NET_WM_PID",
+    "PRIMARY",
+    "STRING",
+    "TARGETS",
+    "text/plain;charset=utf-8",
+    "TIMESTAMP",
+    "NIVORA_TRANSFER",
+    "UTF8_STRING",
+};
+static_assert(x11AtomNames.size() == static_cast<std::size_t>(X11Atom::Utf8String) + 1);
+
+} // namespace nivora::linuxdesktop

@@ -1,0 +1,148 @@
+#include "x11_hot_key.h"
+
+#include "platform/log.h"
+#include "x11_raw_input.h"
+
+#include <xcb/xinput.h>
+
+namespace nivora::linuxdesktop {
+
+X11HotKey::X11HotKey(X11Connection &connection, std::function<void(xcb_timestamp_t)> pressSeen)
+    : X11EventHandler(connection)
+    , m_keyboard(connection)
+    , m_pressSeen(std::move(pressSeen))
+{
+    m_hasRawInput = selectRawInput(connection, XCB_INPUT_XI_EVENT_MASK_RAW_KEY_PRESS);
+    // A new layout is announced by several events; one look after the last does.
+    m_mappingChanged.setSingleShot(true);
+    m_mappingChanged.setInterval(0);
+    QObject::connect(&m_mappingChanged, &QTimer::timeout, [this] { reserveAgain(); });
+}
+
+bool X11HotKey::grab(const platform::KeyChord &chord, std::function<void()> pressed)
+{
+    if (!connection().isValid())
+        return false;
+    for (Reserved &reserved : m_reserved) {
+        if (reserved.chord == chord && reserved.code != 0) {
+            reserved.pressed = std::move(pressed);
+            return true;
+        }
+    }
+    Reserved reserved;
+    reserved.chord = chord;
+    reserved.pressed = std::move(pressed);
+    if (!reserve(reserved))
+        return false;
+    std::erase_if(m_reserved, [&](const Reserved &old) { return old.chord == chord; });
+    m_reserved.push_back(std::move(reserved));
+    return true;
+}
+
+std::vector<uint16_t> X11HotKey::withLocks(uint16_t modifiers)
+{
+    // A grab holds for exactly its modifiers, and the locks count among them.
+    const uint16_t capsLock = modifiers | XCB_MOD_MASK_LOCK;
+    const uint16_t numLock = m_keyboard.numLockMask();
+    if (numLock == 0)
+        return {modifiers, capsLock};
+    return {modifiers, capsLock, uint16_t(modifiers | numLock), uint16_t(capsLock | numLock)};
+}
+
+bool X11HotKey::reserve(Reserved &reserved)
+{
+    const auto code = m_keyboard.keyFor(reserved.chord.key);
+    const auto modifiers = m_keyboard.modifierMask(reserved.chord.modifiers);
+    if (!code || !modifiers)
+        return false;
+    reserved.code = *code;
+    reserved.modifiers = *modifiers;
+    reserved.states = withLocks(*modifiers);
+
+    xcb_connection_t *c = connection().xcb();
+    std::vector<xcb_void_cookie_t> cookies;
+    for (const uint16_t state : reserved.states)
+        cookies.push_back(xcb_grab_key_checked(c, 0, connection().root(), state, *code,
+                                               XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC));
+    // Once this has been answered, the checks below need not wait.
+    bool granted = connection().synchronise();
+    for (const xcb_void_cookie_t cookie : cookies) {
+        if (!granted) {
+            xcb_discard_reply(c, cookie.sequence);
+            continue;
+        }
+        const X11Ptr<xcb_generic_error_t> refused(xcb_request_check(c, cookie));
+        granted = !refused;
+    }
+    if (!granted)
+        release(reserved);
+    return granted;
+}
+
+void X11HotKey::release(Reserved &reserved)
+{
+    // Ungrabbing what is another's does nothing.
+    for (const uint16_t state : reserved.states)
+        xcb_ungrab_key(connection().xcb(), reserved.code, connection().root(), state);
+    connection().flush();
+    reserved.states.clear();
+    reserved.code = 0;
+}
+
+void X11HotKey::reserveAgain()
+{
+    for (Reserved &reserved : m_reserved) {
+        release(reserved);
+        if (!reserve(reserved))
+            qCWarning(log::hotkey) << "a chord could not be kept on the new keyboard layout";
+    }
+}
+
+void X11HotKey::handleEvent(const xcb_generic_event_t &event)
+{
+    switch (eventType(event)) {
+    case XCB_KEY_PRESS:
+        handlePress(eventAs<xcb_key_press_event_t>(event));
+        return;
+    case XCB_MAPPING_NOTIFY:
+        if (eventAs<xcb_mapping_notify_event_t>(event).request != XCB_MAPPING_POINTER)
+            m_mappingChanged.start();
+        return;
+    default:
+        if (const auto raw = rawInput(connection(), event)) {
+            m_lastRawCode = static_cast<xcb_keycode_t>(raw->code);
+            m_lastRawTime = raw->time;
+        }
+    }
+}
+
+void X11HotKey::handlePress(const xcb_key_press_event_t &event)
+{
+    // The keyboard goes back at once: a key that is simulated in answer to the
+    // chord would otherwise come to us, and so would what the user types before
+    // the chord's last key is up.
+    xcb_ungrab_keyboard(connection().xcb(), event.time);
+    connection().flush();
+
+    // A repeat is no press. It is not a movement of the key, so no raw event of
+    // the same time came before it.
+    const bool moved =
+        !m_hasRawInput || (m_lastRawCode == event.detail && m_lastRawTime == event.time);
+    if (!moved)
+        return;
+    if (m_pressSeen)
+        m_pressSeen(event.time);
+
+    const uint16_t locks = XCB_MOD_MASK_LOCK | m_keyboard.numLockMask();
+    // Above the modifiers lie the mouse buttons and the layout.
+    const uint16_t modifiers = event.state & 0xff & ~locks;
+    for (const Reserved &reserved : m_reserved) {
+        if (reserved.code == event.detail && reserved.modifiers == modifiers) {
+            const auto pressed = reserved.pressed; // it may be replaced by the call
+            pressed();
+            return;
+        }
+    }
+}
+
+} // namespace nivora::linuxdesktop

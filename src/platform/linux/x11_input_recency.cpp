@@ -1,0 +1,46 @@
+#include "x11_input_recency.h"
+
+#include "x11_raw_input.h"
+
+#include <xcb/xinput.h>
+
+namespace nivora::linuxdesktop {
+
+X11InputRecency::X11InputRecency(X11Connection &connection)
+    : X11EventHandler(connection)
+    , m_keyboard(connection)
+{
+    selectRawInput(connection, XCB_INPUT_XI_EVENT_MASK_RAW_KEY_PRESS |
+                                   XCB_INPUT_XI_EVENT_MASK_RAW_BUTTON_PRESS);
+}
+
+void X11InputRecency::disregard(xcb_timestamp_t press)
+{
+    // Told by another connection, so it may come before the event or after it.
+    m_disregarded = press;
+    if (m_latest == press)
+        m_latest = m_before;
+}
+
+bool X11InputRecency::pressedAfter(std::optional<xcb_timestamp_t> time) const
+{
+    return m_latest && (!time || isLater(*m_latest, *time));
+}
+
+void X11InputRecency::handleEvent(const xcb_generic_event_t &event)
+{
+    const auto raw = rawInput(connection(), event);
+    if (!raw || raw->time == m_disregarded)
+        return;
+    constexpr uint32_t firstWheel = 4; // up, down, left, right
+    constexpr uint32_t lastWheel = 7;
+    const bool counts = raw->kind == X11RawInput::Kind::ButtonPress
+                            ? raw->code < firstWheel || raw->code > lastWheel
+                            : !m_keyboard.isModifier(static_cast<xcb_keycode_t>(raw->code));
+    if (!counts)
+        return;
+    m_before = m_latest;
+    m_latest = raw->time;
+}
+
+} // namespace nivora::linuxdesktop

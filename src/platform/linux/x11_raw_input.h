@@ -1,0 +1,28 @@
+#pragma once
+
+#include "x11_connection.h"
+
+#include <optional>
+
+namespace nivora::linuxdesktop {
+
+// A key or a mouse button that moved, whichever window it was meant for.
+struct X11RawInput
+{
+    enum class Kind { KeyPress, KeyRelease, ButtonPress };
+
+    Kind kind = Kind::KeyPress;
+    uint32_t code = 0; // key code or button number
+    xcb_timestamp_t time = 0;
+    // The last request of ours that the server had taken up when it sent this.
+    uint32_t sequence = 0;
+};
+
+// Asks for the raw events in `mask` (XCB_INPUT_XI_EVENT_MASK_RAW_...) of all
+// keyboards and pointers. False when the server has no XInput 2.2.
+bool selectRawInput(X11Connection &connection, uint32_t mask);
+
+// The event as raw input, absent if it is anything else.
+std::optional<X11RawInput> rawInput(X11Connection &connection, const xcb_generic_event_t &event);
+
+} // namespace nivora::linuxdesktop

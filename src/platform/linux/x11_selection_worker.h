@@ -1,0 +1,53 @@
+#pragma once
+
+#include "platform/primary_selection.h"
+#include "x11_input_recency.h"
+#include "x11_selection_owner.h"
+#include "x11_selection_read.h"
+
+#include <QPromise>
+
+#include <atomic>
+
+namespace nivora::linuxdesktop {
+
+// Everything that talks to other programs about selections. Lives in a thread of
+// its own, with a connection of its own.
+class X11SelectionWorker final
+{
+public:
+    template<typename Result>
+    using Promise = std::shared_ptr<QPromise<Result>>;
+
+    // `changes` counts the changes of the clipboard that are not this program's.
+    X11SelectionWorker(const QByteArray &displayName, std::atomic<quint64> &changes);
+    ~X11SelectionWorker();
+
+    bool isValid() const { return m_connection.isValid(); }
+
+    // A promise is dropped when there is nothing to answer.
+    void read(QDeadlineTimer deadline, Promise<std::optional<platform::ClipboardContents>> promise);
+    void readText(QDeadlineTimer deadline, Promise<std::optional<QString>> promise);
+    void readPrimary(QDeadlineTimer deadline,
+                     Promise<std::optional<platform::PrimarySelection>> promise);
+    void offer(X11Offer offer);
+    void disregardPress(xcb_timestamp_t press);
+
+private:
+    class Watch; // of the changes of owner
+
+    xcb_window_t ownerOf(xcb_atom_t selection);
+    void ownerLost(xcb_atom_t selection);
+    template<typename Read, typename Done>
+    void start(xcb_atom_t selection, QDeadlineTimer deadline, Done done);
+    void forget(const X11SelectionRead *read);
+
+    X11Connection m_connection;
+    X11Requestors m_requestors;
+    X11InputRecency m_recency;
+    X11SelectionOwner m_owner;
+    std::unique_ptr<Watch> m_watch;
+    std::vector<std::unique_ptr<X11SelectionRead>> m_reads;
+};
+
+} // namespace nivora::linuxdesktop
