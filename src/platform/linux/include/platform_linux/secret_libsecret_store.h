@@ -1,0 +1,36 @@
+#pragma once
+
+#include "platform/secret_store.h"
+
+#include <memory>
+
+namespace nivora::linuxdesktop {
+
+// Secrets in the session's keyring, as items labelled "Nivora" with the
+// attributes "service" and "account".
+//
+// One thread talks to the keyring, from the construction on, so that the first
+// read() finds it connected. A read() waits for that thread at most 240 ms; once
+// it has waited in vain, reads are absent at once until the keyring answers
+// again. Without a session bus or a keyring they are absent in milliseconds.
+//
+// A locked keyring is asked to unlock once, which may show the user its dialog.
+// What was written meanwhile is stored when it opens. The destructor gives
+// unfinished writes 250 ms.
+class LibsecretStore final : public platform::SecretStore
+{
+public:
+    // Speaks to the session bus that the environment names at this moment.
+    LibsecretStore();
+    ~LibsecretStore() override;
+
+    std::optional<QByteArray> read(const QString &service, const QString &account) override;
+    void write(const QString &service, const QString &account, const QByteArray &secret) override;
+    void remove(const QString &service, const QString &account) override;
+
+private:
+    class Worker;
+    std::unique_ptr<Worker> m_worker;
+};
+
+} // namespace nivora::linuxdesktop

@@ -1,0 +1,256 @@
+#include "platform_linux/secret_libsecret_store.h"
+
+#include "platform/log.h"
+#include "secret_keyring.h"
+#include "secret_unlock.h"
+
+#include <condition_variable>
+#include <deque>
+#include <map>
+#include <mutex>
+#include <thread>
+
+namespace nivora::linuxdesktop {
+
+using namespace std::chrono_literals;
+
+namespace {
+
+// What callers are promised is 250 ms; the rest is for waking up.
+constexpr auto readWait = 240ms;
+constexpr auto closingWait = 250ms;
+
+using Outcome = SecretKeyring::Outcome;
+
+struct Reading
+{
+    bool done = false;
+    std::optional<SecretBytes> secret;
+};
+
+struct Job
+{
+    SecretName name;
+    // Absent for a job that carries out what is pending for the name.
+    std::shared_ptr<Reading> reading;
+};
+
+// What a write or a removal wants to leave behind.
+struct Pending
+{
+    std::optional<SecretBytes> secret;
+    quint64 number = 0;
+    bool waitsForUnlock = false;
+};
+
+} // namespace
+
+// Everything below the line is shared by the threads and guarded by the mutex.
+class LibsecretStore::Worker
+{
+public:
+    Worker()
+        : m_cancellable(g_cancellable_new())
+        , m_thread([this] { run(); })
+    {
+    }
+    ~Worker();
+
+    std::optional<QByteArray> read(const SecretName &name);
+    void change(const SecretName &name, std::optional<SecretBytes> secret);
+
+private:
+    void run();
+    Outcome perform(SecretKeyring &keyring, Job &job, std::unique_lock<std::mutex> &lock);
+    Outcome performChange(SecretKeyring &keyring, const SecretName &name,
+                          std::unique_lock<std::mutex> &lock);
+    bool isIdle() const { return !m_busy && m_queue.empty(); }
+    void askToUnlock(const QString &service, bool create);
+    void finishUnlocking(bool unlocked);
+
+    GlibPtr<GCancellable> m_cancellable;
+
+    // ---
+    std::mutex m_mutex;
+    std::condition_variable m_wake;     // the queue or m_closing changed
+    std::condition_variable m_answered; // a job has ended
+    std::deque<Job> m_queue;
+    std::map<SecretName, Pending> m_pending;
+    quint64 m_changes = 0;
+    bool m_busy = true; // with connecting, to begin with
+    bool m_stuck = false;
+    bool m_closing = false;
+    bool m_askedToUnlock = false;
+    bool m_unlocking = false;
+
+    std::thread m_unlocker;
+    std::thread m_thread;
+};
+
+LibsecretStore::Worker::~Worker()
+{
+    {
+        std::unique_lock lock(m_mutex);
+        if (!m_stuck)
+            m_answered.wait_for(lock, closingWait, [this] { return isIdle(); });
+        m_closing = true;
+    }
+    g_cancellable_cancel(m_cancellable.get());
+    m_wake.notify_all();
+    m_thread.join();
+    // Only the thread that has just ended starts this one.
+    if (m_unlocker.joinable())
+        m_unlocker.join();
+}
+
+std::optional<QByteArray> LibsecretStore::Worker::read(const SecretName &name)
+{
+    const auto bytes = [](const std::optional<SecretBytes> &secret) {
+        return secret ? std::optional(secret->toByteArray()) : std::nullopt;
+    };
+    std::unique_lock lock(m_mutex);
+    if (const auto pending = m_pending.find(name); pending != m_pending.end())
+        return bytes(pending->second.secret);
+    // A stuck keyring gets one job at a time, to find out when it comes back.
+    if (m_stuck && !isIdle())
+        return std::nullopt;
+
+    const auto reading = std::make_shared<Reading>();
+    m_queue.push_back({name, reading});
+    m_wake.notify_one();
+    if (m_stuck)
+        return std::nullopt;
+    if (!m_answered.wait_for(lock, readWait, [&] { return reading->done; })) {
+        m_stuck = true;
+        qCWarning(log::app, "Keyring: no answer, secrets count as absent until it comes back");
+        return std::nullopt;
+    }
+    return bytes(reading->secret);
+}
+
+void LibsecretStore::Worker::change(const SecretName &name, std::optional<SecretBytes> secret)
+{
+    const std::scoped_lock lock(m_mutex);
+    m_pending.insert_or_assign(name, Pending{std::move(secret), ++m_changes, false});
+    m_queue.push_back({name, nullptr});
+    m_wake.notify_one();
+}
+
+void LibsecretStore::Worker::run()
+{
+    GlibThreadContext context;
+    SecretKeyring keyring(m_cancellable.get());
+    bool timedOut = keyring.connect() == Outcome::TimedOut;
+
+    std::unique_lock lock(m_mutex);
+    for (;;) {
+        m_busy = false;
+        m_stuck = timedOut;
+        m_answered.notify_all();
+        m_wake.wait(lock, [this] { return m_closing || !m_queue.empty(); });
+        if (m_closing)
+            return;
+        Job job = std::move(m_queue.front());
+        m_queue.pop_front();
+        m_busy = true;
+        timedOut = perform(keyring, job, lock) == Outcome::TimedOut;
+        context.handlePending();
+    }
+}
+
+// Called and left with the lock held, which is released meanwhile.
+Outcome LibsecretStore::Worker::perform(SecretKeyring &keyring, Job &job,
+                                        std::unique_lock<std::mutex> &lock)
+{
+    if (!job.reading)
+        return performChange(keyring, job.name, lock);
+    lock.unlock();
+    SecretBytes secret;
+    const Outcome outcome = keyring.read(job.name, secret);
+    lock.lock();
+    if (outcome == Outcome::Done)
+        job.reading->secret = std::move(secret);
+    if (outcome == Outcome::Locked)
+        askToUnlock(job.name.service, false);
+    job.reading->done = true;
+    return outcome;
+}
+
+Outcome LibsecretStore::Worker::performChange(SecretKeyring &keyring, const SecretName &name,
+                                              std::unique_lock<std::mutex> &lock)
+{
+    const auto pending = m_pending.find(name);
+    if (pending == m_pending.end())
+        return Outcome::Done;
+    const Pending wanted = pending->second;
+    lock.unlock();
+    const Outcome outcome =
+        wanted.secret ? keyring.write(name, *wanted.secret) : keyring.remove(name);
+    lock.lock();
+    if (outcome == Outcome::Locked)
+        askToUnlock(name.service, wanted.secret.has_value());
+
+    const auto now = m_pending.find(name);
+    if (now == m_pending.end() || now->second.number != wanted.number)
+        return outcome; // a later change has its own job
+    if (outcome == Outcome::Locked && m_unlocking)
+        now->second.waitsForUnlock = true;
+    else
+        m_pending.erase(now);
+    return outcome;
+}
+
+// In a thread of its own: it lasts as long as the user's dialog.
+void LibsecretStore::Worker::askToUnlock(const QString &service, bool create)
+{
+    if (std::exchange(m_askedToUnlock, true))
+        return;
+    m_unlocking = true;
+    m_unlocker = std::thread([this, service, create] {
+        const GlibThreadContext context;
+        finishUnlocking(unlockKeyring(service, create, m_cancellable.get()));
+    });
+}
+
+void LibsecretStore::Worker::finishUnlocking(bool unlocked)
+{
+    const std::scoped_lock lock(m_mutex);
+    m_unlocking = false;
+    for (auto pending = m_pending.begin(); pending != m_pending.end();) {
+        if (!pending->second.waitsForUnlock) {
+            ++pending;
+        } else if (unlocked) {
+            pending->second.waitsForUnlock = false;
+            m_queue.push_back({pending->first, nullptr});
+            ++pending;
+        } else {
+            pending = m_pending.erase(pending);
+        }
+    }
+    m_wake.notify_one();
+}
+
+LibsecretStore::LibsecretStore()
+    : m_worker(std::make_unique<Worker>())
+{
+}
+
+LibsecretStore::~LibsecretStore() = default;
+
+std::optional<QByteArray> LibsecretStore::read(const QString &service, const QString &account)
+{
+    return m_worker->read({service, account});
+}
+
+void LibsecretStore::write(const QString &service, const QString &account, const QByteArray &secret)
+{
+    m_worker->change({service, account},
+                     SecretBytes({secret.constData(), static_cast<std::size_t>(secret.size())}));
+}
+
+void LibsecretStore::remove(const QString &service, const QString &account)
+{
+    m_worker->change({service, account}, std::nullopt);
+}
+
+} // namespace nivora::linuxdesktop

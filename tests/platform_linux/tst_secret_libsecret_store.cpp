@@ -1,0 +1,354 @@
+#include "platform_linux/secret_libsecret_store.h"
+
+#include "support/desktop_session.h"
+#include "support/wait.h"
+#include "support/x11_driver.h"
+
+#include <QDBusConnection>
+#include <QDBusMessage>
+#include <QDBusObjectPath>
+#include <QDBusReply>
+#include <QTest>
+
+#include <csignal>
+
+using namespace Qt::Literals::StringLiterals;
+using namespace std::chrono_literals;
+using namespace nivora;
+using linuxdesktop::LibsecretStore;
+using test::Clock;
+using test::millisecondsBetween;
+
+namespace {
+
+const auto service = u"app.nivora"_s;
+const auto account = u"byo-api-key"_s;
+
+} // namespace
+
+class tst_secret_libsecret_store : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase()
+    {
+        QVERIFY2(m_session.start({.keyring = true}), qPrintable(m_session.error()));
+        qputenv("DBUS_SESSION_BUS_ADDRESS", m_session.busAddress().toLocal8Bit());
+        QDBusConnection::connectToBus(m_session.busAddress(), u"test"_s);
+    }
+
+    void cleanup()
+    {
+        LibsecretStore store;
+        store.remove(service, account);
+    }
+
+    void secretToolFindsWhatIsWritten()
+    {
+        LibsecretStore store;
+        store.write(service, account, "sk-\xe4\xbd\xa0 one"_ba);
+        QTRY_COMPARE(lookup(), "sk-\xe4\xbd\xa0 one"_ba);
+    }
+
+    void readsWhatSecretToolStored()
+    {
+        QVERIFY(secretTool({u"store"_s, u"--label=by hand"_s}, "from outside"_ba).has_value());
+        LibsecretStore store;
+        QCOMPARE(store.read(service, account), "from outside"_ba);
+
+        // An update keeps the item, and makes no second one.
+        store.write(service, account, "changed"_ba);
+        QTRY_COMPARE(lookup(), "changed"_ba);
+        const auto found = secretTool({u"search"_s, u"--all"_s});
+        QVERIFY(found);
+        QCOMPARE(found->count("label = "), 1);
+        QVERIFY(found->contains("label = by hand"));
+    }
+
+    void absentIsAbsentAndRemovingTwiceIsHarmless()
+    {
+        LibsecretStore store;
+        QVERIFY(!store.read(service, account));
+        store.write(service, account, "x"_ba);
+        QCOMPARE(store.read(service, account), "x"_ba);
+        for (int i = 0; i < 2; ++i) {
+            store.remove(service, account);
+            QVERIFY(!store.read(service, account));
+        }
+        QTRY_VERIFY(!lookup());
+        QVERIFY(!LibsecretStore().read(service, account));
+    }
+
+    void quickChangesEndInTheLastOne()
+    {
+        LibsecretStore store;
+        for (int i = 0; i < 20; ++i) {
+            store.write(service, account, QByteArray::number(i));
+            QCOMPARE(store.read(service, account), QByteArray::number(i));
+        }
+        QTRY_COMPARE(lookup(), "19"_ba);
+    }
+
+    void leavingFinishesTheWrite()
+    {
+        LibsecretStore().write(service, account, "last words"_ba);
+        QCOMPARE(lookup(), "last words"_ba);
+    }
+
+    void stoppedKeyringCostsOneBoundedWait()
+    {
+        LibsecretStore store;
+        store.write(service, account, "kept"_ba);
+        QTRY_COMPARE(lookup(), "kept"_ba);
+
+        QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"^Keyring: no answer"_s));
+        const Stopped stopped(keyringProcess());
+        QVERIFY(!timedRead(store, 200, 250));
+        for (int i = 0; i < 10; ++i)
+            QVERIFY(!timedRead(store, 0, 5));
+        // What was just written is known without the keyring.
+        store.write(service, account, "new"_ba);
+        QCOMPARE(timedRead(store, 0, 5), "new"_ba);
+        stopped.resume();
+        QTRY_COMPARE(lookup(), "new"_ba);
+        QCOMPARE(store.read(service, account), "new"_ba);
+    }
+
+    void leavingAStoppedKeyringIsBounded()
+    {
+        auto store = std::make_unique<LibsecretStore>();
+        store->write(service, account, "kept"_ba);
+        QTRY_COMPARE(lookup(), "kept"_ba);
+        const Stopped stopped(keyringProcess());
+        store->write(service, account, "too late"_ba);
+        const auto start = Clock::now();
+        store.reset();
+        QVERIFY(millisecondsBetween(start, Clock::now()) < 400);
+    }
+
+    void restartedKeyringIsFoundAgain()
+    {
+        LibsecretStore store;
+        store.write(service, account, "kept"_ba);
+        QTRY_COMPARE(lookup(), "kept"_ba);
+        const auto old = keyringProcess();
+        ::kill(old, SIGTERM);
+        QTRY_COMPARE(keyringProcess(), 0);
+        QVERIFY(!timedRead(store, 0, 50));
+
+        startKeyring();
+        QTRY_COMPARE(store.read(service, account), "kept"_ba);
+    }
+
+    void lockedKeyringIsAbsentAtOnceAndOpensOnRequest()
+    {
+        LibsecretStore store;
+        store.write(service, account, "kept"_ba);
+        QTRY_COMPARE(lookup(), "kept"_ba);
+        QVERIFY(m_session.launch(u"/usr/libexec/gcr-prompter"_s));
+        QTRY_VERIFY(owner(u"org.gnome.keyring.SystemPrompter"_s) != 0);
+        lockKeyring();
+
+        QVERIFY(!timedRead(store, 0, 100));
+        store.write(service, account, "while locked"_ba);
+        store.write(service, u"session-token"_s, "a second one"_ba);
+        QVERIFY(!timedRead(store, u"another"_s, 0, 100));
+
+        test::X11Driver person(m_session.displayName());
+        const auto isDialog = test::X11Driver::ofClass(u"Gcr-prompter"_s);
+        const auto dialog = person.waitForMapped(isDialog, 10s);
+        QVERIFY(dialog);
+        QVERIFY(person.waitForActive(dialog->id, 5s));
+        for (const char key : "a password for tests"_ba)
+            person.press({static_cast<quint32>(key)});
+        person.press({0xff0d}); // Return
+        QVERIFY(person.waitForGone(isDialog, 10s));
+
+        QTRY_COMPARE(lookup(), "while locked"_ba);
+        QTRY_COMPARE(lookup(u"session-token"_s), "a second one"_ba);
+        QCOMPARE(store.read(service, account), "while locked"_ba);
+
+        // Asked once, never again.
+        lockKeyring();
+        QVERIFY(!timedRead(store, 0, 100));
+        store.write(service, account, "lost"_ba);
+        QTRY_VERIFY(!timedRead(store, 0, 100));
+        QVERIFY(!person.waitForMapped(isDialog, 500ms));
+        restartKeyring();
+        store.remove(service, u"session-token"_s);
+    }
+
+    void leavingWhileTheDialogIsOpenIsBounded()
+    {
+        auto store = std::make_unique<LibsecretStore>();
+        store->write(service, account, "kept"_ba);
+        QTRY_COMPARE(lookup(), "kept"_ba);
+        lockKeyring();
+        QVERIFY(!timedRead(*store, 0, 100));
+        test::X11Driver person(m_session.displayName());
+        QVERIFY(person.waitForMapped(test::X11Driver::ofClass(u"Gcr-prompter"_s), 10s));
+        const auto start = Clock::now();
+        store.reset();
+        QVERIFY(millisecondsBetween(start, Clock::now()) < 400);
+        restartKeyring();
+    }
+
+    void timeOfReading()
+    {
+        const auto start = Clock::now();
+        LibsecretStore store;
+        store.write(service, account, "x"_ba);
+        QCOMPARE(store.read(service, account), "x"_ba);
+        QTRY_COMPARE(lookup(), "x"_ba);
+        const auto warm = Clock::now();
+        LibsecretStore cold;
+        QCOMPARE(cold.read(service, account), "x"_ba);
+        qInfo("First read with connecting: %.2f ms (store made %.0f ms before)",
+              millisecondsBetween(warm, Clock::now()), millisecondsBetween(start, warm));
+        QBENCHMARK
+        {
+            QCOMPARE(store.read(service, account), "x"_ba);
+        }
+    }
+
+    void withoutAKeyringOnTheBusItIsAbsentInMilliseconds()
+    {
+        ::kill(keyringProcess(), SIGTERM);
+        QTRY_COMPARE(keyringProcess(), 0);
+        {
+            LibsecretStore store;
+            QVERIFY(!timedRead(store, 0, 50));
+            store.write(service, account, "x"_ba);
+            QTRY_VERIFY(!timedRead(store, 0, 50));
+        }
+        startKeyring();
+    }
+
+    void withoutABusItIsAbsentInMilliseconds_data()
+    {
+        QTest::addColumn<QByteArray>("address");
+        QTest::newRow("none") << QByteArray();
+        QTest::newRow("dead") << "unix:path=/nonexistent/bus"_ba;
+    }
+
+    void withoutABusItIsAbsentInMilliseconds()
+    {
+        QFETCH(QByteArray, address);
+        const QByteArray runtime = qgetenv("XDG_RUNTIME_DIR");
+        qunsetenv("XDG_RUNTIME_DIR");
+        if (address.isEmpty())
+            qunsetenv("DBUS_SESSION_BUS_ADDRESS");
+        else
+            qputenv("DBUS_SESSION_BUS_ADDRESS", address);
+        {
+            LibsecretStore store;
+            QVERIFY(!timedRead(store, 0, 50));
+            store.write(service, account, "x"_ba);
+            QTRY_VERIFY(!timedRead(store, 0, 50));
+        }
+        qputenv("DBUS_SESSION_BUS_ADDRESS", m_session.busAddress().toLocal8Bit());
+        if (!runtime.isEmpty())
+            qputenv("XDG_RUNTIME_DIR", runtime);
+    }
+
+private:
+    // A process that is stopped for as long as the object lives.
+    class Stopped
+    {
+    public:
+        explicit Stopped(pid_t process)
+            : m_process(process)
+        {
+            ::kill(process, SIGSTOP);
+        }
+        ~Stopped() { resume(); }
+        void resume() const { ::kill(m_process, SIGCONT); }
+
+    private:
+        pid_t m_process;
+    };
+
+    static QDBusConnection bus() { return QDBusConnection(u"test"_s); }
+
+    // 0 when nobody has the name.
+    static pid_t owner(const QString &name)
+    {
+        auto ask = QDBusMessage::createMethodCall(u"org.freedesktop.DBus"_s, u"/"_s,
+                                                  u"org.freedesktop.DBus"_s,
+                                                  u"GetConnectionUnixProcessID"_s);
+        ask << name;
+        const QDBusReply<uint> process = bus().call(ask);
+        return process.isValid() ? static_cast<pid_t>(process.value()) : 0;
+    }
+
+    static pid_t keyringProcess() { return owner(u"org.freedesktop.secrets"_s); }
+
+    static void lockKeyring()
+    {
+        auto lock = QDBusMessage::createMethodCall(u"org.freedesktop.secrets"_s,
+                                                   u"/org/freedesktop/secrets"_s,
+                                                   u"org.freedesktop.Secret.Service"_s, u"Lock"_s);
+        lock << QVariant::fromValue(
+            QList{QDBusObjectPath(u"/org/freedesktop/secrets/aliases/default"_s)});
+        QCOMPARE(bus().call(lock).type(), QDBusMessage::ReplyMessage);
+    }
+
+    void startKeyring()
+    {
+        auto *keyring =
+            m_session.launch(u"gnome-keyring-daemon"_s,
+                             {u"--foreground"_s, u"--unlock"_s, u"--components=secrets"_s});
+        QVERIFY(keyring);
+        keyring->write("a password for tests");
+        keyring->closeWriteChannel();
+        QTRY_VERIFY(keyringProcess() != 0);
+    }
+
+    void restartKeyring()
+    {
+        ::kill(keyringProcess(), SIGTERM);
+        QTRY_COMPARE(keyringProcess(), 0);
+        startKeyring();
+    }
+
+    static std::optional<QByteArray> timedRead(LibsecretStore &store, const QString &name,
+                                               double from, double to)
+    {
+        const auto start = Clock::now();
+        auto secret = store.read(service, name);
+        const auto took = millisecondsBetween(start, Clock::now());
+        if (took < from || took > to)
+            QTest::qFail(qPrintable(u"a read took %1 ms"_s.arg(took)), __FILE__, __LINE__);
+        return secret;
+    }
+
+    static std::optional<QByteArray> timedRead(LibsecretStore &store, double from, double to)
+    {
+        return timedRead(store, account, from, to);
+    }
+
+    std::optional<QByteArray> lookup(const QString &name = account)
+    {
+        return secretTool({u"lookup"_s}, {}, name);
+    }
+
+    // Its output; absent when it failed.
+    std::optional<QByteArray> secretTool(QStringList arguments, const QByteArray &input = {},
+                                         const QString &name = account)
+    {
+        QProcess tool;
+        tool.setProcessEnvironment(m_session.environment());
+        tool.start(u"secret-tool"_s, arguments << u"service"_s << service << u"account"_s << name);
+        tool.write(input);
+        tool.closeWriteChannel();
+        if (!tool.waitForFinished(5000) || tool.exitCode() != 0)
+            return std::nullopt;
+        return tool.readAllStandardOutput() + tool.readAllStandardError();
+    }
+
+    test::DesktopSession m_session;
+};
+
+QTEST_GUILESS_MAIN(tst_secret_libsecret_store)
+#include "tst_secret_libsecret_store.moc"
