@@ -67,9 +67,9 @@ QByteArray bytesOf(const QJsonObject &object)
 
 QJsonObject promptBody(const QString &prompt)
 {
-    return {{u"model"_s, u"m"_s},
-            {u"messages"_s,
-             QJsonArray{QJsonObject{{u"role"_s, u"user"_s}, {u"content"_s, prompt}}}}};
+    return {
+        {u"model"_s, u"m"_s},
+        {u"messages"_s, QJsonArray{QJsonObject{{u"role"_s, u"user"_s}, {u"content"_s, prompt}}}}};
 }
 
 } // namespace
@@ -91,7 +91,7 @@ class TestCloudService : public QObject
         if (!authorization.isEmpty())
             request.setRawHeader("Authorization", authorization);
         const std::unique_ptr<QNetworkReply> reply(
-                m_network.sendCustomRequest(request, method, body));
+            m_network.sendCustomRequest(request, method, body));
         QSignalSpy finished(reply.get(), &QNetworkReply::finished);
         if (!finished.wait())
             return {};
@@ -111,8 +111,7 @@ private Q_SLOTS:
         };
         row("zh-ja", u"请发一下报价"_s, Tongue::Japanese, u"見積もりを送ってください。"_s);
         row("zh-en", u"今天天气很好。"_s, Tongue::English, u"The weather is nice today."_s);
-        row("en-zh, case", u"  thank you for YOUR help!\n"_s, Tongue::Chinese,
-            u"谢谢你的帮助。"_s);
+        row("en-zh, case", u"  thank you for YOUR help!\n"_s, Tongue::Chinese, u"谢谢你的帮助。"_s);
         row("en, curly", u"You’re welcome"_s, Tongue::Japanese, u"どういたしまして。"_s);
         row("en, full width", u"Ｈｅｌｌｏ！"_s, Tongue::Korean, u"안녕하세요"_s);
         row("ja-ko", u"こんにちは"_s, Tongue::Korean, u"안녕하세요"_s);
@@ -136,8 +135,8 @@ private Q_SLOTS:
             QCOMPARE(book.lookUp(text, Tongue::English), std::nullopt);
         QCOMPARE(PhraseBook::notFound(Tongue::Chinese), u"（短语手册中没有这句话）"_s);
         const Response response =
-                ask(m_cloud.server, "POST", u"/v1/translate"_s,
-                    bytesOf({{u"text"_s, u"qwerty"_s}, {u"target"_s, u"korean"_s}}));
+            ask(m_cloud.server, "POST", u"/v1/translate"_s,
+                bytesOf({{u"text"_s, u"qwerty"_s}, {u"target"_s, u"korean"_s}}));
         QCOMPARE(response.status, 200);
         QCOMPARE(response.content(), PhraseBook::notFound(Tongue::Korean));
     }
@@ -164,14 +163,14 @@ private Q_SLOTS:
         QTest::newRow("japanese") << u"请将以下文本翻译为日语，只输出译文：\n\nHello"_s
                                   << u"こんにちは"_s;
         QTest::newRow("traditional, not chinese")
-                << u"请将以下文本翻译为繁体中文：\n\nThank you."_s << u"謝謝。"_s;
+            << u"请将以下文本翻译为繁体中文：\n\nThank you."_s << u"謝謝。"_s;
         QTest::newRow("names a language in the text too")
-                << u"翻译为英语\n\n我正在学日语。"_s << u"I am learning Japanese."_s;
-        QTest::newRow("not found") << u"翻译为英语\n\n翻译为中文"_s
-                                   << PhraseBook::notFound(Tongue::English);
+            << u"翻译为英语\n\n我正在学日语。"_s << u"I am learning Japanese."_s;
+        QTest::newRow("not found")
+            << u"翻译为英语\n\n翻译为中文"_s << PhraseBook::notFound(Tongue::English);
         QTest::newRow("variants")
-                << u"请将以下文本翻译为日语，给出2种不同语气的说法，每行一种，只输出结果：\n\n谢谢。"_s
-                << u"ありがとうございます。\nありがとう。"_s;
+            << u"请将以下文本翻译为日语，给出2种不同语气的说法，每行一种，只输出结果：\n\n谢谢。"_s
+            << u"ありがとうございます。\nありがとう。"_s;
         QTest::newRow("no language") << u"Translate\n\nHello"_s << u"（没有写明译成哪种语言）"_s;
     }
     void readsThePromptOfTheOtherForm()
@@ -179,24 +178,23 @@ private Q_SLOTS:
         QFETCH(QString, prompt);
         QFETCH(QString, expected);
         QJsonObject body = promptBody(prompt);
-        QCOMPARE(ask(m_cloud.server, "POST", u"/v1/chat/completions"_s, bytesOf(body), {})
-                         .content(),
-                 expected);
+        QCOMPARE(
+            ask(m_cloud.server, "POST", u"/v1/chat/completions"_s, bytesOf(body), {}).content(),
+            expected);
         body.insert(u"stream"_s, true);
         const Response streamed =
-                ask(m_cloud.server, "POST", u"/v1/chat/completions"_s, bytesOf(body), {});
+            ask(m_cloud.server, "POST", u"/v1/chat/completions"_s, bytesOf(body), {});
         QCOMPARE(streamed.pieces().join(QString()), expected);
         QVERIFY(!streamed.body.contains("usage"));
     }
 
     void offersThreeJapaneseVariants()
     {
-        const Response response =
-                ask(m_cloud.server, "POST", u"/v1/translate"_s,
-                    bytesOf({{u"text"_s, u"お願いします"_s},
-                             {u"target"_s, u"japanese"_s},
-                             {u"mode"_s, u"variants"_s},
-                             {u"variantCount"_s, 3}}));
+        const Response response = ask(m_cloud.server, "POST", u"/v1/translate"_s,
+                                      bytesOf({{u"text"_s, u"お願いします"_s},
+                                               {u"target"_s, u"japanese"_s},
+                                               {u"mode"_s, u"variants"_s},
+                                               {u"variantCount"_s, 3}}));
         QStringList lines = response.content().split(u'\n');
         QCOMPARE(lines.size(), 3);
         QCOMPARE(lines.removeDuplicates(), 0);

@@ -108,15 +108,18 @@ private Q_SLOTS:
     {
         QTest::addColumn<QByteArray>("request");
         QTest::addColumn<QByteArray>("status");
-        QTest::newRow("no HTTP") << "hello\r\n\r\n"_ba << "400"_ba;
-        QTest::newRow("bad field") << "GET / HTTP/1.1\r\nno colon\r\n\r\n"_ba << "400"_ba;
-        QTest::newRow("bad length")
-                << "GET / HTTP/1.1\r\nContent-Length: -1\r\n\r\n"_ba << "400"_ba;
-        QTest::newRow("old version") << "GET / HTTP/1.0\r\n\r\n"_ba << "505"_ba;
-        QTest::newRow("large body")
-                << "POST / HTTP/1.1\r\nContent-Length: 8388609\r\n\r\n"_ba << "413"_ba;
-        QTest::newRow("endless head") << "GET / HTTP/1.1\r\nA: "_ba + QByteArray(70'000, 'x')
-                                      << "431"_ba;
+        QTest::newRow("no HTTP") << "hello\r\n\r\n"_ba
+                                 << "400"_ba;
+        QTest::newRow("bad field") << "GET / HTTP/1.1\r\nno colon\r\n\r\n"_ba
+                                   << "400"_ba;
+        QTest::newRow("bad length") << "GET / HTTP/1.1\r\nContent-Length: -1\r\n\r\n"_ba
+                                    << "400"_ba;
+        QTest::newRow("old version") << "GET / HTTP/1.0\r\n\r\n"_ba
+                                     << "505"_ba;
+        QTest::newRow("large body") << "POST / HTTP/1.1\r\nContent-Length: 8388609\r\n\r\n"_ba
+                                    << "413"_ba;
+        QTest::newRow("endless head")
+            << "GET / HTTP/1.1\r\nA: "_ba + QByteArray(70'000, 'x') << "431"_ba;
     }
     void refusesWhatItCannotRead()
     {
@@ -133,12 +136,13 @@ private Q_SLOTS:
     {
         QTest::addColumn<int>("framing");
         QTest::addColumn<QByteArray>("end");
-        QTest::newRow("chunked") << int(Answer::Framing::Chunked)
-                                 << "Transfer-Encoding: chunked\r\n\r\n2\r\nab\r\n1\r\nc\r\n0\r\n\r\n"_ba;
+        QTest::newRow("chunked")
+            << int(Answer::Framing::Chunked)
+            << "Transfer-Encoding: chunked\r\n\r\n2\r\nab\r\n1\r\nc\r\n0\r\n\r\n"_ba;
         QTest::newRow("length") << int(Answer::Framing::Length)
                                 << "Content-Length: 3\r\n\r\nabc"_ba;
         QTest::newRow("until close")
-                << int(Answer::Framing::UntilClose) << "Connection: close\r\n\r\nabc"_ba;
+            << int(Answer::Framing::UntilClose) << "Connection: close\r\n\r\nabc"_ba;
     }
     void framesTheBody()
     {

@@ -57,8 +57,7 @@ Answer Answer::json(int status, const QJsonObject &body)
 Answer Answer::error(int status, const QString &message)
 {
     const QString type = status >= 500 ? u"server_error"_s : u"invalid_request_error"_s;
-    return json(status,
-                {{u"error"_s, QJsonObject{{u"message"_s, message}, {u"type"_s, type}}}});
+    return json(status, {{u"error"_s, QJsonObject{{u"message"_s, message}, {u"type"_s, type}}}});
 }
 
 Answer Answer::html(int status)

@@ -81,11 +81,11 @@ std::variant<Wish, Answer> readWish(const QJsonObject &body)
         wish.variants = body.value(u"variantCount"_s).toInt(defaultVariants);
     else if (mode != u"translate")
         return Answer::error(400, u"mode must be translate or variants"_s);
-    if (!hasTypeOrIsAbsent(body, u"stream"_s, QJsonValue::Bool)
-        || !hasTypeOrIsAbsent(body, u"style"_s, QJsonValue::String)
-        || !hasTypeOrIsAbsent(body, u"background"_s, QJsonValue::String)
-        || !hasTypeOrIsAbsent(body, u"glossary"_s, QJsonValue::Array)
-        || !readGlossary(body.value(u"glossary"_s).toArray(), wish))
+    if (!hasTypeOrIsAbsent(body, u"stream"_s, QJsonValue::Bool) ||
+        !hasTypeOrIsAbsent(body, u"style"_s, QJsonValue::String) ||
+        !hasTypeOrIsAbsent(body, u"background"_s, QJsonValue::String) ||
+        !hasTypeOrIsAbsent(body, u"glossary"_s, QJsonValue::Array) ||
+        !readGlossary(body.value(u"glossary"_s).toArray(), wish))
         return Answer::error(400, u"an option has the wrong type"_s);
     wish.style = body.value(u"style"_s).toString();
     wish.background = body.value(u"background"_s).toString();
@@ -107,7 +107,8 @@ std::optional<QString> lastUserMessage(const QJsonObject &body)
 } // namespace
 
 CloudService::CloudService(Options options)
-    : m_pieceDelay(options.pieceDelay), m_upstream(std::move(options.upstream))
+    : m_pieceDelay(options.pieceDelay)
+    , m_upstream(std::move(options.upstream))
 {
 }
 
@@ -135,11 +136,11 @@ Answer CloudService::translate(const Request &request)
     const QByteArray id = QUuid::createUuid().toByteArray(QUuid::WithoutBraces);
     if (!m_upstream)
         return completion(wish.text, answerTo(wish), stream, true)
-                .withHeader("X-Translation-Id", id);
+            .withHeader("X-Translation-Id", id);
 
     QJsonObject forwarded{
-        {u"messages"_s, QJsonArray{QJsonObject{{u"role"_s, u"user"_s},
-                                               {u"content"_s, writePrompt(wish)}}}},
+        {u"messages"_s,
+         QJsonArray{QJsonObject{{u"role"_s, u"user"_s}, {u"content"_s, writePrompt(wish)}}}},
         {u"temperature"_s, wish.variants ? 0.7 : 0.0},
         {u"stream"_s, stream}};
     if (stream)

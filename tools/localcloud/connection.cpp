@@ -14,31 +14,38 @@ namespace {
 // answer; so much is swallowed before it is cut off.
 constexpr qint64 discardLimit = 64 * 1024 * 1024;
 
+struct Reason
+{
+    int status;
+    const char *phrase;
+};
+constexpr Reason reasons[] = {
+    {200, "OK"},
+    {204, "No Content"},
+    {301, "Moved Permanently"},
+    {302, "Found"},
+    {307, "Temporary Redirect"},
+    {308, "Permanent Redirect"},
+    {400, "Bad Request"},
+    {401, "Unauthorized"},
+    {403, "Forbidden"},
+    {404, "Not Found"},
+    {405, "Method Not Allowed"},
+    {411, "Length Required"},
+    {413, "Content Too Large"},
+    {429, "Too Many Requests"},
+    {431, "Request Header Fields Too Large"},
+    {500, "Internal Server Error"},
+    {501, "Not Implemented"},
+    {502, "Bad Gateway"},
+    {503, "Service Unavailable"},
+    {505, "HTTP Version Not Supported"},
+};
+
 QByteArray reasonPhrase(int status)
 {
-    switch (status) {
-    case 200: return "OK";
-    case 204: return "No Content";
-    case 301: return "Moved Permanently";
-    case 302: return "Found";
-    case 307: return "Temporary Redirect";
-    case 308: return "Permanent Redirect";
-    case 400: return "Bad Request";
-    case 401: return "Unauthorized";
-    case 403: return "Forbidden";
-    case 404: return "Not Found";
-    case 405: return "Method Not Allowed";
-    case 411: return "Length Required";
-    case 413: return "Content Too Large";
-    case 429: return "Too Many Requests";
-    case 431: return "Request Header Fields Too Large";
-    case 500: return "Internal Server Error";
-    case 501: return "Not Implemented";
-    case 502: return "Bad Gateway";
-    case 503: return "Service Unavailable";
-    case 505: return "HTTP Version Not Supported";
-    default: return "Status";
-    }
+    const auto found = std::ranges::find(reasons, status, &Reason::status);
+    return found == std::end(reasons) ? "Status" : found->phrase;
 }
 
 template<typename... Cases>
@@ -62,8 +69,7 @@ Connection::Connection(QTcpSocket *socket, int number, qint64 bodyLimit, Answere
     // Each write of an answer shall be a packet of its own.
     m_socket->setSocketOption(QAbstractSocket::LowDelayOption, 1);
     m_pause.setSingleShot(true);
-    connect(&m_pause, &QTimer::timeout, this,
-            [this] { m_headSent ? playBody() : playPrelude(); });
+    connect(&m_pause, &QTimer::timeout, this, [this] { m_headSent ? playBody() : playPrelude(); });
     connect(m_socket, &QTcpSocket::readyRead, this, &Connection::read);
     connect(m_socket, &QTcpSocket::disconnected, this, [this] {
         m_pause.stop();
@@ -148,25 +154,24 @@ void Connection::playBody()
 bool Connection::play(const std::vector<Step> &steps)
 {
     while (m_position < steps.size()) {
-        const bool goesOn = std::visit(
-                Overloaded{[this](const step::Send &send) {
-                               sendBody(send.bytes);
-                               return true;
-                           },
-                           [this](const step::Wait &wait) {
-                               m_pause.start(wait.duration);
-                               return false;
-                           },
-                           [this](const step::Reset &) {
-                               reset();
-                               return false;
-                           },
-                           [this](const step::Close &) {
-                               m_socket->disconnectFromHost();
-                               return false;
-                           },
-                           [](const step::Silence &) { return false; }},
-                steps[m_position++]);
+        const bool goesOn = std::visit(Overloaded{[this](const step::Send &send) {
+                                                      sendBody(send.bytes);
+                                                      return true;
+                                                  },
+                                                  [this](const step::Wait &wait) {
+                                                      m_pause.start(wait.duration);
+                                                      return false;
+                                                  },
+                                                  [this](const step::Reset &) {
+                                                      reset();
+                                                      return false;
+                                                  },
+                                                  [this](const step::Close &) {
+                                                      m_socket->disconnectFromHost();
+                                                      return false;
+                                                  },
+                                                  [](const step::Silence &) { return false; }},
+                                       steps[m_position++]);
         if (!goesOn)
             return false;
     }
@@ -194,8 +199,8 @@ void Connection::playLive()
 
 void Connection::sendHead()
 {
-    QByteArray head = "HTTP/1.1 " + QByteArray::number(m_answer.status) + ' '
-            + reasonPhrase(m_answer.status) + "\r\n";
+    QByteArray head = "HTTP/1.1 " + QByteArray::number(m_answer.status) + ' ' +
+                      reasonPhrase(m_answer.status) + "\r\n";
     for (const auto &[name, value] : std::as_const(m_answer.headers))
         head += name + ": " + value + "\r\n";
     switch (m_answer.framing) {
@@ -244,12 +249,12 @@ void Connection::endBody()
     // From the event loop: a client that sends many requests at once does not
     // make this call itself over and over.
     QMetaObject::invokeMethod(
-            this,
-            [this] {
-                if (m_phase == Phase::Reading)
-                    serve();
-            },
-            Qt::QueuedConnection);
+        this,
+        [this] {
+            if (m_phase == Phase::Reading)
+                serve();
+        },
+        Qt::QueuedConnection);
 }
 
 void Connection::write(const QByteArray &bytes)

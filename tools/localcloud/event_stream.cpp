@@ -13,9 +13,12 @@ namespace {
 QByteArray terminator(LineEnd end)
 {
     switch (end) {
-    case LineEnd::Lf: return "\n";
-    case LineEnd::CrLf: return "\r\n";
-    case LineEnd::Cr: return "\r";
+    case LineEnd::Lf:
+        return "\n";
+    case LineEnd::CrLf:
+        return "\r\n";
+    case LineEnd::Cr:
+        return "\r";
     }
     return {};
 }
@@ -46,8 +49,7 @@ QByteArray pieceEvent(const QString &piece)
 {
     const QJsonObject delta{{u"content"_s, piece}};
     const QJsonObject choice{{u"index"_s, 0}, {u"delta"_s, delta}};
-    return compact({{u"object"_s, u"chat.completion.chunk"_s},
-                    {u"choices"_s, QJsonArray{choice}}});
+    return compact({{u"object"_s, u"chat.completion.chunk"_s}, {u"choices"_s, QJsonArray{choice}}});
 }
 
 QJsonObject usageOf(TokenCounts counts)
@@ -79,9 +81,9 @@ Answer eventStream(const QStringList &pieces, const EventStreamOptions &options)
     for (const QByteArray &payload : std::as_const(payloads)) {
         const QByteArray event = "data: " + payload + end + end;
         if (options.decorated) {
-            writes.append(": keep-alive" + end + "event: message" + end + "id: "
-                          + QByteArray::number(writes.size()) + end + "retry: 3000" + end + event
-                          + "Data: not an event" + end + " data: nor this" + end + end);
+            writes.append(": keep-alive" + end + "event: message" + end +
+                          "id: " + QByteArray::number(writes.size()) + end + "retry: 3000" + end +
+                          event + "Data: not an event" + end + " data: nor this" + end + end);
         } else {
             writes.append(event);
         }

@@ -28,8 +28,8 @@ constexpr std::array tongues{
                 &Phrase::cantonese},
     TongueEntry{Tongue::Japanese, "japanese"_L1, u"日语", u"（この文はフレーズ集にありません）",
                 &Phrase::japanese},
-    TongueEntry{Tongue::Romaji, "romaji"_L1, u"罗马字",
-                u"(kono bun wa furēzushū ni arimasen)", &Phrase::romaji},
+    TongueEntry{Tongue::Romaji, "romaji"_L1, u"罗马字", u"(kono bun wa furēzushū ni arimasen)",
+                &Phrase::romaji},
     TongueEntry{Tongue::Korean, "korean"_L1, u"韩语", u"(회화집에 없는 문장입니다)",
                 &Phrase::korean},
     TongueEntry{Tongue::English, "english"_L1, u"英语",
@@ -48,7 +48,8 @@ const TongueEntry &entry(Tongue tongue)
 QString folded(QStringView text)
 {
     // Compatibility form: a full-width "！" is "!" then.
-    QString key = text.trimmed().toString().normalized(QString::NormalizationForm_KC).toCaseFolded();
+    QString key =
+        text.trimmed().toString().normalized(QString::NormalizationForm_KC).toCaseFolded();
     key.replace(u'’', u'\'');
     qsizetype length = key.size();
     while (length > 0 && u".。!?…~、, "_s.contains(key.at(length - 1)))

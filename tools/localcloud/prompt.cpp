@@ -46,8 +46,7 @@ std::optional<Wish> readPrompt(const QString &prompt)
     const QString task = blankLine < 0 ? prompt : prompt.first(blankLine);
 
     // The longer name first: 繁体中文 ends in 中文.
-    static const QRegularExpression target(
-            u"译[为成](繁体中文|中文|粤语|日语|韩语|英语|罗马字)"_s);
+    static const QRegularExpression target(u"译[为成](繁体中文|中文|粤语|日语|韩语|英语|罗马字)"_s);
     static const QRegularExpression count(u"给出(\\d{1,2})种"_s);
     const auto found = target.match(task);
     if (!found.hasMatch())

@@ -10,9 +10,8 @@ constexpr qsizetype headLimit = 64 * 1024;
 
 bool isToken(QByteArrayView text)
 {
-    return !text.isEmpty() && std::all_of(text.begin(), text.end(), [](char c) {
-        return c > ' ' && c < 127 && c != ':';
-    });
+    return !text.isEmpty() && std::all_of(text.begin(), text.end(),
+                                          [](char c) { return c > ' ' && c < 127 && c != ':'; });
 }
 
 } // namespace
@@ -142,8 +141,8 @@ bool RequestParser::takeFraming()
             return false;
         }
     }
-    m_wantsContinue = m_bodyLength > m_buffer.size()
-            && m_request.header("Expect").compare("100-continue", Qt::CaseInsensitive) == 0;
+    m_wantsContinue = m_bodyLength > m_buffer.size() &&
+                      m_request.header("Expect").compare("100-continue", Qt::CaseInsensitive) == 0;
     return true;
 }
 

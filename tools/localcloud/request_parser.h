@@ -16,7 +16,10 @@ public:
         Rejected,   // status() says why; the connection cannot be read on
     };
 
-    explicit RequestParser(qint64 bodyLimit) : m_bodyLimit(bodyLimit) {}
+    explicit RequestParser(qint64 bodyLimit)
+        : m_bodyLimit(bodyLimit)
+    {
+    }
 
     State feed(const QByteArray &bytes);
     State state() const { return m_state; }

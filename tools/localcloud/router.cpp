@@ -24,7 +24,7 @@ Answer Router::handle(const Request &request) const
     if (allowed.isEmpty())
         return Answer::error(404, u"there is nothing at this path"_s);
     return Answer::error(405, u"this path takes other methods"_s)
-            .withHeader("Allow", allowed.join(", "));
+        .withHeader("Allow", allowed.join(", "));
 }
 
 } // namespace nivora::localcloud

@@ -17,7 +17,8 @@ QUrl originAt(quint16 port)
 
 } // namespace
 
-Server::Server(QObject *parent) : QObject(parent)
+Server::Server(QObject *parent)
+    : QObject(parent)
 {
     connect(&m_listener, &QTcpServer::newConnection, this, &Server::accept);
 }
@@ -59,12 +60,12 @@ void Server::accept()
     while (QTcpSocket *socket = m_listener.nextPendingConnection()) {
         ++m_open;
         auto *connection = new Connection(
-                socket, ++m_accepted, m_bodyLimit,
-                [this, number = m_accepted](Request request) {
-                    request.connection = number;
-                    return answerTo(request);
-                },
-                this);
+            socket, ++m_accepted, m_bodyLimit,
+            [this, number = m_accepted](Request request) {
+                request.connection = number;
+                return answerTo(request);
+            },
+            this);
         connect(connection, &Connection::closed, this, [this, connection] {
             --m_open;
             connection->deleteLater();

@@ -31,7 +31,10 @@ class Relay : public QObject
 {
 public:
     Relay(QNetworkReply *reply, LiveAnswer &answer, const Headers &headers)
-        : QObject(reply), m_reply(reply), m_answer(answer), m_headers(headers)
+        : QObject(reply)
+        , m_reply(reply)
+        , m_answer(answer)
+        , m_headers(headers)
     {
         connect(reply, &QNetworkReply::readyRead, this, &Relay::pass);
         connect(reply, &QNetworkReply::finished, this, &Relay::end);
@@ -89,7 +92,9 @@ private:
 } // namespace
 
 Upstream::Upstream(const QUrl &base, const QString &model, const QByteArray &key)
-    : m_url(completionsBelow(base)), m_model(model), m_key(key)
+    : m_url(completionsBelow(base))
+    , m_model(model)
+    , m_key(key)
 {
 }
 
@@ -106,8 +111,8 @@ Answer Upstream::forward(QJsonObject body, const Headers &headers)
         request.setRawHeader("Authorization", "Bearer " + m_key);
 
     Answer answer;
-    answer.live = [this, request, headers, bytes = QJsonDocument(body).toJson(QJsonDocument::Compact)](
-                          LiveAnswer &live) {
+    answer.live = [this, request, headers,
+                   bytes = QJsonDocument(body).toJson(QJsonDocument::Compact)](LiveAnswer &live) {
         QNetworkReply *reply = m_network.post(request, bytes);
         reply->setParent(&live);
         new Relay(reply, live, headers);

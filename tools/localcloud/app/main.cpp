@@ -61,12 +61,12 @@ int main(int argc, char **argv)
 
     QCommandLineParser parser;
     parser.setApplicationDescription(
-            u"A translation service on this machine alone, with a phrase book in it."_s);
+        u"A translation service on this machine alone, with a phrase book in it."_s);
     parser.addHelpOption();
     parser.addOption({u"port"_s, u"Listen on this port of 127.0.0.1; any free one by default."_s,
                       u"N"_s, u"0"_s});
-    parser.addOption({u"delay"_s, u"Pause between streamed pieces, in milliseconds."_s, u"MS"_s,
-                      u"15"_s});
+    parser.addOption(
+        {u"delay"_s, u"Pause between streamed pieces, in milliseconds."_s, u"MS"_s, u"15"_s});
     parser.addOption({u"upstream"_s,
                       u"Let this OpenAI-compatible server translate. Its API key is taken from "
                       "the environment variable NIVORA_UPSTREAM_KEY."_s,
@@ -87,11 +87,11 @@ int main(int argc, char **argv)
     options.pieceDelay = std::chrono::milliseconds(delay);
     if (parser.isSet(u"upstream"_s)) {
         const QUrl url(parser.value(u"upstream"_s), QUrl::StrictMode);
-        if (!url.isValid() || url.host().isEmpty()
-            || (url.scheme() != u"http" && url.scheme() != u"https"))
+        if (!url.isValid() || url.host().isEmpty() ||
+            (url.scheme() != u"http" && url.scheme() != u"https"))
             return fail(u"--upstream wants an http or https address"_s);
-        options.upstream = std::make_unique<localcloud::Upstream>(
-                url, parser.value(u"model"_s), qgetenv("NIVORA_UPSTREAM_KEY"));
+        options.upstream = std::make_unique<localcloud::Upstream>(url, parser.value(u"model"_s),
+                                                                  qgetenv("NIVORA_UPSTREAM_KEY"));
     }
 
     localcloud::CloudService service(std::move(options));
@@ -101,7 +101,7 @@ int main(int argc, char **argv)
     localcloud::Server server;
     server.setRecording(false); // what people translate is not kept
     server.setHandler(
-            [&router](const localcloud::Request &request) { return router.handle(request); });
+        [&router](const localcloud::Request &request) { return router.handle(request); });
     if (!server.listen(port))
         return fail(server.errorString());
     std::printf("listening on %s\n", server.url().toEncoded().constData());

@@ -19,15 +19,27 @@ class LiveAnswer;
 namespace step {
 
 // These bytes of the body, handed to the network in one write.
-struct Send { QByteArray bytes; };
-struct Wait { std::chrono::milliseconds duration{0}; };
+struct Send
+{
+    QByteArray bytes;
+};
+struct Wait
+{
+    std::chrono::milliseconds duration{0};
+};
 // Ends the connection the hard way: the client reads an error, not an end. What
 // it has not read yet may be lost, so let it read with a Wait before.
-struct Reset {};
+struct Reset
+{
+};
 // Ends the connection in order, with the body cut short where it is.
-struct Close {};
+struct Close
+{
+};
 // Sends nothing more and leaves the connection open until the client goes.
-struct Silence {};
+struct Silence
+{
+};
 
 } // namespace step
 
@@ -80,8 +92,8 @@ struct Answer
     Answer inPackets(int bytes, std::chrono::milliseconds pause) const;
     // The same body with a write ending inside every character that takes more
     // than one byte in UTF-8, and a pause there.
-    Answer splitInsideCharacters(std::chrono::milliseconds pause
-                                 = std::chrono::milliseconds(2)) const;
+    Answer
+    splitInsideCharacters(std::chrono::milliseconds pause = std::chrono::milliseconds(2)) const;
 
     Answer withHeader(const QByteArray &name, const QByteArray &value) const;
     Answer withFraming(Framing kind) const;
