@@ -1,6 +1,7 @@
 #include "support/desktop_session.h"
 
 #include "child_process.h"
+#include "screen_grab.h"
 #include "support/wait.h"
 #include "xcb_handle.h"
 
@@ -15,7 +16,6 @@
 #include <algorithm>
 #include <array>
 #include <csignal>
-#include <cstring>
 
 namespace nivora::test {
 
@@ -326,16 +326,8 @@ QImage DesktopSession::screenshot() const
     if (xcb_connection_has_error(connection.get()))
         return {};
     const auto *screen = xcb_setup_roots_iterator(xcb_get_setup(connection.get())).data;
-    const auto reply = holdReply(xcb_get_image_reply(
-        connection.get(),
-        xcb_get_image(connection.get(), XCB_IMAGE_FORMAT_Z_PIXMAP, screen->root, 0, 0,
-                      screen->width_in_pixels, screen->height_in_pixels, ~0U),
-        nullptr));
-    QImage image(screen->width_in_pixels, screen->height_in_pixels, QImage::Format_RGB32);
-    if (!reply || xcb_get_image_data_length(reply.get()) != image.sizeInBytes())
-        return {};
-    std::memcpy(image.bits(), xcb_get_image_data(reply.get()), size_t(image.sizeInBytes()));
-    return image;
+    return grabScreen(connection.get(), screen->root,
+                      {0, 0, screen->width_in_pixels, screen->height_in_pixels});
 }
 
 bool DesktopSession::fail(const QString &what)

@@ -1,5 +1,6 @@
 #include "support/x11_driver.h"
 
+#include "screen_grab.h"
 #include "xcb_handle.h"
 
 #include <X11/keysym.h>
@@ -230,6 +231,11 @@ X11Driver::WindowId X11Driver::activeWindow() const
 bool X11Driver::waitForActive(WindowId window, std::chrono::milliseconds bound) const
 {
     return waitUntil([&] { return activeWindow() == window; }, bound);
+}
+
+QImage X11Driver::picture(const QRect &rectangle) const
+{
+    return grabScreen(d->connection.get(), d->root, rectangle);
 }
 
 X11Driver::Condition X11Driver::ofClass(const QString &className, const QString &role)

@@ -3,6 +3,7 @@
 #include "support/wait.h"
 
 #include <QByteArray>
+#include <QImage>
 #include <QPoint>
 #include <QRect>
 #include <QString>
@@ -71,6 +72,9 @@ public:
     // 0 when no window is active.
     WindowId activeWindow() const;
     bool waitForActive(WindowId window, std::chrono::milliseconds bound) const;
+
+    // What the screen shows in this rectangle; null when it lies outside.
+    QImage picture(const QRect &rectangle) const;
 
     static Condition ofClass(const QString &className, const QString &role = {});
 

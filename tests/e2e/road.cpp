@@ -1,0 +1,74 @@
+#include "road.h"
+
+#include <QJsonArray>
+#include <QJsonDocument>
+
+#include <X11/keysym.h>
+
+namespace nivora::test {
+
+using namespace Qt::Literals::StringLiterals;
+
+Road::Road(const DesktopSession::Options &options) : m_options(options) {}
+
+bool Road::begin(const QJsonObject &preferences)
+{
+    if (!server.listen())
+        return fail(u"the service cannot listen"_s);
+    if (!session.start(m_options))
+        return fail(session.error());
+    user.emplace(session.displayName());
+    tree.emplace(session.accessibilityBusAddress());
+    clipboard.emplace(session);
+    product.emplace(session, *user, *tree);
+
+    QJsonObject all{{u"hasCompletedOnboarding"_s, true},
+                    {u"useCustomBackend"_s, true},
+                    {u"apiBaseURL"_s, server.url().toString()}};
+    for (auto entry = preferences.begin(); entry != preferences.end(); ++entry)
+        all[entry.key()] = entry.value();
+    return product->start(all) || fail(u"the product does not run"_s);
+}
+
+bool Road::open(Editor::Toolkit toolkit, const QString &text, bool selected)
+{
+    editor.emplace(session, *user, *tree);
+    if (!editor->open(toolkit, text))
+        return fail(u"the editor does not show its document"_s);
+    return !selected || editor->selectAll() || fail(u"the text cannot be selected"_s);
+}
+
+QString Road::problem() const
+{
+    QString all = m_problem;
+    if (product)
+        all += u"\nlog:\n"_s + product->log() + u"\nwindows:\n"_s + product->dump();
+    return all;
+}
+
+void Road::pull(Trigger trigger)
+{
+    if (trigger == Trigger::DoubleShift)
+        user->tapShiftTwice();
+    else
+        user->press({XK_Control_L, XK_Alt_L, XK_o});
+}
+
+QString Road::prompt(qsizetype request) const
+{
+    const auto body = QJsonDocument::fromJson(server.requests().value(request).body).object();
+    return body[u"messages"_s].toArray().last().toObject()[u"content"_s].toString();
+}
+
+bool Road::waitForRequests(qsizetype count) const
+{
+    return waitUntil([&] { return server.requests().size() >= count; }, patience);
+}
+
+bool Road::fail(const QString &what)
+{
+    m_problem = what;
+    return false;
+}
+
+} // namespace nivora::test

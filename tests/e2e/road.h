@@ -1,0 +1,65 @@
+#pragma once
+
+#include "support/accessibility_tree.h"
+#include "support/clipboard_peer.h"
+#include "support/desktop_session.h"
+#include "support/editor.h"
+#include "support/product.h"
+#include "support/wait.h"
+#include "support/x11_driver.h"
+
+#include "localcloud/server.h"
+
+#include <QJsonObject>
+#include <QString>
+
+#include <optional>
+
+namespace nivora::test {
+
+// How the user calls the product.
+enum class Trigger {
+    DoubleShift,
+    Chord, // Control+Alt+O
+};
+
+// Everything that one end-to-end test needs: a desktop, a translation service
+// with scripted answers, the product set up to use it, an editor and a user.
+class Road
+{
+public:
+    explicit Road(const DesktopSession::Options &options = {});
+
+    // Starts the desktop and the product. `preferences` are added to those that
+    // lead it to the service.
+    bool begin(const QJsonObject &preferences = {});
+    // Opens the editor with this text, selected or not.
+    bool open(Editor::Toolkit toolkit, const QString &text, bool selected = true);
+    // What went wrong with the last of these, and what the product logged.
+    QString problem() const;
+
+    void pull(Trigger trigger);
+
+    // The prompt of the n-th request: the last message that it carries.
+    QString prompt(qsizetype request) const;
+    bool waitForRequests(qsizetype count) const;
+
+    DesktopSession session;
+    localcloud::Server server;
+    std::optional<X11Driver> user;
+    std::optional<AccessibilityTree> tree;
+    std::optional<ClipboardPeer> clipboard;
+    std::optional<Product> product;
+    std::optional<Editor> editor;
+
+private:
+    bool fail(const QString &what);
+
+    DesktopSession::Options m_options;
+    QString m_problem;
+};
+
+// What a wait for something that surely comes may take.
+inline constexpr std::chrono::seconds patience{10};
+
+} // namespace nivora::test
