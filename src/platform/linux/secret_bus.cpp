@@ -1,19 +1,8 @@
 #include "secret_bus.h"
 
-#include <QFileInfo>
+#include "session_bus.h"
 
 namespace nivora::linuxdesktop {
-
-namespace {
-
-// GLib would otherwise launch a bus of its own where there is none.
-bool isSessionBusNamed()
-{
-    return qEnvironmentVariableIsSet("DBUS_SESSION_BUS_ADDRESS") ||
-           QFileInfo::exists(qEnvironmentVariable("XDG_RUNTIME_DIR") + QStringLiteral("/bus"));
-}
-
-} // namespace
 
 GlibPtr<GDBusConnection> openSessionBus(GCancellable *cancellable)
 {

@@ -1,0 +1,47 @@
+#pragma once
+
+#include "atspi_calls.h"
+#include "atspi_roles.h"
+#include "platform/accessibility.h"
+
+namespace nivora::linuxdesktop {
+
+// One accessible object with everything about it that was asked so far.
+class AtspiElement
+{
+public:
+    enum class Answer {
+        None, // it is gone, or its program did not answer in time
+        Unfocused,
+        Focused,
+    };
+
+    explicit AtspiElement(AtspiObject object)
+        : m_object(std::move(object))
+    {
+    }
+
+    // Asks what kind of element it is: one round trip.
+    Answer inspect(AtspiCalls &calls);
+    bool hasText() const { return m_hasText; }
+
+    // Asks for text and places: two round trips more where it has text. What the
+    // program did not tell stays absent. After inspect().
+    platform::FocusedElement read(AtspiCalls &calls) const;
+
+private:
+    struct Selection;
+
+    void readText(AtspiCalls &calls, platform::FocusedElement &element) const;
+    void readSelection(AtspiCalls &calls, const Selection &selection,
+                       platform::FocusedElement &element) const;
+    void readCaret(AtspiCalls &calls, int caret, platform::FocusedElement &element) const;
+
+    AtspiObject m_object;
+    AtspiKind m_kind;
+    bool m_hasText = false;
+    std::optional<QRectF> m_frame;
+    QString m_programName;
+};
+
+} // namespace nivora::linuxdesktop
