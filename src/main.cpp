@@ -1,1 +1,44 @@
-int main() { return 0; }
+#include "app/nivora_app.h"
+
+#include "platform_linux/dbus_application.h"
+#include "platform_linux/linux_backend.h"
+
+#include <QApplication>
+#include <QLoggingCategory>
+#include <QStyleFactory>
+
+using namespace Qt::Literals::StringLiterals;
+using namespace nivora;
+
+int main(int argc, char *argv[])
+{
+    // Other programs' windows are reached through the X server, also where it is
+    // the one of a Wayland session.
+    if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
+        qputenv("QT_QPA_PLATFORM", "xcb");
+
+    QApplication::setApplicationName(u"nivora"_s);
+    QApplication::setApplicationDisplayName(u"Nivora"_s);
+    QApplication::setApplicationVersion(QStringLiteral(NIVORA_VERSION));
+    QApplication::setDesktopFileName(u"app.nivora"_s);
+    QApplication::setQuitOnLastWindowClosed(false);
+    QApplication application(argc, argv);
+    QApplication::setStyle(QStyleFactory::create(u"Fusion"_s));
+
+    linuxdesktop::LinuxBackend backend;
+    if (!backend.isValid()) {
+        qCritical("Nivora needs an X server: none answers on this display");
+        return 1;
+    }
+    linuxdesktop::DBusApplication bus;
+    NivoraApp nivora(backend.services(), QUrl(QStringLiteral(NIVORA_CLOUD_ENDPOINT)));
+    QObject::connect(&bus, &linuxdesktop::DBusApplication::activated, &bus,
+                     [&nivora] { nivora.activate(); });
+
+    const platform::Task acquisition = bus.acquire([&](linuxdesktop::DBusApplication::Role role) {
+        if (role == linuxdesktop::DBusApplication::Role::Secondary)
+            return QCoreApplication::quit();
+        nivora.start();
+    });
+    return QApplication::exec();
+}

@@ -1,24 +1,42 @@
 #include "app/nivora_app.h"
 
+#include "app/app_coordinator.h"
+
+#include "windows/tray_icon.h"
+
 #include <QCoreApplication>
 
 namespace nivora {
 
-NivoraApp::NivoraApp(const platform::Services &services, const QUrl &cloudEndpoint)
-    : m_coordinator(services, cloudEndpoint)
+struct NivoraApp::Parts
 {
-    QObject::connect(&m_tray, &TrayIcon::panelRequested, &m_coordinator,
-                     &AppCoordinator::showPanel);
-    QObject::connect(&m_tray, &TrayIcon::quitRequested, qApp, &QCoreApplication::quit);
-    m_coordinator.onSignInRequired = [this] {
-        m_tray.notify(QCoreApplication::translate("NivoraApp", "请先登录，或在设置中使用自建后端。"));
+    AppCoordinator coordinator;
+    TrayIcon tray;
+};
+
+NivoraApp::NivoraApp(const platform::Services &services, const QUrl &cloudEndpoint)
+    : m_parts(new Parts{{services, cloudEndpoint}, {}})
+{
+    AppCoordinator &coordinator = m_parts->coordinator;
+    TrayIcon &tray = m_parts->tray;
+    QObject::connect(&tray, &TrayIcon::panelRequested, &coordinator, &AppCoordinator::showPanel);
+    QObject::connect(&tray, &TrayIcon::quitRequested, qApp, &QCoreApplication::quit);
+    coordinator.onSignInRequired = [&tray] {
+        tray.notify(QCoreApplication::translate("NivoraApp", "请先登录，或在设置中使用自建后端。"));
     };
 }
 
+NivoraApp::~NivoraApp() = default;
+
 void NivoraApp::start()
 {
-    m_tray.show();
-    m_coordinator.start();
+    m_parts->tray.show();
+    m_parts->coordinator.start();
+}
+
+void NivoraApp::activate()
+{
+    m_parts->coordinator.showPanel();
 }
 
 } // namespace nivora

@@ -1,8 +1,10 @@
 #pragma once
 
-#include "app/app_coordinator.h"
+#include "platform/services.h"
 
-#include "windows/tray_icon.h"
+#include <QUrl>
+
+#include <memory>
 
 namespace nivora {
 
@@ -10,15 +12,19 @@ namespace nivora {
 class NivoraApp
 {
 public:
+    // The services outlive the program. `cloudEndpoint` is the origin of the
+    // cloud service.
     NivoraApp(const platform::Services &services, const QUrl &cloudEndpoint);
+    ~NivoraApp();
 
     void start();
 
-    AppCoordinator &coordinator() { return m_coordinator; }
+    // Another program, or a second start, asks for the program.
+    void activate();
 
 private:
-    AppCoordinator m_coordinator;
-    TrayIcon m_tray;
+    struct Parts;
+    std::unique_ptr<Parts> m_parts;
 };
 
 } // namespace nivora

@@ -1,0 +1,34 @@
+#pragma once
+
+#include "platform/task.h"
+
+#include <QObject>
+
+#include <functional>
+
+namespace nivora::linuxdesktop {
+
+// The process on the session bus: the name app.nivora, and the object
+// /app/nivora by which other programs of the session reach it.
+class DBusApplication : public QObject
+{
+    Q_OBJECT
+
+public:
+    enum class Role {
+        Primary,   // this process has the name, or there is no bus to have it on
+        Secondary, // another process has it, and has been activated instead
+    };
+
+    DBusApplication();
+    ~DBusApplication() override;
+
+    // Asks for the name. Answers within 2 seconds.
+    platform::Task acquire(std::function<void(Role)> done);
+
+Q_SIGNALS:
+    // Another program, or a second start, asks for the program.
+    void activated();
+};
+
+} // namespace nivora::linuxdesktop

@@ -1,0 +1,44 @@
+#include "platform_linux/linux_backend.h"
+
+#include "platform_linux/atspi_accessibility.h"
+#include "platform_linux/json_preferences.h"
+#include "platform_linux/secret_libsecret_store.h"
+#include "platform_linux/x11_desktop.h"
+
+namespace nivora::linuxdesktop {
+
+// The keyring and the accessibility bus answer while the rest is being made.
+struct LinuxBackend::Parts
+{
+    LibsecretStore secrets;
+    X11Desktop x11;
+    AtspiAccessibility accessibility{QString(), x11.windowSystem()};
+    JsonPreferences preferences{JsonPreferences::defaultPath()};
+};
+
+LinuxBackend::LinuxBackend() : m_parts(std::make_unique<Parts>()) {}
+
+LinuxBackend::~LinuxBackend() = default;
+
+bool LinuxBackend::isValid() const
+{
+    return m_parts->x11.isValid();
+}
+
+platform::Services LinuxBackend::services()
+{
+    Parts &parts = *m_parts;
+    return {
+        .preferences = parts.preferences,
+        .secrets = parts.secrets,
+        .keyEventTap = parts.x11.keyEventTap(),
+        .hotKey = parts.x11.hotKey(),
+        .keySynthesizer = parts.x11.keySynthesizer(),
+        .accessibility = parts.accessibility,
+        .clipboard = parts.x11.clipboard(),
+        .primarySelection = parts.x11.primarySelection(),
+        .windowSystem = parts.x11.windowSystem(),
+    };
+}
+
+} // namespace nivora::linuxdesktop

@@ -1,0 +1,272 @@
+#include "stores/settings_store.h"
+#include "stores/usage_store.h"
+
+#include "platform_memory/memory_preferences.h"
+#include "platform_memory/memory_secret_store.h"
+
+#include <QSignalSpy>
+#include <QTest>
+
+using namespace nivora;
+using namespace Qt::Literals::StringLiterals;
+
+namespace {
+
+const QUrl cloud(u"https://api.nivora.example"_s);
+
+// What a process holds; made anew for each start.
+struct Process
+{
+    explicit Process(memory::MemoryPreferences &preferences, memory::MemorySecretStore &secrets)
+        : keychain(secrets), settings(preferences, keychain, cloud)
+    {
+    }
+    KeychainStore keychain;
+    SettingsStore settings;
+};
+
+} // namespace
+
+class TestSettingsStore : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void firstStartShowsDefaultsAndWritesNothing();
+    void everyAssignmentSurvivesARestart();
+    void assignmentsAreThereBeforeTheyAreAnnounced();
+    void valuesOfAWrongTypeCountAsAbsent();
+    void numbersBelowOneFallBackWithoutBeingRepaired();
+    void storedAddressesDecideTheBackend_data();
+    void storedAddressesDecideTheBackend();
+    void tokensNeverCrossBackends();
+    void aKeyTypedInLivesInTheKeychainAlone();
+    void theInterfaceLanguageIsHandedToThePlatform();
+    void unusableTimeoutsAreBounded_data();
+    void unusableTimeoutsAreBounded();
+    void usageAddsUpFromTheFirstReport();
+    void secretsThatAreNoTextAreAbsent();
+
+private:
+    memory::MemoryPreferences m_preferences;
+    memory::MemorySecretStore m_secrets;
+
+private Q_SLOTS:
+    void init()
+    {
+        m_preferences = {};
+        m_secrets = {};
+    }
+};
+
+void TestSettingsStore::firstStartShowsDefaultsAndWritesNothing()
+{
+    Process process(m_preferences, m_secrets);
+    const SettingsStore &settings = process.settings;
+    QVERIFY(!settings.useCustomBackend.value());
+    QCOMPARE(settings.apiBaseURL(), cloud);
+    QCOMPARE(settings.modelName.value(), u"auto"_s);
+    QCOMPARE(settings.byoPromptTemplate.value(), SettingsStore::defaultPromptTemplate());
+    QCOMPARE(settings.requestTimeoutSec.value(), 120.0);
+    QCOMPARE(settings.doubleTapThresholdMs.value(), 300.0);
+    QVERIFY(settings.closeOnResignFocus.value());
+    QVERIFY(settings.showBackTranslation.value());
+    QVERIFY(settings.saveHistory.value());
+    QVERIFY(!settings.hasCompletedOnboarding.value());
+    QCOMPARE(settings.defaultTargetLanguageRaw.value(), u"chinese"_s);
+    QCOMPARE(settings.secondaryLanguageRaw.value(), u"japanese"_s);
+    QCOMPARE(m_preferences.writes(), 0);
+}
+
+void TestSettingsStore::everyAssignmentSurvivesARestart()
+{
+    {
+        Process process(m_preferences, m_secrets);
+        process.settings.liveTranslate.set(true);
+        process.settings.saveHistory.set(false);
+        process.settings.requestTimeoutSec.set(7.5);
+        process.settings.themeModeRaw.set(u"dark"_s);
+        process.settings.apiBaseURLString.set(u"http://127.0.0.1:8080/api"_s);
+        process.settings.useCustomBackend.set(true);
+    }
+    Process again(m_preferences, m_secrets);
+    QVERIFY(again.settings.liveTranslate.value());
+    QVERIFY(!again.settings.saveHistory.value());
+    QCOMPARE(again.settings.requestTimeoutSec.value(), 7.5);
+    QCOMPARE(again.settings.themeModeRaw.value(), u"dark"_s);
+    QCOMPARE(again.settings.apiBaseURL(), QUrl(u"http://127.0.0.1:8080/api"_s));
+    // The same value again is written again.
+    const int before = m_preferences.writes();
+    again.settings.themeModeRaw.set(u"dark"_s);
+    QCOMPARE(m_preferences.writes(), before + 1);
+}
+
+void TestSettingsStore::assignmentsAreThereBeforeTheyAreAnnounced()
+{
+    Process process(m_preferences, m_secrets);
+    QString seen;
+    connect(&process.settings.themeModeRaw, &SettingNotifier::changed, this,
+            [&] { seen = process.settings.themeModeRaw.value(); });
+    process.settings.themeModeRaw.set(u"light"_s);
+    QCOMPARE(seen, u"light"_s);
+}
+
+void TestSettingsStore::valuesOfAWrongTypeCountAsAbsent()
+{
+    m_preferences.set(u"closeOnResignFocus"_s, u"no"_s);
+    m_preferences.set(u"liveTranslate"_s, qint64(1));
+    m_preferences.set(u"modelName"_s, true);
+    m_preferences.set(u"requestTimeoutSec"_s, u"5"_s);
+    Process process(m_preferences, m_secrets);
+    QVERIFY(process.settings.closeOnResignFocus.value());
+    QVERIFY(!process.settings.liveTranslate.value());
+    QCOMPARE(process.settings.modelName.value(), u"auto"_s);
+    QCOMPARE(process.settings.requestTimeoutSec.value(), 120.0);
+}
+
+void TestSettingsStore::numbersBelowOneFallBackWithoutBeingRepaired()
+{
+    m_preferences.set(u"requestTimeoutSec"_s, 0.0);
+    m_preferences.set(u"doubleTapThresholdMs"_s, qint64(-5));
+    Process process(m_preferences, m_secrets);
+    QCOMPARE(process.settings.requestTimeoutSec.value(), 120.0);
+    QCOMPARE(process.settings.doubleTapThresholdMs.value(), 300.0);
+    QCOMPARE(m_preferences.number(u"doubleTapThresholdMs"_s), -5.0);
+}
+
+void TestSettingsStore::storedAddressesDecideTheBackend_data()
+{
+    QTest::addColumn<QString>("address");
+    QTest::addColumn<std::optional<bool>>("choice");
+    QTest::addColumn<QString>("shown");
+    QTest::addColumn<bool>("custom");
+    QTest::addColumn<QUrl>("endpoint");
+    const std::optional<bool> none;
+    const QString own = u"http://10.0.0.1:8000/v1"_s;
+    QTest::newRow("own host") << own << none << own << true << QUrl(own);
+    QTest::newRow("own host, switched off") << own << std::optional(false) << own << false << cloud;
+    QTest::newRow("cloud host") << u"https://api.nivora.example/x"_s << none << u""_s << false << cloud;
+    QTest::newRow("cloud host in capitals counts as another")
+        << u"https://API.nivora.example"_s << none << u"https://API.nivora.example"_s << true
+        << QUrl(u"https://api.nivora.example"_s);
+    QTest::newRow("no scheme") << u"example.com"_s << none << u""_s << false << cloud;
+    QTest::newRow("no host") << u"http://"_s << none << u""_s << false << cloud;
+    QTest::newRow("host and port only") << u"localhost:8080"_s << none << u""_s << false << cloud;
+    QTest::newRow("nonsense") << u"http://[::1"_s << none << u""_s << false << cloud;
+    QTest::newRow("chosen without an address") << u""_s << std::optional(true) << u""_s << true << cloud;
+}
+
+void TestSettingsStore::storedAddressesDecideTheBackend()
+{
+    QFETCH(QString, address);
+    QFETCH(std::optional<bool>, choice);
+    m_preferences.set(u"apiBaseURL"_s, address);
+    if (choice)
+        m_preferences.set(u"useCustomBackend"_s, *choice);
+    Process process(m_preferences, m_secrets);
+    QTEST(process.settings.apiBaseURLString.value(), "shown");
+    QTEST(process.settings.useCustomBackend.value(), "custom");
+    QTEST(process.settings.apiBaseURL(), "endpoint");
+    QCOMPARE(process.settings.config().cloud, !process.settings.useCustomBackend.value());
+    QCOMPARE(m_preferences.string(u"apiBaseURL"_s), address); // left alone on disk
+}
+
+void TestSettingsStore::tokensNeverCrossBackends()
+{
+    Process process(m_preferences, m_secrets);
+    QVERIFY(process.settings.config().apiToken.isEmpty());
+    // A sign-in takes effect on the next request.
+    process.keychain.write(KeychainStore::sessionTokenAccount(), u"session"_s);
+    process.settings.setByoApiKey(u"own-key"_s);
+    QCOMPARE(process.settings.config().apiToken, "session"_ba);
+    process.settings.useCustomBackend.set(true);
+    QCOMPARE(process.settings.config().apiToken, "own-key"_ba);
+    // Without an address the user's form and key go to the cloud's address.
+    QCOMPARE(process.settings.config().apiBaseURL, cloud);
+    process.settings.setByoApiKey({});
+    QVERIFY(process.settings.config().apiToken.isEmpty());
+    process.settings.useCustomBackend.set(false);
+    process.keychain.write(KeychainStore::sessionTokenAccount(), std::nullopt);
+    QVERIFY(process.settings.config().apiToken.isEmpty());
+}
+
+void TestSettingsStore::aKeyTypedInLivesInTheKeychainAlone()
+{
+    Process process(m_preferences, m_secrets);
+    process.settings.setByoApiKey(u"schlüssel"_s);
+    QCOMPARE(m_secrets.read(u"app.nivora"_s, u"byo-api-key"_s), "schlüssel"_ba);
+    QCOMPARE(m_preferences.keys(), QStringList{});
+    QCOMPARE(Process(m_preferences, m_secrets).settings.byoApiKey(), u"schlüssel"_s);
+    process.settings.setByoApiKey({});
+    QCOMPARE(m_secrets.count(), 0);
+
+    // A keychain that loses what is written: the key stands for this process.
+    m_secrets.setAvailable(false);
+    process.settings.setByoApiKey(u"kept"_s);
+    QCOMPARE(process.settings.byoApiKey(), u"kept"_s);
+}
+
+void TestSettingsStore::theInterfaceLanguageIsHandedToThePlatform()
+{
+    Process process(m_preferences, m_secrets);
+    process.settings.appLanguageRaw.set(u"ja"_s);
+    QCOMPARE(m_preferences.strings(u"AppleLanguages"_s), QStringList{u"ja"_s});
+    process.settings.appLanguageRaw.set(u"system"_s);
+    QVERIFY(!m_preferences.value(u"AppleLanguages"_s));
+    QCOMPARE(m_preferences.string(u"appLanguage"_s), u"system"_s);
+}
+
+void TestSettingsStore::unusableTimeoutsAreBounded_data()
+{
+    QTest::addColumn<double>("seconds");
+    QTest::addColumn<qint64>("milliseconds");
+    QTest::newRow("half a second") << 0.5 << qint64(500);
+    QTest::newRow("tiny") << 1e-9 << qint64(1);
+    QTest::newRow("huge") << 1e300 << qint64(std::numeric_limits<int>::max());
+}
+
+void TestSettingsStore::unusableTimeoutsAreBounded()
+{
+    QFETCH(double, seconds);
+    Process process(m_preferences, m_secrets);
+    process.settings.requestTimeoutSec.set(seconds);
+    QTEST(qint64(process.settings.config().requestTimeout.count()), "milliseconds");
+}
+
+void TestSettingsStore::usageAddsUpFromTheFirstReport()
+{
+    const QDateTime before = QDateTime::currentDateTimeUtc();
+    QDateTime since;
+    {
+        UsageStore usage(m_preferences);
+        QCOMPARE(usage.requestCount(), 0);
+        QVERIFY(usage.since() >= before);
+        QCOMPARE(m_preferences.writes(), 0);
+        usage.record({0, 0});
+        usage.record({10, 4});
+        since = usage.since();
+    }
+    UsageStore again(m_preferences);
+    QCOMPARE(again.requestCount(), 2);
+    QCOMPARE(again.promptTokens(), 10);
+    QCOMPARE(again.completionTokens(), 4);
+    QCOMPARE(again.since(), since);
+    again.record({std::numeric_limits<qint64>::max(), 0});
+    QCOMPARE(again.promptTokens(), std::numeric_limits<qint64>::max());
+    again.reset();
+    QCOMPARE(again.requestCount(), 0);
+    QCOMPARE(m_preferences.integer(u"usagePromptTokens"_s), 0);
+    QVERIFY(m_preferences.date(u"usageSince"_s) >= since);
+}
+
+void TestSettingsStore::secretsThatAreNoTextAreAbsent()
+{
+    KeychainStore keychain(m_secrets);
+    m_secrets.write(u"app.nivora"_s, u"session-token"_s, "\xff\xfe"_ba);
+    QCOMPARE(keychain.read(KeychainStore::sessionTokenAccount()), std::nullopt);
+    keychain.write(KeychainStore::sessionTokenAccount(), u""_s);
+    QCOMPARE(m_secrets.count(), 0);
+}
+
+QTEST_GUILESS_MAIN(TestSettingsStore)
+#include "tst_settings_store.moc"
