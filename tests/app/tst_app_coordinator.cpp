@@ -1,0 +1,283 @@
+#include "app/app_coordinator.h"
+
+#include "windows/floating_panel.h"
+
+#include "localcloud/event_stream.h"
+#include "localcloud/server.h"
+#include "platform/accessibility.h"
+#include "platform_memory/memory_desktop.h"
+
+#include <QSignalSpy>
+#include <QTest>
+
+using namespace nivora;
+using namespace Qt::Literals::StringLiterals;
+using namespace std::chrono_literals;
+using localcloud::eventStream;
+using platform::KeyEvent;
+
+namespace {
+
+const platform::ForeignWindow editor{77, 4711, u"Editor"_s, u"editor"_s};
+constexpr platform::KeyChord chord{Qt::Key_O, Qt::ControlModifier | Qt::AltModifier};
+
+platform::FocusedElement field(const QString &selected)
+{
+    platform::FocusedElement element;
+    element.processId = editor.processId;
+    element.role = u"AXTextArea"_s;
+    element.selectedTextRange.emplace();
+    element.selectedText = selected;
+    element.selectedTextBounds = QRectF(100, 100, 50, 18);
+    return element;
+}
+
+} // namespace
+
+// The decisions of a trigger and of the start, over a desktop in memory, with a
+// real panel, engine and server.
+class TestAppCoordinator : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+
+    void theChordWorksBeforeAccessIsGranted();
+    void accessIsAskedForAndWaitedFor();
+    void aTakenChordLeavesTheDoubleTap();
+    void nobodySignedInOpensNoPanel_data();
+    void nobodySignedInOpensNoPanel();
+    void aSelectionIsTranslatedBesideIt();
+    void blanksOpenAnEmptyPanel();
+    void whetherAFieldWaitsFollowsTheElement_data();
+    void whetherAFieldWaitsFollowsTheElement();
+    void theResultGoesBackWhereTheUserWas();
+    void aTriggerDuringACaptureIsIgnored();
+    void theEmptyPanelReadsNoSelection();
+    void settingsTakeEffectAtOnce();
+    void usageIsCounted();
+
+private:
+    void start();
+    bool panelShown() const
+    {
+        const FloatingPanel *panel = m_coordinator->panelController().panel();
+        return panel && panel->isVisible();
+    }
+    void doubleTap();
+
+    std::unique_ptr<localcloud::Server> m_server;
+    std::unique_ptr<memory::MemoryDesktop> m_desktop;
+    std::unique_ptr<AppCoordinator> m_coordinator;
+    std::chrono::milliseconds m_time{1s};
+};
+
+void TestAppCoordinator::init()
+{
+    m_coordinator.reset();
+    m_server = std::make_unique<localcloud::Server>();
+    QVERIFY(m_server->listen());
+    m_server->setHandler([](const auto &) { return eventStream({u"译文"_s}); });
+    m_desktop = std::make_unique<memory::MemoryDesktop>();
+    m_desktop->windowSystem.setActiveWindow(editor);
+    m_desktop->secrets.write(u"app.nivora"_s, u"session-token"_s, "token"_ba);
+}
+
+void TestAppCoordinator::start()
+{
+    m_coordinator = std::make_unique<AppCoordinator>(m_desktop->services(), m_server->url());
+    m_coordinator->start();
+}
+
+void TestAppCoordinator::doubleTap()
+{
+    for (int i = 0; i < 2; ++i) {
+        m_time += 100ms;
+        m_desktop->keyEventTap.send(
+            {KeyEvent::Kind::ModifiersChanged, KeyEvent::Key::LeftShift, true, m_time});
+    }
+    m_time += 5s;
+}
+
+void TestAppCoordinator::theChordWorksBeforeAccessIsGranted()
+{
+    m_desktop->accessibility.setTrusted(false);
+    start();
+    QVERIFY(!m_desktop->keyEventTap.isRunning());
+    QVERIFY(m_desktop->hotKey.press(chord));
+    QTRY_VERIFY(panelShown());
+}
+
+void TestAppCoordinator::accessIsAskedForAndWaitedFor()
+{
+    m_desktop->accessibility.setTrusted(false);
+    start();
+    QSignalSpy changed(&m_coordinator->uiState(), &AppUIState::accessibilityTrustedChanged);
+    QCOMPARE(m_desktop->accessibility.trustRequests(), 1);
+    QVERIFY(!m_coordinator->uiState().accessibilityTrusted());
+    m_desktop->accessibility.setTrusted(true);
+    QTRY_VERIFY(m_desktop->keyEventTap.isRunning());
+    QVERIFY(m_coordinator->uiState().accessibilityTrusted());
+    QCOMPARE(changed.count(), 1);
+    QCOMPARE(m_desktop->accessibility.trustRequests(), 1);
+}
+
+void TestAppCoordinator::aTakenChordLeavesTheDoubleTap()
+{
+    m_desktop->hotKey.refuse(chord);
+    start();
+    QVERIFY(m_desktop->hotKey.grabbed().empty());
+    doubleTap();
+    QVERIFY(panelShown());
+}
+
+void TestAppCoordinator::nobodySignedInOpensNoPanel_data()
+{
+    QTest::addColumn<bool>("signedIn");
+    QTest::addColumn<bool>("custom");
+    QTest::addColumn<bool>("opens");
+    QTest::newRow("cloud, signed out") << false << false << false;
+    QTest::newRow("cloud, signed in") << true << false << true;
+    QTest::newRow("custom, signed out") << false << true << true;
+}
+
+void TestAppCoordinator::nobodySignedInOpensNoPanel()
+{
+    QFETCH(bool, signedIn);
+    QFETCH(bool, custom);
+    QFETCH(bool, opens);
+    if (!signedIn)
+        m_desktop->secrets.remove(u"app.nivora"_s, u"session-token"_s);
+    m_desktop->preferences.set(u"useCustomBackend"_s, custom);
+    start();
+    int asked = 0;
+    m_coordinator->onSignInRequired = [&] { ++asked; };
+    doubleTap();
+    QCOMPARE(panelShown(), opens);
+    QCOMPARE(m_desktop->accessibility.reads() > 0, opens); // no selection is read
+    m_coordinator->panelController().hide();
+    m_coordinator->showPanel();
+    QCOMPARE(panelShown(), opens);
+    QCOMPARE(asked, opens ? 0 : 2);
+}
+
+void TestAppCoordinator::aSelectionIsTranslatedBesideIt()
+{
+    start();
+    m_desktop->accessibility.setElement(field(u" hello "_s));
+    doubleTap();
+    QVERIFY(panelShown());
+    TranslationViewModel &session = m_coordinator->viewModel();
+    QCOMPARE(session.mode(), PanelMode::Selection);
+    QCOMPARE(session.sourceText(), u" hello "_s);
+    QVERIFY(session.isTranslating()); // before the panel is there
+    QCOMPARE(session.lastFocusContext()->scene, u"read"_s);
+    QCOMPARE(m_coordinator->panelController().panel()->pos(), QPoint(100, 124));
+    QTRY_COMPARE(session.translatedText(), u"译文"_s);
+    QCOMPARE(m_server->requests().first().header("Authorization"), "Bearer token"_ba);
+}
+
+void TestAppCoordinator::blanksOpenAnEmptyPanel()
+{
+    start();
+    m_desktop->accessibility.setElement(field(u" \n"_s));
+    doubleTap();
+    QVERIFY(panelShown());
+    QCOMPARE(m_coordinator->viewModel().mode(), PanelMode::Compose);
+    QCOMPARE(m_coordinator->viewModel().sourceText(), QString());
+    QCOMPARE(m_coordinator->viewModel().lastFocusContext()->scene, u"write"_s);
+    QVERIFY(m_server->requests().isEmpty());
+}
+
+void TestAppCoordinator::whetherAFieldWaitsFollowsTheElement_data()
+{
+    QTest::addColumn<QString>("role");
+    QTest::addColumn<bool>("known");
+    QTest::addColumn<bool>("waits");
+    QTest::newRow("a field") << u"AXTextArea"_s << true << true;
+    QTest::newRow("a page") << u"AXStaticText"_s << true << false;
+    QTest::newRow("nothing known") << QString() << false << true;
+}
+
+void TestAppCoordinator::whetherAFieldWaitsFollowsTheElement()
+{
+    QFETCH(QString, role);
+    QFETCH(bool, known);
+    start();
+    if (known) {
+        auto element = field(u"hello"_s);
+        element.role = role;
+        m_desktop->accessibility.setElement(element);
+    }
+    doubleTap();
+    QTEST(m_coordinator->viewModel().hasInsertTarget(), "waits");
+}
+
+void TestAppCoordinator::theResultGoesBackWhereTheUserWas()
+{
+    start();
+    m_desktop->accessibility.setElement(field(u"hello"_s));
+    m_desktop->clipboard.putForeignText(u"mine"_s);
+    QString pasted;
+    m_desktop->keySynthesizer.setTarget(
+        [&](const auto &) { pasted = m_desktop->clipboard.paste().value_or(QString()); });
+    doubleTap();
+    QTRY_COMPARE(m_coordinator->viewModel().primaryAction(), PrimaryAction::Replace);
+    QTRY_COMPARE(m_coordinator->viewModel().phase().kind, Phase::Kind::Done);
+    m_coordinator->viewModel().insert();
+    QVERIFY(!panelShown()); // first the panel goes, then the text comes
+    QTRY_COMPARE(pasted, u"译文"_s);
+    QTRY_COMPARE(m_desktop->clipboard.text(), u"mine"_s);
+}
+
+void TestAppCoordinator::aTriggerDuringACaptureIsIgnored()
+{
+    start();
+    m_desktop->accessibility.setElement(field(u"hello"_s));
+    m_desktop->accessibility.setLatency(100ms);
+    const platform::Task second = platform::delay(80ms, [this] { doubleTap(); });
+    doubleTap();
+    QVERIFY(!second.isRunning()); // it fell into the capture
+    QTRY_COMPARE(m_coordinator->viewModel().phase().kind, Phase::Kind::Done);
+    QCOMPARE(m_server->requests().size(), 1);
+}
+
+void TestAppCoordinator::theEmptyPanelReadsNoSelection()
+{
+    start();
+    m_desktop->accessibility.setElement(field(u"hello"_s));
+    m_coordinator->showPanel();
+    QVERIFY(panelShown());
+    QCOMPARE(m_coordinator->viewModel().mode(), PanelMode::Compose);
+    QVERIFY(!m_coordinator->viewModel().hasInsertTarget());
+    QCOMPARE(m_desktop->accessibility.reads(), 0);
+}
+
+void TestAppCoordinator::settingsTakeEffectAtOnce()
+{
+    start();
+    m_coordinator->settings().themeModeRaw.set(u"dark"_s);
+    QVERIFY(QApplication::palette().color(QPalette::Window).lightness() < 128);
+    m_coordinator->settings().themeModeRaw.set(u"light"_s);
+    QVERIFY(QApplication::palette().color(QPalette::Window).lightness() > 128);
+
+    m_coordinator->settings().doubleTapThresholdMs.set(50);
+    doubleTap(); // 100 ms apart
+    QVERIFY(!panelShown());
+    m_coordinator->settings().doubleTapThresholdMs.set(100);
+    doubleTap();
+    QVERIFY(panelShown());
+}
+
+void TestAppCoordinator::usageIsCounted()
+{
+    start();
+    m_server->enqueue(eventStream({u"x"_s}, {.usage = localcloud::TokenCounts{5, 6}}));
+    m_coordinator->viewModel().setSource(u"hello"_s, false, std::nullopt);
+    QTRY_COMPARE(m_coordinator->usageStore().promptTokens(), 5);
+    QCOMPARE(m_coordinator->usageStore().requestCount(), 1);
+}
+
+QTEST_MAIN(TestAppCoordinator)
+#include "tst_app_coordinator.moc"

@@ -1,0 +1,286 @@
+#include "windows/floating_panel.h"
+#include "windows/floating_panel_controller.h"
+
+#include "core/translation_engine.h"
+#include "session/translation_view_model.h"
+#include "stores/settings_store.h"
+
+#include "localcloud/event_stream.h"
+#include "localcloud/server.h"
+#include "platform_memory/memory_desktop.h"
+
+#include <QAbstractButton>
+#include <QClipboard>
+#include <QPlainTextEdit>
+#include <QScreen>
+#include <QTest>
+#include <QTextEdit>
+
+using namespace nivora;
+using namespace Qt::Literals::StringLiterals;
+using namespace std::chrono_literals;
+using localcloud::eventStream;
+
+// The panel as its user meets it: found by accessible name, driven by keys.
+class TestFloatingPanelController : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+
+    void theHeightFollowsTheContentWithinBounds_data();
+    void theHeightFollowsTheContentWithinBounds();
+    void thePlaceClearsTheMargins_data();
+    void thePlaceClearsTheMargins();
+    void thePanelOpensBelowTheSelection();
+    void itGrowsAtTheBottomWhileTextStreamsIn();
+    void losingTheFocusHidesOnlyWhatNobodyMisses_data();
+    void losingTheFocusHidesOnlyWhatNobodyMisses();
+    void escapeHidesAPinnedPanel();
+    void theResultIsShownAndTheMainKeyReplaces();
+    void anErrorIsShownWithAWayToTryAgain();
+    void typingAndTheMainKeyTranslate();
+    void aLongParagraphIsShownAndCopiedWhole();
+
+private:
+    template<typename Widget>
+    Widget *named(const QString &name) const
+    {
+        for (Widget *widget : m_controller->panel()->findChildren<Widget *>()) {
+            if (widget->accessibleName() == name && widget->isVisible())
+                return widget;
+        }
+        return nullptr;
+    }
+    QAbstractButton *button(const QString &text) const
+    {
+        for (auto *each : m_controller->panel()->findChildren<QAbstractButton *>()) {
+            if (each->text() == text && each->isVisible())
+                return each;
+        }
+        return nullptr;
+    }
+    void showSelection(const QString &text, bool hasInsertTarget = true)
+    {
+        m_session->setSource(text, hasInsertTarget, std::nullopt);
+        m_controller->show(PanelMode::Selection, QRectF(100, 100, 50, 20));
+        QVERIFY(QTest::qWaitForWindowActive(m_controller->panel()));
+    }
+
+    std::unique_ptr<localcloud::Server> m_server;
+    std::unique_ptr<memory::MemoryDesktop> m_desktop;
+    std::unique_ptr<KeychainStore> m_keychain;
+    std::unique_ptr<SettingsStore> m_settings;
+    std::unique_ptr<TranslationEngine> m_engine;
+    std::unique_ptr<TranslationViewModel> m_session;
+    std::unique_ptr<FloatingPanelController> m_controller;
+};
+
+void TestFloatingPanelController::init()
+{
+    m_controller.reset();
+    m_session.reset();
+    m_server = std::make_unique<localcloud::Server>();
+    QVERIFY(m_server->listen());
+    m_desktop = std::make_unique<memory::MemoryDesktop>();
+    m_keychain = std::make_unique<KeychainStore>(m_desktop->secrets);
+    m_settings = std::make_unique<SettingsStore>(m_desktop->preferences, *m_keychain, m_server->url());
+    m_engine = std::make_unique<TranslationEngine>();
+    m_session = std::make_unique<TranslationViewModel>(*m_engine, *m_settings, m_desktop->clipboard);
+    m_controller = std::make_unique<FloatingPanelController>(*m_session, *m_settings,
+                                                             m_desktop->windowSystem);
+}
+
+void TestFloatingPanelController::theHeightFollowsTheContentWithinBounds_data()
+{
+    QTest::addColumn<int>("content");
+    QTest::addColumn<std::optional<int>>("screen");
+    QTest::addColumn<int>("height");
+    const std::optional<int> none;
+    QTest::newRow("small") << 90 << std::optional(1000) << 100;
+    QTest::newRow("fitting") << 333 << std::optional(1000) << 333;
+    QTest::newRow("large") << 900 << std::optional(1000) << 700;
+    QTest::newRow("a tiny screen wins over the least height") << 90 << std::optional(100) << 70;
+    QTest::newRow("small, no screen") << 90 << none << 100;
+    QTest::newRow("large, no screen") << 900 << none << 560;
+}
+
+void TestFloatingPanelController::theHeightFollowsTheContentWithinBounds()
+{
+    QFETCH(int, content);
+    QFETCH(std::optional<int>, screen);
+    QTEST(FloatingPanelController::clampedHeight(content, screen), "height");
+}
+
+void TestFloatingPanelController::thePlaceClearsTheMargins_data()
+{
+    QTest::addColumn<QPoint>("anchor");
+    QTest::addColumn<QRect>("visible");
+    QTest::addColumn<QPoint>("place");
+    const QRect screen(0, 0, 1280, 800);
+    QTest::newRow("as wished") << QPoint(100, 200) << screen << QPoint(100, 200);
+    QTest::newRow("right edge") << QPoint(1200, 200) << screen << QPoint(1280 - 360 - 8, 200);
+    QTest::newRow("bottom edge") << QPoint(100, 790) << screen << QPoint(100, 800 - 200 - 8);
+    QTest::newRow("left and top") << QPoint(-50, -50) << screen << QPoint(8, 8);
+    QTest::newRow("a screen left of and above the first")
+        << QPoint(-1900, -700) << QRect(-1920, -1080, 1920, 1080) << QPoint(-1900, -700);
+    QTest::newRow("a screen too small keeps right and top")
+        << QPoint(50, 50) << QRect(0, 0, 300, 150) << QPoint(300 - 360 - 8, 8);
+}
+
+void TestFloatingPanelController::thePlaceClearsTheMargins()
+{
+    QFETCH(QPoint, anchor);
+    QFETCH(QRect, visible);
+    QTEST(FloatingPanelController::clampedPosition(anchor, {360, 200}, visible), "place");
+}
+
+void TestFloatingPanelController::thePanelOpensBelowTheSelection()
+{
+    m_server->enqueue(localcloud::Answer::silence());
+    showSelection(u"hello"_s);
+    QCOMPARE(m_controller->panel()->pos(), QPoint(100, 126));
+    QCOMPARE(m_controller->panel()->width(), 360);
+    QCOMPARE(m_controller->panel()->windowRole(), u"panel"_s);
+
+    // Open already: it moves and begins afresh.
+    m_controller->show(PanelMode::Selection, QRectF(150, 200, 50, 20));
+    QCOMPARE(m_controller->panel()->pos(), QPoint(150, 226));
+}
+
+void TestFloatingPanelController::itGrowsAtTheBottomWhileTextStreamsIn()
+{
+    QStringList lines;
+    for (int i = 0; i < 40; ++i)
+        lines << u"一行译文\n"_s;
+    m_server->enqueue(eventStream(lines, {.pause = 2ms}));
+    showSelection(u"hello"_s);
+    const QPoint place = m_controller->panel()->pos();
+    QList<int> heights;
+    while (m_session->isTranslating()) {
+        QTest::qWait(5);
+        heights << m_controller->panel()->height();
+        QCOMPARE(m_controller->panel()->pos(), place);
+    }
+    QTRY_VERIFY(m_controller->panel()->height() > 320);
+    QVERIFY(std::ranges::is_sorted(heights));
+    QVERIFY(heights.last() > heights.first());
+    const int screen = m_controller->panel()->screen()->availableGeometry().height();
+    QVERIFY(m_controller->panel()->height() <= screen * 7 / 10);
+}
+
+void TestFloatingPanelController::losingTheFocusHidesOnlyWhatNobodyMisses_data()
+{
+    QTest::addColumn<bool>("closes");
+    QTest::addColumn<bool>("pinned");
+    QTest::addColumn<PanelMode>("mode");
+    QTest::addColumn<QString>("typed");
+    QTest::addColumn<bool>("stays");
+    QTest::newRow("selection") << true << false << PanelMode::Selection << u""_s << false;
+    QTest::newRow("selection, pinned") << true << true << PanelMode::Selection << u""_s << true;
+    QTest::newRow("selection, switched off") << false << false << PanelMode::Selection << u""_s << true;
+    QTest::newRow("compose, empty") << true << false << PanelMode::Compose << u" \n"_s << false;
+    QTest::newRow("compose, typed") << true << false << PanelMode::Compose << u"甲"_s << true;
+    QTest::newRow("reply, typed") << true << false << PanelMode::Reply << u"甲"_s << true;
+}
+
+void TestFloatingPanelController::losingTheFocusHidesOnlyWhatNobodyMisses()
+{
+    QFETCH(bool, closes);
+    QFETCH(bool, pinned);
+    QFETCH(PanelMode, mode);
+    QFETCH(QString, typed);
+    m_settings->closeOnResignFocus.set(closes);
+    m_session->setPinned(pinned);
+    m_server->enqueue(localcloud::Answer::silence());
+    if (mode == PanelMode::Selection) {
+        m_session->setSource(u"hello"_s, true, std::nullopt);
+    } else {
+        mode == PanelMode::Compose ? m_session->prepareManualInput(true, std::nullopt)
+                                   : m_session->prepareReply(u"x"_s, Language::English);
+        m_session->editSource(typed);
+    }
+    m_controller->show(mode, std::nullopt);
+    QVERIFY(QTest::qWaitForWindowActive(m_controller->panel()));
+    QWidget other;
+    other.show();
+    other.activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(&other));
+    QTEST(m_controller->panel()->isVisible(), "stays");
+}
+
+void TestFloatingPanelController::escapeHidesAPinnedPanel()
+{
+    m_server->enqueue(eventStream({u"x"_s}, {.pause = 20ms}));
+    m_session->setPinned(true);
+    showSelection(u"hello"_s);
+    QTest::keyClick(m_controller->panel()->windowHandle(), Qt::Key_Escape);
+    QVERIFY(!m_controller->panel()->isVisible());
+    QTRY_COMPARE(m_session->phase().kind, Phase::Kind::Done); // goes on behind
+}
+
+void TestFloatingPanelController::theResultIsShownAndTheMainKeyReplaces()
+{
+    QString inserted;
+    m_session->insertHandler = [&](const QString &text) { inserted = text; };
+    m_server->enqueue(eventStream({u"お見積"_s, u"もり"_s}, {.usage = localcloud::TokenCounts{2, 3}}));
+    showSelection(u"报价"_s);
+    QVERIFY(button(u"中文 → 日本語"_s));
+    QVERIFY(!named<QAbstractButton>(u"复制译文"_s));
+    QTRY_VERIFY(button(u"⌘↩ 替换原文"_s));
+    QTRY_COMPARE(named<QTextEdit>(u"译文"_s)->toPlainText(), u"お見積もり"_s);
+    QVERIFY(named<QAbstractButton>(u"复制译文"_s));
+    QTest::keyClick(m_controller->panel()->windowHandle(), Qt::Key_Return, Qt::ControlModifier);
+    QCOMPARE(inserted, u"お見積もり"_s);
+}
+
+void TestFloatingPanelController::anErrorIsShownWithAWayToTryAgain()
+{
+    m_server->enqueue(localcloud::Answer::html(500));
+    m_server->enqueue(eventStream({u"x"_s}));
+    showSelection(u"报价"_s);
+    QTRY_VERIFY(button(u"重试"_s));
+    QVERIFY(m_controller->panel()->grab().size().isValid());
+    QTest::mouseClick(button(u"重试"_s), Qt::LeftButton);
+    QTRY_VERIFY(button(u"⌘↩ 替换原文"_s));
+    QVERIFY(!button(u"重试"_s));
+}
+
+void TestFloatingPanelController::typingAndTheMainKeyTranslate()
+{
+    m_server->enqueue(eventStream({u"x"_s}));
+    m_session->prepareManualInput(false, std::nullopt);
+    m_controller->show(PanelMode::Compose, std::nullopt);
+    QVERIFY(QTest::qWaitForWindowActive(m_controller->panel()));
+    auto *editor = named<QPlainTextEdit>(u"原文"_s);
+    QTRY_VERIFY(editor->hasFocus());
+    QVERIFY(!named<QAbstractButton>(u"翻译"_s)->isEnabled());
+    QTest::keyClicks(editor, u"hi"_s);
+    QCOMPARE(m_session->sourceText(), u"hi"_s);
+    QTest::keyClick(m_controller->panel()->windowHandle(), Qt::Key_Enter, Qt::ControlModifier);
+    QTRY_VERIFY(button(u"⌘↩ 复制"_s));
+    QTest::keyClick(m_controller->panel()->windowHandle(), Qt::Key_Return, Qt::ControlModifier);
+    QCOMPARE(m_desktop->clipboard.text(), u"x"_s);
+    QVERIFY(button(u"已复制"_s));
+}
+
+void TestFloatingPanelController::aLongParagraphIsShownAndCopiedWhole()
+{
+    QStringList pieces;
+    for (int i = 0; i < 3000; ++i)
+        pieces << u"第%1句。"_s.arg(i) + (i % 1000 == 999 ? u"\n"_s : QString());
+    m_server->enqueue(eventStream(pieces));
+    showSelection(u"hello"_s);
+    QTRY_COMPARE(m_session->phase().kind, Phase::Kind::Done);
+    auto *view = named<QTextEdit>(u"译文"_s);
+    // The last piece is laid out with the next frame.
+    QTRY_VERIFY(view->toPlainText().contains(u"第2999句。"_s));
+    view->setFocus();
+    view->selectAll();
+    view->copy();
+    QCOMPARE(QGuiApplication::clipboard()->text(), pieces.join(QString()));
+}
+
+QTEST_MAIN(TestFloatingPanelController)
+#include "tst_floating_panel_controller.moc"
