@@ -17,8 +17,8 @@ int main(int argc, char *argv[])
     if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
         qputenv("QT_QPA_PLATFORM", "xcb");
 
-    QApplication::setApplicationName(u"nivora"_s);
-    QApplication::setApplicationDisplayName(u"Nivora"_s);
+    // The window class, by which scripts and assistive tools find our windows.
+    QApplication::setApplicationName(u"Nivora"_s);
     QApplication::setApplicationVersion(QStringLiteral(NIVORA_VERSION));
     QApplication::setDesktopFileName(u"app.nivora"_s);
     QApplication::setQuitOnLastWindowClosed(false);

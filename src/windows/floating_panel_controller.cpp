@@ -71,6 +71,8 @@ void FloatingPanelController::prepare()
             &FloatingPanelController::onResignKey);
     connect(m_panel.get(), &FloatingPanel::resized, this, &FloatingPanelController::applyPosition);
     m_panel->resize(TranslationPanelView::panelWidth, heightForSelection);
+    // A window made without a place of its own is placed by the window manager.
+    m_panel->move(0, 0);
     m_panel->winId(); // makes the native window
 }
 
