@@ -31,12 +31,26 @@ void X11SelectionOwner::offer(X11Offer offer)
     xcb_connection_t *c = connection().xcb();
     m_lastSet =
         xcb_set_selection_owner(c, empty ? XCB_NONE : m_window, m_selection, m_since).sequence;
+    m_unannounced.push_back(m_lastSet);
     const auto now =
         connection().reply<xcb_get_selection_owner_reply>(xcb_get_selection_owner(c, m_selection));
     if (empty || !now || now->owner != m_window)
         return;
     m_offer = std::move(offer);
     prepare();
+}
+
+bool X11SelectionOwner::isOwnChange(xcb_window_t owner, uint32_t sequence)
+{
+    while (!m_unannounced.empty() && isLater(sequence, m_unannounced.front()))
+        m_unannounced.pop_front();
+    // Between two requests of ours another program's change can carry the same
+    // number, but not with our window or none.
+    const bool ours = !m_unannounced.empty() && m_unannounced.front() == sequence &&
+                      (owner == m_window || owner == XCB_NONE);
+    if (ours)
+        m_unannounced.pop_front();
+    return ours;
 }
 
 void X11SelectionOwner::prepare()

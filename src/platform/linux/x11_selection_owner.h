@@ -4,6 +4,7 @@
 #include "x11_incr_sender.h"
 
 #include <atomic>
+#include <deque>
 #include <memory>
 #include <vector>
 
@@ -30,10 +31,8 @@ public:
     const platform::ClipboardContents *contents() const;
     xcb_window_t window() const { return m_window; }
     // Whether a change to this owner, with this event number, is our own doing.
-    bool isOwnChange(xcb_window_t owner, uint32_t sequence) const
-    {
-        return owner == m_window || (owner == XCB_NONE && sequence == m_lastSet);
-    }
+    // To be asked for each change, in the order of arrival.
+    bool isOwnChange(xcb_window_t owner, uint32_t sequence);
 
 private:
     struct Form // of the offer, ready to be handed out
@@ -58,7 +57,10 @@ private:
     std::optional<X11Offer> m_offer;
     std::vector<Form> m_forms;
     xcb_timestamp_t m_since = XCB_CURRENT_TIME;
-    uint32_t m_lastSet = 0; // number of the request that last changed the owner
+    // Numbers of our requests to change the owner: of the last one, and of those
+    // whose outcome has not been announced yet.
+    uint32_t m_lastSet = 0;
+    std::deque<uint32_t> m_unannounced;
     std::vector<std::unique_ptr<X11IncrSender>> m_senders;
 };
 

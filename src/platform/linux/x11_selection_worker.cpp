@@ -7,6 +7,23 @@ namespace nivora::linuxdesktop {
 using platform::ClipboardContents;
 using platform::PrimarySelection;
 
+namespace {
+
+// As another program would read it.
+std::optional<QString> plainText(const ClipboardContents &contents)
+{
+    for (const char *format : {"UTF8_STRING", "text/plain;charset=utf-8", "STRING"}) {
+        for (const auto &item : contents.items) {
+            if (item.format == format)
+                return item.type == "STRING" ? QString::fromLatin1(item.data)
+                                             : QString::fromUtf8(item.data);
+        }
+    }
+    return std::nullopt;
+}
+
+} // namespace
+
 // Follows who owns the clipboard and the PRIMARY selection.
 class X11SelectionWorker::Watch final : private X11EventHandler
 {
@@ -123,8 +140,14 @@ void X11SelectionWorker::readText(QDeadlineTimer deadline, Promise<std::optional
     if (!m_connection.isValid())
         return;
     const xcb_atom_t clipboard = m_connection.atom(X11Atom::Clipboard);
-    if (ownerOf(clipboard) == XCB_NONE)
+    const xcb_window_t owner = ownerOf(clipboard);
+    if (owner == XCB_NONE)
         return;
+    if (owner == m_owner.window() && m_owner.contents()) {
+        promise->addResult(plainText(*m_owner.contents()));
+        promise->finish();
+        return;
+    }
     start<X11TextRead>(clipboard, deadline, [promise](std::optional<QString> text) {
         promise->addResult(std::move(text));
         promise->finish();

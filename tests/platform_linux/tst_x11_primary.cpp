@@ -1,0 +1,207 @@
+#include "platform/keys.h"
+#include "platform/primary_selection.h"
+#include "platform_linux/x11_desktop.h"
+#include "support/desktop_session.h"
+#include "support/wait.h"
+#include "support/x11_driver.h"
+#include "tst_x11_peer.h"
+
+#include <QTest>
+
+#include <X11/keysym.h>
+#include <xcb/xtest.h>
+
+using namespace nivora;
+using namespace std::chrono_literals;
+using namespace Qt::Literals::StringLiterals;
+using linuxdesktop::X11Desktop;
+using platform::PrimarySelection;
+using test::X11Driver;
+using test::X11Peer;
+
+using Symbols = QList<X11Driver::Symbol>;
+
+class TestX11Primary : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase();
+    void cleanup() { m_desktop.reset(); }
+
+    void selectionInATerminalIsReadWithItsProcess();
+    void selectionGoesStaleWithInputThatMayEndIt_data();
+    void selectionGoesStaleWithInputThatMayEndIt();
+    void selectionFromBeforeTheStartIsFreshUntilInput();
+    void chordLeavesTheSelectionFresh();
+    void nothingSelectedGivesNothing();
+
+private:
+    std::optional<PrimarySelection> read();
+    void select(const QByteArray &text);
+    void turnWheel();
+
+    test::DesktopSession m_session;
+    std::unique_ptr<X11Driver> m_user;
+    std::unique_ptr<X11Peer> m_program;
+    std::unique_ptr<X11Desktop> m_desktop;
+};
+
+void TestX11Primary::initTestCase()
+{
+    QVERIFY2(m_session.start({.accessibility = false}), qPrintable(m_session.error()));
+    m_user = std::make_unique<X11Driver>(m_session.displayName());
+    QVERIFY(m_user->isValid());
+    m_program = std::make_unique<X11Peer>(m_session.displayName());
+}
+
+std::optional<PrimarySelection> TestX11Primary::read()
+{
+    std::optional<PrimarySelection> result;
+    bool answered = false;
+    const platform::Task task =
+        m_desktop->primarySelection().read(2s, [&](std::optional<PrimarySelection> selection) {
+            result = std::move(selection);
+            answered = true;
+        });
+    if (!test::waitUntil([&] { return answered; }, 5s, 200us))
+        qWarning("the reading was not answered at all");
+    return result;
+}
+
+void TestX11Primary::select(const QByteArray &text)
+{
+    m_program->onEvent = [this, text](const xcb_generic_event_t &event) {
+        if ((event.response_type & 0x7f) != XCB_SELECTION_REQUEST)
+            return;
+        const auto &request = reinterpret_cast<const xcb_selection_request_event_t &>(event);
+        m_program->answer(request, request.target, text);
+    };
+    m_program->own(XCB_ATOM_PRIMARY, m_program->createWindow(0));
+}
+
+void TestX11Primary::selectionInATerminalIsReadWithItsProcess()
+{
+    m_desktop = std::make_unique<X11Desktop>(m_session.displayName());
+    QProcess *terminal =
+        m_session.launch(u"xterm"_s, {u"-geometry"_s, u"40x20+0+0"_s, u"-e"_s, u"sh"_s, u"-c"_s,
+                                      u"yes selection | head -500; exec cat"_s});
+    QVERIFY(terminal);
+    QVERIFY(m_user->waitForMapped(X11Driver::ofClass(u"XTerm"_s), 20s));
+    m_user->movePointer({30, 100});
+    PrimarySelection selected;
+    const auto selectedNow = [&] {
+        selected = read().value_or(PrimarySelection{{}, 0, true});
+        return !selected.stale;
+    };
+    // The terminal may not have drawn its text yet.
+    QVERIFY(test::waitUntil(
+        [&] {
+            m_user->click();
+            m_user->click();
+            return test::waitUntil(selectedNow, 500ms);
+        },
+        10s));
+    QCOMPARE(selected.text.trimmed(), u"selection"_s);
+    QCOMPARE(selected.ownerProcessId, terminal->processId());
+    // A click elsewhere collapses it, but the terminal goes on offering it.
+    m_user->click();
+    const auto collapsed = read();
+    QVERIFY(!collapsed || collapsed->stale);
+    m_session.end(terminal);
+}
+
+void TestX11Primary::selectionGoesStaleWithInputThatMayEndIt_data()
+{
+    QTest::addColumn<Symbols>("keys");
+    QTest::addColumn<int>("button");
+    QTest::addColumn<bool>("stale");
+    QTest::newRow("nothing") << Symbols{} << 0 << false;
+    QTest::newRow("Shift, twice") << Symbols{XK_Shift_L, XK_Shift_L} << 0 << false;
+    QTest::newRow("CapsLock") << Symbols{XK_Caps_Lock, XK_Caps_Lock} << 0 << false;
+    QTest::newRow("wheel") << Symbols{} << 5 << false;
+    QTest::newRow("letter") << Symbols{XK_a} << 0 << true;
+    QTest::newRow("arrow") << Symbols{XK_Right} << 0 << true;
+    QTest::newRow("mouse button") << Symbols{} << 1 << true;
+    QTest::newRow("right mouse button") << Symbols{} << 3 << true;
+}
+
+void TestX11Primary::selectionGoesStaleWithInputThatMayEndIt()
+{
+    QFETCH(const Symbols, keys);
+    QFETCH(const int, button);
+    QFETCH(const bool, stale);
+    m_desktop = std::make_unique<X11Desktop>(m_session.displayName());
+    m_user->press({XK_a}); // what came before does not count
+
+    // A millisecond is all that the server's clock can tell apart.
+    const auto nextTick = [] {
+        const auto start = test::Clock::now();
+        test::waitUntil([&] { return test::Clock::now() - start >= 3ms; }, 1s, 500us);
+    };
+    nextTick();
+    select("text");
+    nextTick();
+    for (const auto key : keys)
+        m_user->press({key});
+    if (button != 0) {
+        for (const int type : {XCB_BUTTON_PRESS, XCB_BUTTON_RELEASE})
+            xcb_test_fake_input(m_program->xcb(), uint8_t(type), uint8_t(button), 0, XCB_NONE, 0, 0,
+                                0);
+        m_program->synchronise();
+    }
+    const PrimarySelection expected{u"text"_s, QCoreApplication::applicationPid(), stale};
+    const auto selected = read();
+    QVERIFY(selected);
+    QCOMPARE(selected->text, expected.text);
+    QCOMPARE(selected->ownerProcessId, expected.ownerProcessId);
+    QCOMPARE(selected->stale, expected.stale);
+
+    select("text anew");
+    QVERIFY(!read()->stale);
+}
+
+void TestX11Primary::selectionFromBeforeTheStartIsFreshUntilInput()
+{
+    select("from before");
+    m_desktop = std::make_unique<X11Desktop>(m_session.displayName());
+    QVERIFY(!read()->stale);
+    m_user->press({XK_Shift_L});
+    QVERIFY(!read()->stale);
+    m_user->press({XK_a});
+    QVERIFY(read()->stale);
+}
+
+void TestX11Primary::chordLeavesTheSelectionFresh()
+{
+    m_desktop = std::make_unique<X11Desktop>(m_session.displayName());
+    int fired = 0;
+    QVERIFY(m_desktop->hotKey().grab({Qt::Key_O, Qt::ControlModifier | Qt::AltModifier},
+                                     [&] { ++fired; }));
+    select("text");
+    const auto chord = [&] {
+        m_user->press({XK_Control_L, XK_Alt_L, XK_o});
+        const int before = fired;
+        return test::waitUntil([&] { return fired > before; }, 2s);
+    };
+    QVERIFY(chord());
+    QVERIFY(!read()->stale);
+    QVERIFY(chord());
+    QVERIFY(!read()->stale);
+    m_user->press({XK_o});
+    QVERIFY(read()->stale);
+}
+
+void TestX11Primary::nothingSelectedGivesNothing()
+{
+    m_desktop = std::make_unique<X11Desktop>(m_session.displayName());
+    m_program->own(XCB_ATOM_PRIMARY, XCB_NONE);
+    QVERIFY(!read());
+    select({});
+    QVERIFY(!read());
+    m_program->onEvent = {}; // offers something and says nothing
+    QVERIFY(!read());
+}
+
+QTEST_GUILESS_MAIN(TestX11Primary)
+#include "tst_x11_primary.moc"

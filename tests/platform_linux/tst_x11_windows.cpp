@@ -1,0 +1,216 @@
+#include "platform/clipboard.h"
+#include "platform/keys.h"
+#include "platform/window_system.h"
+#include "platform_linux/x11_desktop.h"
+#include "support/desktop_session.h"
+#include "support/wait.h"
+#include "tst_x11_peer.h"
+
+#include <QElapsedTimer>
+#include <QTest>
+
+using namespace nivora;
+using namespace std::chrono_literals;
+using namespace Qt::Literals::StringLiterals;
+using linuxdesktop::X11Desktop;
+using test::X11Peer;
+
+namespace {
+
+xcb_window_t openWindow(X11Peer &peer, const QByteArray &classes)
+{
+    const xcb_window_t window = peer.createWindow(0);
+    peer.setProperty(window, XCB_ATOM_WM_CLASS, XCB_ATOM_STRING, classes);
+    xcb_map_window(peer.xcb(), window);
+    peer.synchronise();
+    return window;
+}
+
+xcb_window_t activeId(const X11Desktop &, platform::WindowSystem &windows)
+{
+    const auto active = windows.activeWindow();
+    return active ? active->id : XCB_NONE;
+}
+
+} // namespace
+
+class TestX11Windows : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase();
+
+    void activeWindowIsDescribed();
+    void focusFollowsActivation();
+    void windowWithoutAManagerIsFoundByTheFocus();
+    void windowsMayVanishAtAnyTime();
+    void everythingIsHarmlessWithoutAServer();
+    void everythingIsHarmlessOnceTheServerIsGone();
+
+private:
+    test::DesktopSession m_managed;
+    test::DesktopSession m_bare;
+};
+
+void TestX11Windows::initTestCase()
+{
+    QVERIFY2(m_managed.start({.accessibility = false}), qPrintable(m_managed.error()));
+    QVERIFY2(m_bare.start({.windowManager = false, .accessibility = false}),
+             qPrintable(m_bare.error()));
+}
+
+void TestX11Windows::activeWindowIsDescribed()
+{
+    X11Desktop desktop(m_managed.displayName());
+    auto &windows = desktop.windowSystem();
+    X11Peer peer(m_managed.displayName());
+    const auto window = openWindow(peer, QByteArray("letter\0Letter", 14));
+
+    QTRY_COMPARE(activeId(desktop, windows), window);
+    const platform::ForeignWindow expected{window, QCoreApplication::applicationPid(), u"Letter"_s,
+                                           u"letter"_s};
+    QCOMPARE(windows.activeWindow(), expected);
+
+    QProcess *terminal = m_managed.launch(u"xterm"_s);
+    QVERIFY(terminal);
+    QTRY_COMPARE(windows.activeWindow().value_or(expected).className, u"XTerm"_s);
+    QCOMPARE(windows.activeWindow()->processId, terminal->processId());
+    m_managed.end(terminal);
+}
+
+void TestX11Windows::focusFollowsActivation()
+{
+    X11Desktop desktop(m_managed.displayName());
+    auto &windows = desktop.windowSystem();
+    X11Peer peer(m_managed.displayName());
+    const auto first = openWindow(peer, QByteArray("a\0A", 4));
+    QTRY_VERIFY(windows.hasInputFocus(first));
+    const auto second = openWindow(peer, QByteArray("b\0B", 4));
+    QTRY_VERIFY(windows.hasInputFocus(second));
+    QVERIFY(!windows.hasInputFocus(first));
+
+    windows.requestActivation(first);
+    QTRY_VERIFY(windows.hasInputFocus(first));
+    QVERIFY(!windows.hasInputFocus(second));
+
+    // A field inside the window has the keys: they still go to the window.
+    const auto field = peer.createWindow(0, first);
+    xcb_map_window(peer.xcb(), field);
+    xcb_set_input_focus(peer.xcb(), XCB_INPUT_FOCUS_PARENT, field, XCB_CURRENT_TIME);
+    peer.synchronise();
+    QVERIFY(windows.hasInputFocus(first));
+    QVERIFY(!windows.hasInputFocus(field));
+
+    xcb_destroy_window(peer.xcb(), first);
+    peer.synchronise();
+    QTRY_VERIFY(windows.hasInputFocus(second));
+    QVERIFY(!windows.hasInputFocus(first));
+    windows.requestActivation(first);
+    QVERIFY(windows.hasInputFocus(second));
+}
+
+void TestX11Windows::windowWithoutAManagerIsFoundByTheFocus()
+{
+    X11Desktop desktop(m_bare.displayName());
+    auto &windows = desktop.windowSystem();
+    X11Peer peer(m_bare.displayName());
+    const auto window = openWindow(peer, QByteArray("a\0A", 4));
+    const auto field = peer.createWindow(0, window);
+    xcb_map_window(peer.xcb(), field);
+    xcb_set_input_focus(peer.xcb(), XCB_INPUT_FOCUS_NONE, field, XCB_CURRENT_TIME);
+    peer.synchronise();
+    QCOMPARE(activeId(desktop, windows), window);
+    QVERIFY(windows.hasInputFocus(window));
+
+    // What a manager that crashed has left behind does not count.
+    const auto stale = peer.createWindow(0);
+    for (const char *name : {"_NET_ACTIVE_WINDOW", "_NET_SUPPORTING_WM_CHECK"})
+        xcb_change_property(peer.xcb(), XCB_PROP_MODE_REPLACE, peer.root(), peer.atom(name),
+                            XCB_ATOM_WINDOW, 32, 1, &stale);
+    peer.synchronise();
+    QCOMPARE(activeId(desktop, windows), window);
+
+    xcb_destroy_window(peer.xcb(), window);
+    peer.synchronise();
+    QVERIFY(!windows.activeWindow());
+    QVERIFY(!windows.hasInputFocus(window));
+}
+
+void TestX11Windows::windowsMayVanishAtAnyTime()
+{
+    X11Desktop desktop(m_bare.displayName());
+    auto &windows = desktop.windowSystem();
+    int found = 0;
+    std::atomic<bool> stop = false;
+    // Another program opens and closes windows as fast as it can.
+    std::unique_ptr<QThread> other(QThread::create([&] {
+        X11Peer peer(m_bare.displayName());
+        while (!stop) {
+            const auto window = openWindow(peer, QByteArray("fast\0Fast", 10));
+            xcb_set_input_focus(peer.xcb(), XCB_INPUT_FOCUS_NONE, window, XCB_CURRENT_TIME);
+            peer.synchronise();
+            xcb_destroy_window(peer.xcb(), window);
+            peer.synchronise();
+        }
+    }));
+    other->start();
+    const bool enough = test::waitUntil(
+        [&] {
+            if (const auto active = windows.activeWindow()) {
+                ++found;
+                windows.hasInputFocus(active->id);
+                windows.requestActivation(active->id);
+            }
+            return found >= 100;
+        },
+        10s, 0us);
+    stop = true;
+    QVERIFY(other->wait(5000));
+    QVERIFY(desktop.isValid());
+    QVERIFY(enough);
+}
+
+void TestX11Windows::everythingIsHarmlessWithoutAServer()
+{
+    QTest::ignoreMessage(QtWarningMsg, "no connection to the X server");
+    QTest::ignoreMessage(QtWarningMsg, "no connection to the X server");
+    QTest::ignoreMessage(QtWarningMsg, "no connection to the X server");
+    X11Desktop desktop(":4711");
+    QVERIFY(!desktop.isValid());
+    QVERIFY(!desktop.keyEventTap().start([](const platform::KeyEvent &) {}));
+    QVERIFY(!desktop.hotKey().grab({Qt::Key_O, Qt::ControlModifier}, [] {}));
+    QVERIFY(!desktop.keySynthesizer().press({Qt::Key_V, Qt::ControlModifier}));
+    QVERIFY(!desktop.windowSystem().activeWindow());
+    desktop.clipboard().setText(u"x"_s);
+    std::optional<bool> present;
+    const auto task =
+        desktop.clipboard().readText(5s, [&](const auto &text) { present = text.has_value(); });
+    QTRY_COMPARE(present, false);
+}
+
+void TestX11Windows::everythingIsHarmlessOnceTheServerIsGone()
+{
+    auto session = std::make_unique<test::DesktopSession>();
+    QVERIFY2(session->start({.windowManager = false, .accessibility = false}),
+             qPrintable(session->error()));
+    auto desktop = std::make_unique<X11Desktop>(session->displayName());
+    QVERIFY(desktop->keyEventTap().start([](const platform::KeyEvent &) {}));
+    desktop->clipboard().setText(u"x"_s);
+    session.reset();
+
+    QTRY_VERIFY(!desktop->isValid());
+    QVERIFY(!desktop->windowSystem().activeWindow());
+    QVERIFY(!desktop->keySynthesizer().press({Qt::Key_V, Qt::ControlModifier}));
+    std::optional<bool> present;
+    const auto task =
+        desktop->clipboard().read(5s, [&](const auto &items) { present = items.has_value(); });
+    QTRY_COMPARE(present, false);
+    QElapsedTimer timer;
+    timer.start();
+    desktop.reset();
+    QVERIFY(timer.elapsed() < 500);
+}
+
+QTEST_GUILESS_MAIN(TestX11Windows)
+#include "tst_x11_windows.moc"
