@@ -153,7 +153,5 @@ private Q_SLOTS:
     }
 };
 
-Q_DECLARE_METATYPE(nivora::localcloud::Answer)
-
 QTEST_GUILESS_MAIN(TestPanel)
 #include "tst_panel.moc"

@@ -6,6 +6,8 @@
 
 #include <X11/keysym.h>
 
+#include <algorithm>
+
 using namespace Qt::Literals::StringLiterals;
 using namespace nivora;
 using namespace nivora::test;
@@ -13,6 +15,7 @@ using namespace nivora::test;
 namespace {
 
 constexpr int gapBelowSelection = 6;
+constexpr int screenMargin = 8;
 constexpr int panelWidth = 360;
 
 } // namespace
@@ -56,7 +59,8 @@ private Q_SLOTS:
         const auto panel = road.product->waitForPanel(patience);
         QVERIFY2(panel, qUtf8Printable(road.problem()));
         QCOMPARE(panel->geometry.topLeft(),
-                 QPoint(selection.x(), selection.y() + selection.height() + gapBelowSelection));
+                 QPoint(std::max(selection.x(), screenMargin),
+                        selection.y() + selection.height() + gapBelowSelection));
         QCOMPARE(panel->geometry.width(), panelWidth);
 
         QVERIFY2(road.product->waitForTranslation(translation, patience),

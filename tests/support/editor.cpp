@@ -79,8 +79,12 @@ bool Editor::open(Toolkit toolkit, const QString &text)
 
 bool Editor::selectAll()
 {
-    m_user.press({XK_Control_L, XK_a});
-    return waitUntil([&] { return selectedText() == text(); }, 5s);
+    // An editor that has only just opened may still drop keys.
+    const auto pressAndLook = [&] {
+        m_user.press({XK_Control_L, XK_a});
+        return waitUntil([&] { return selectedText() == text(); }, 500ms);
+    };
+    return waitUntil(pressAndLook, 5s);
 }
 
 QString Editor::text() const

@@ -50,7 +50,10 @@ bool Product::start(const QJsonObject &preferences)
         return false;
     file.close();
 
-    m_process = m_session.launch(program());
+    // For the message of a test that fails.
+    auto environment = m_session.environment();
+    environment.insert(u"QT_LOGGING_RULES"_s, u"app.nivora.*.debug=true"_s);
+    m_process = m_session.launch(program(), {}, environment);
     if (!m_process)
         return false;
     const auto connectionName = QUuid::createUuid().toString();

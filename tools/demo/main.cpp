@@ -19,10 +19,10 @@ int main(int argc, char *argv[])
     parser.process(application);
 
     const QUrl cloud(QStringLiteral(NIVORA_CLOUD_ENDPOINT));
-    if (cloud.host() != "127.0.0.1"_L1 || cloud.port() <= 0) {
+    if (cloud.host() != "localhost"_L1 || cloud.port() <= 0) {
         std::fprintf(stderr,
                      "This build's cloud is %s. The demonstration wants a build for a port of "
-                     "127.0.0.1, as scripts/run makes it.\n",
+                     "localhost, as scripts/run makes it.\n",
                      NIVORA_CLOUD_ENDPOINT);
         return 2;
     }
