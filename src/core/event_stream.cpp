@@ -133,7 +133,10 @@ std::optional<StreamEvent> parseEventLine(QByteArrayView line)
     constexpr QByteArrayView field = "data:";
     if (!line.startsWith(field))
         return std::nullopt;
-    const QByteArray payload = line.sliced(field.size()).trimmed().toByteArray();
+    QByteArray payload = line.sliced(field.size()).trimmed().toByteArray();
+    // One bad byte shall cost one character, not the piece.
+    if (!payload.isValidUtf8())
+        payload = QString::fromUtf8(payload).toUtf8();
     StreamEvent event;
     if (payload == "[DONE]") {
         event.done = true;

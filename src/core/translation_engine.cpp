@@ -4,6 +4,7 @@
 #include "core/prompts.h"
 
 #include <QCoreApplication>
+#include <QIODevice>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QNetworkReply>
@@ -18,6 +19,7 @@ namespace {
 
 constexpr auto retryPause = 400ms;
 constexpr auto translationIdHeader = "X-Translation-Id";
+constexpr int maximumRedirects = 5;
 
 QUrl appendPath(const QUrl &base, QStringView path)
 {
@@ -28,6 +30,13 @@ QUrl appendPath(const QUrl &base, QStringView path)
     whole += path;
     url.setPath(whole);
     return url;
+}
+
+bool isSameOrigin(const QUrl &one, const QUrl &other)
+{
+    const int standard = one.scheme() == u"https" ? 443 : 80;
+    return one.scheme() == other.scheme() && one.host() == other.host()
+        && one.port(standard) == other.port(standard);
 }
 
 // A value with a control character would end the header line and start another.
@@ -48,6 +57,40 @@ QJsonObject userEndpointBody(const QString &prompt, const QString &model)
     };
 }
 
+// A request body that can be read once. When a connection breaks before the
+// answer, Qt sends the request again by itself, up to three times and at once,
+// unless the body cannot be rewound. A request costs the user money, so how often
+// it is made is decided here alone.
+class SingleUseBody final : public QIODevice
+{
+public:
+    explicit SingleUseBody(const QByteArray &bytes) : m_bytes(bytes) { open(QIODevice::ReadOnly); }
+
+    bool isSequential() const override { return true; }
+    bool reset() override { return false; }
+    bool atEnd() const override { return m_position == m_bytes.size(); }
+    qint64 bytesAvailable() const override
+    {
+        return m_bytes.size() - m_position + QIODevice::bytesAvailable();
+    }
+
+protected:
+    qint64 readData(char *data, qint64 limit) override
+    {
+        const qint64 size = std::min(limit, m_bytes.size() - m_position);
+        if (size == 0)
+            return limit == 0 ? 0 : -1;
+        std::copy_n(m_bytes.constData() + m_position, size, data);
+        m_position += size;
+        return size;
+    }
+    qint64 writeData(const char *, qint64) override { return -1; }
+
+private:
+    QByteArray m_bytes;
+    qint64 m_position = 0;
+};
+
 // One streaming request with its one retry.
 class StreamOperation final : public platform::Operation
 {
@@ -59,6 +102,7 @@ public:
         , m_body(std::move(body))
         , m_callbacks(std::move(callbacks))
     {
+        m_request.setHeader(QNetworkRequest::ContentLengthHeader, m_body.size());
         send();
     }
 
@@ -74,10 +118,11 @@ public:
 private:
     void send();
     void onMetaData();
+    bool followRedirect();
     void onReadyRead();
     void onReplyFinished();
-    void onConnectionLost();
     bool onLine(QByteArrayView line);
+    bool isWholeDespite(QNetworkReply::NetworkError error) const;
     void failOrRetry(NetworkFault fault, const QString &description);
     void end(const std::optional<TranslationError> &error);
     void dropReply();
@@ -90,9 +135,10 @@ private:
 
     QNetworkReply *m_reply = nullptr;
     LineSplitter m_lines;
-    platform::Task m_pause; // before the second attempt
+    qint64 m_received = 0;  // bytes of the answer's body
+    platform::Task m_pause; // before the next attempt
+    int m_redirects = 0;
     bool m_retried = false;
-    bool m_sent = false;       // the request of this attempt is out
     bool m_accepted = false;   // a status from 200 to 299 has arrived
     bool m_delivered = false;  // a piece has been given
     bool m_ended = false;      // no further line counts
@@ -100,27 +146,12 @@ private:
 
 void StreamOperation::send()
 {
-    m_sent = false;
-    m_reply = m_session.post(m_request, m_body);
+    auto *body = new SingleUseBody(m_body);
+    m_reply = m_session.post(m_request, body);
+    body->setParent(m_reply);
     connect(m_reply, &QNetworkReply::metaDataChanged, this, &StreamOperation::onMetaData);
     connect(m_reply, &QNetworkReply::readyRead, this, &StreamOperation::onReadyRead);
     connect(m_reply, &QNetworkReply::finished, this, &StreamOperation::onReplyFinished);
-    // When a connection breaks before the answer, Qt would send the request
-    // again by itself, several times and at once. A request costs the user
-    // money, so how often it is made is decided here alone.
-    connect(m_reply, &QNetworkReply::requestSent, this, [this] {
-        if (std::exchange(m_sent, true))
-            onConnectionLost();
-    });
-    connect(m_reply, &QNetworkReply::socketStartedConnecting, this, [this] {
-        if (m_sent)
-            onConnectionLost();
-    });
-}
-
-void StreamOperation::onConnectionLost()
-{
-    failOrRetry(NetworkFault::NetworkConnectionLost, {});
 }
 
 void StreamOperation::onMetaData()
@@ -128,16 +159,30 @@ void StreamOperation::onMetaData()
     const int status = m_reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
     if (status == 0 || m_accepted)
         return;
-    if (status < 200 || status > 299) {
-        // Redirects that may be followed come back as another answer.
-        if (status < 300 || status > 399)
-            end(TranslationError::http(status));
+    if ((status == 307 || status == 308) && followRedirect())
         return;
-    }
+    if (status < 200 || status > 299)
+        return end(TranslationError::http(status));
     m_accepted = true;
     const QString id = QString::fromUtf8(m_reply->rawHeader(translationIdHeader));
     if (!id.isEmpty() && m_callbacks.onTranslationId)
         deliver([&] { m_callbacks.onTranslationId(id); });
+}
+
+// Only the two statuses that keep method and body, and only within the origin:
+// elsewhere the user's text, and the token, would reach a host that the user
+// never named.
+bool StreamOperation::followRedirect()
+{
+    const QUrl origin = m_request.url();
+    const QUrl target = origin.resolved(QUrl::fromEncoded(m_reply->rawHeader("Location"_ba)));
+    if (m_redirects == maximumRedirects || !isSameOrigin(origin, target))
+        return false;
+    ++m_redirects;
+    m_request.setUrl(target);
+    dropReply();
+    m_pause = platform::delay(0ms, [this] { send(); });
+    return true;
 }
 
 void StreamOperation::onReadyRead()
@@ -145,6 +190,7 @@ void StreamOperation::onReadyRead()
     if (!m_accepted || !m_reply)
         return;
     const QByteArray bytes = m_reply->readAll();
+    m_received += bytes.size();
     m_lines.feed(bytes, [this](QByteArrayView line) { return onLine(line); });
     if (m_ended)
         end(m_delivered ? std::nullopt : std::optional(TranslationError::emptyResponse()));
@@ -186,7 +232,7 @@ void StreamOperation::onReplyFinished()
     const int status = m_reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
     if (!m_accepted && status >= 300)
         return end(TranslationError::http(status));
-    if (error != QNetworkReply::NoError)
+    if (error != QNetworkReply::NoError && !isWholeDespite(error))
         return failOrRetry(networkFault(error), m_reply->errorString());
     if (!m_accepted) {
         return end(TranslationError::network(
@@ -195,6 +241,19 @@ void StreamOperation::onReplyFinished()
     m_lines.finish([this](QByteArrayView line) { return onLine(line); });
     if (isRunning())
         end(m_delivered ? std::nullopt : std::optional(TranslationError::emptyResponse()));
+}
+
+// When a server answers and closes at once, Qt may see the end before the answer.
+// It then delivers the answer, and after it the error of the second attempt that
+// the body does not allow.
+bool StreamOperation::isWholeDespite(QNetworkReply::NetworkError error) const
+{
+    if (error != QNetworkReply::ContentReSendError || !m_accepted)
+        return false;
+    const QVariant length = m_reply->header(QNetworkRequest::ContentLengthHeader);
+    if (length.isValid())
+        return length.toLongLong() == m_received;
+    return !m_reply->hasRawHeader("Transfer-Encoding"_ba);
 }
 
 void StreamOperation::failOrRetry(NetworkFault fault, const QString &description)
@@ -218,7 +277,6 @@ void StreamOperation::dropReply()
     if (!m_reply)
         return;
     m_reply->disconnect(this);
-    m_reply->abort();
     m_reply->deleteLater();
     m_reply = nullptr;
 }
@@ -233,9 +291,7 @@ void StreamOperation::stop()
 
 TranslationEngine::TranslationEngine()
 {
-    // A redirect to another origin would carry the user's text, and the token,
-    // to a host that the user never named. Within the origin it may be followed.
-    m_session.setRedirectPolicy(QNetworkRequest::SameOriginRedirectPolicy);
+    m_session.setRedirectPolicy(QNetworkRequest::ManualRedirectPolicy);
 }
 
 platform::Task TranslationEngine::translate(const QString &text, Language target,
@@ -246,6 +302,8 @@ platform::Task TranslationEngine::translate(const QString &text, Language target
                                        config.cloud ? u"v1/translate" : u"v1/chat/completions"));
     request.setHeader(QNetworkRequest::ContentTypeHeader, "application/json"_ba);
     request.setRawHeader("Accept"_ba, "text/event-stream"_ba);
+    // Sends the body as it is read, so that it is read once.
+    request.setAttribute(QNetworkRequest::DoNotBufferUploadDataAttribute, true);
     request.setTransferTimeout(int(config.requestTimeout.count()));
     // A key that was pasted with a line end is still the same key.
     const QByteArray token = config.apiToken.trimmed();

@@ -11,6 +11,8 @@ NetworkFault networkFault(QNetworkReply::NetworkError error)
         return NetworkFault::CannotConnectToHost;
     case QNetworkReply::RemoteHostClosedError:
     case QNetworkReply::NetworkSessionFailedError:
+    // The connection broke before the answer and the body cannot be sent again.
+    case QNetworkReply::ContentReSendError:
         return NetworkFault::NetworkConnectionLost;
     case QNetworkReply::HostNotFoundError:
         return NetworkFault::CannotFindHost;

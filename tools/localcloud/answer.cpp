@@ -145,6 +145,13 @@ Answer Answer::withHeader(const QByteArray &name, const QByteArray &value) const
     return result;
 }
 
+Answer Answer::withStatus(int code) const
+{
+    Answer result = *this;
+    result.status = code;
+    return result;
+}
+
 Answer Answer::withFraming(Framing kind) const
 {
     Answer result = *this;

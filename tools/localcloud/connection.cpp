@@ -128,6 +128,8 @@ void Connection::refuse()
 void Connection::begin(Answer answer)
 {
     m_answer = std::move(answer);
+    if (headerValue(m_answer.headers, "Connection").compare("close", Qt::CaseInsensitive) == 0)
+        m_keepAlive = false;
     m_headSent = false;
     m_position = 0;
     if (m_answer.live)
@@ -220,7 +222,7 @@ void Connection::sendHead()
         m_keepAlive = false;
         break;
     }
-    if (!m_keepAlive)
+    if (!m_keepAlive && headerValue(m_answer.headers, "Connection").isNull())
         head += "Connection: close\r\n";
     m_headSent = true;
     write(head + "\r\n");
@@ -259,6 +261,9 @@ void Connection::endBody()
 
 void Connection::write(const QByteArray &bytes)
 {
+    // The client may have gone at any write before.
+    if (m_socket->state() != QAbstractSocket::ConnectedState)
+        return;
     m_socket->write(bytes);
     m_socket->flush();
 }

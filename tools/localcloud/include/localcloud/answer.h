@@ -96,6 +96,7 @@ struct Answer
     splitInsideCharacters(std::chrono::milliseconds pause = std::chrono::milliseconds(2)) const;
 
     Answer withHeader(const QByteArray &name, const QByteArray &value) const;
+    Answer withStatus(int code) const;
     Answer withFraming(Framing kind) const;
 };
 
