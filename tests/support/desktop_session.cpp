@@ -132,7 +132,9 @@ void DesktopSession::prepareEnvironment()
     }
 
     const QDir folder(m_folder.path());
-    const std::array<std::pair<QString, QString>, 6> folders{{{u"HOME"_s, u"home"_s},
+    // Programs that run only once look for themselves in the temporary folder.
+    const std::array<std::pair<QString, QString>, 7> folders{{{u"HOME"_s, u"home"_s},
+                                                              {u"TMPDIR"_s, u"tmp"_s},
                                                               {u"XDG_CONFIG_HOME"_s, u"config"_s},
                                                               {u"XDG_DATA_HOME"_s, u"data"_s},
                                                               {u"XDG_CACHE_HOME"_s, u"cache"_s},
