@@ -70,9 +70,4 @@ void FloatingPanel::paintEvent(QPaintEvent *)
                             cornerRadius);
 }
 
-void FloatingPanel::resizeEvent(QResizeEvent *)
-{
-    Q_EMIT resized();
-}
-
 } // namespace nivora

@@ -69,7 +69,6 @@ void FloatingPanelController::prepare()
     connect(m_panel.get(), &FloatingPanel::cancelled, this, &FloatingPanelController::hide);
     connect(m_panel.get(), &FloatingPanel::resignedKey, this,
             &FloatingPanelController::onResignKey);
-    connect(m_panel.get(), &FloatingPanel::resized, this, &FloatingPanelController::applyPosition);
     m_panel->resize(TranslationPanelView::panelWidth, heightForSelection);
     // A window made without a place of its own is placed by the window manager.
     m_panel->move(0, 0);
@@ -82,14 +81,13 @@ void FloatingPanelController::show(PanelMode mode, const std::optional<QRectF> &
     m_lastRect = near;
     m_panel->setBlended(m_windowSystem.isCompositing());
     m_view->reset();
-    const int initial = mode == PanelMode::Selection ? heightForSelection : heightForWriting;
     m_anchorTopLeft = computeAnchor(near);
-    m_panel->resize(TranslationPanelView::panelWidth, initial);
-    applyPosition();
+    place(mode == PanelMode::Selection ? heightForSelection : heightForWriting);
+    // Before the window is on the screen the content's height costs no flicker.
+    place(targetHeight(m_view->contentHeight()));
     m_panel->show();
     m_panel->raise();
     m_panel->activateWindow();
-    applyDynamicHeight(m_view->contentHeight());
 }
 
 void FloatingPanelController::hide()
@@ -123,10 +121,14 @@ int FloatingPanelController::clampedHeight(int content, std::optional<int> visib
     return std::min(std::max(content, leastHeight), int(greatestScreenShare * *visibleHeight));
 }
 
-void FloatingPanelController::applyPosition()
+// Place and size go to the window in one step: while a window is being mapped it
+// believes to be elsewhere for a moment, and a mere change of size would keep it
+// there.
+void FloatingPanelController::place(int height)
 {
-    if (!m_panel || !m_anchorTopLeft)
-        return;
+    const QSize size(TranslationPanelView::panelWidth, height);
+    if (!m_anchorTopLeft)
+        return m_panel->resize(size);
     const QScreen *screen = nullptr;
     for (const QScreen *each : QGuiApplication::screens()) {
         if (each->geometry().contains(*m_anchorTopLeft)) {
@@ -136,18 +138,22 @@ void FloatingPanelController::applyPosition()
     }
     if (!screen)
         screen = QGuiApplication::primaryScreen();
-    m_panel->move(screen ? clampedPosition(*m_anchorTopLeft, m_panel->size(),
-                                           screen->availableGeometry())
-                         : *m_anchorTopLeft);
+    const QPoint position =
+        screen ? clampedPosition(*m_anchorTopLeft, size, screen->availableGeometry())
+               : *m_anchorTopLeft;
+    m_panel->setGeometry(QRect(position, size));
+}
+
+int FloatingPanelController::targetHeight(int content) const
+{
+    const QScreen *screen = m_panel->screen();
+    return clampedHeight(
+        content, screen ? std::optional(screen->availableGeometry().height()) : std::nullopt);
 }
 
 void FloatingPanelController::applyDynamicHeight(int height)
 {
-    if (!m_panel)
-        return;
-    const QScreen *screen = m_panel->screen();
-    const int target = clampedHeight(
-        height, screen ? std::optional(screen->availableGeometry().height()) : std::nullopt);
+    const int target = targetHeight(height);
     const auto differs = [this, target] {
         return std::abs(m_panel->height() - target) > heightTolerance;
     };
@@ -156,7 +162,7 @@ void FloatingPanelController::applyDynamicHeight(int height)
     // Not from within the layout that reports the height.
     QTimer::singleShot(0, this, [this, target, differs] {
         if (differs())
-            m_panel->resize(TranslationPanelView::panelWidth, target);
+            place(target);
     });
 }
 

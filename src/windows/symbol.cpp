@@ -7,6 +7,13 @@
 
 using namespace Qt::Literals::StringLiterals;
 
+// Nothing else refers to the resources, and the linker drops from a static
+// library what nothing refers to.
+static void keepResources()
+{
+    Q_INIT_RESOURCE(symbols);
+}
+
 namespace nivora {
 
 QPixmap symbolPixmap(const QString &name, const QSize &size, qreal devicePixelRatio,
@@ -21,6 +28,7 @@ QPixmap symbolPixmap(const QString &name, const QSize &size, qreal devicePixelRa
     if (QPixmapCache::find(key, &pixmap))
         return pixmap;
 
+    keepResources();
     QFile file(u":/nivora/symbols/%1.svg"_s.arg(name));
     if (!file.open(QIODevice::ReadOnly)) {
         Q_ASSERT_X(false, "symbolPixmap", "no such symbol");

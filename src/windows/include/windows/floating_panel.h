@@ -21,13 +21,11 @@ public:
 Q_SIGNALS:
     void cancelled(); // Esc
     void resignedKey();
-    void resized();
 
 protected:
     bool event(QEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
     void paintEvent(QPaintEvent *event) override;
-    void resizeEvent(QResizeEvent *event) override;
 
 private:
     bool m_blended = false;

@@ -57,7 +57,8 @@ public:
     static int clampedHeight(int content, std::optional<int> visibleHeight);
 
 private:
-    void applyPosition();
+    void place(int height);
+    int targetHeight(int content) const;
     void applyDynamicHeight(int height);
     void onResignKey();
 
