@@ -13,9 +13,10 @@ constexpr uint onScreen = 0; // the space of places: of the whole screen
 // Stands in a text for a part of it that is an element of its own.
 constexpr QChar embeddedObject{0xfffc};
 
-// Some toolkits work out the extents of a range one character at a time. What
-// is longer than this is never on the screen as a whole anyway.
-constexpr int longestMeasuredRange = 4000;
+// GTK measures a range character by character, each from the start of its line:
+// 4000 characters of one line take it 0.3 s. Of a longer range than this only the
+// ends are measured.
+constexpr int longestMeasuredRange = 200;
 
 bool isPlace(const QRectF &rectangle)
 {
@@ -141,21 +142,40 @@ void AtspiElement::readSelection(AtspiCalls &calls, const Selection &selection,
 {
     const auto textCall =
         calls.send(m_object, atspi::text, "GetText"_L1, {selection.start, selection.end});
-    const auto measure = [&] {
-        const int end = std::min(selection.end, selection.start + longestMeasuredRange);
-        return calls.send(m_object, atspi::text, "GetRangeExtents"_L1,
-                          {selection.start, end, onScreen});
-    };
-    const auto boundsCall = measure();
-
     const auto text = calls.arguments(textCall);
     // The part that is an element of its own is missing from the text.
     if (!text.isEmpty() && selection.isWhole && !text.first().toString().contains(embeddedObject))
         element.selectedText = text.first().toString();
-    element.selectedTextBounds = rectangle(calls.arguments(boundsCall));
+    element.selectedTextBounds = bounds(calls, selection);
     // The first answer of a Firefox field can be empty, the second is true.
     if (!element.selectedTextBounds)
-        element.selectedTextBounds = rectangle(calls.arguments(measure()));
+        element.selectedTextBounds = bounds(calls, selection);
+}
+
+std::optional<QRectF> AtspiElement::bounds(AtspiCalls &calls, const Selection &selection) const
+{
+    if (selection.end - selection.start <= longestMeasuredRange)
+        return rectangle(calls.arguments(calls.send(m_object, atspi::text, "GetRangeExtents"_L1,
+                                                    {selection.start, selection.end, onScreen})));
+
+    const auto firstCall = sendCharacter(calls, selection.start);
+    const auto lastCall = sendCharacter(calls, selection.end - 1);
+    const auto first = rectangle(calls.arguments(firstCall));
+    const auto last = rectangle(calls.arguments(lastCall));
+    if (!first || !last)
+        return std::nullopt;
+    auto all = first->united(*last);
+    // Over several lines the text in between fills the width.
+    if (m_frame && first->bottom() <= last->top()) {
+        all.setLeft(m_frame->left());
+        all.setRight(m_frame->right());
+    }
+    return all;
+}
+
+QDBusPendingCall AtspiElement::sendCharacter(AtspiCalls &calls, int offset) const
+{
+    return calls.send(m_object, atspi::text, "GetCharacterExtents"_L1, {offset, onScreen});
 }
 
 // An insertion point has no extents of its own: it lies at the left edge of the
@@ -163,11 +183,8 @@ void AtspiElement::readSelection(AtspiCalls &calls, const Selection &selection,
 // character, at the right edge of the one before it.
 void AtspiElement::readCaret(AtspiCalls &calls, int caret, platform::FocusedElement &element) const
 {
-    const auto ask = [&](int offset) {
-        return calls.send(m_object, atspi::text, "GetCharacterExtents"_L1, {offset, onScreen});
-    };
-    const auto afterCall = ask(caret);
-    const auto beforeCall = ask(std::max(0, caret - 1));
+    const auto afterCall = sendCharacter(calls, caret);
+    const auto beforeCall = sendCharacter(calls, std::max(0, caret - 1));
     const auto after = rectangle(calls.arguments(afterCall));
     const auto before = rectangle(calls.arguments(beforeCall));
     if (after && after->height() > 0)

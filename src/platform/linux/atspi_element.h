@@ -35,6 +35,8 @@ private:
     void readText(AtspiCalls &calls, platform::FocusedElement &element) const;
     void readSelection(AtspiCalls &calls, const Selection &selection,
                        platform::FocusedElement &element) const;
+    std::optional<QRectF> bounds(AtspiCalls &calls, const Selection &selection) const;
+    QDBusPendingCall sendCharacter(AtspiCalls &calls, int offset) const;
     void readCaret(AtspiCalls &calls, int caret, platform::FocusedElement &element) const;
 
     AtspiObject m_object;

@@ -57,7 +57,7 @@ std::optional<platform::FocusedElement> AtspiFocus::read(qint64 process, QDeadli
     if (m_lastProcess == 0)
         return std::nullopt;
     auto &wanted = program(m_lastProcess);
-    if (auto element = readKnown(wanted, isActive, calls); element || !isActive)
+    if (auto element = readKnown(wanted, isActive, calls); element || !isActive || calls.isOver())
         return element;
     // Once in vain is enough: a program that tells of its focus will do so at the
     // next change.
@@ -94,8 +94,6 @@ std::optional<platform::FocusedElement> AtspiFocus::readKnown(Program &program, 
 
 void AtspiFocus::search(Program &program, AtspiCalls &calls)
 {
-    program.searched = true;
-    program.focused.clear();
     AtspiSearch search(calls);
     const auto services = search.programs();
     // Their processes in one round trip, as far as they are not known.
@@ -104,14 +102,21 @@ void AtspiFocus::search(Program &program, AtspiCalls &calls)
         if (!m_processes.contains(service))
             questions.insert(service, calls.sendProcessOf(service));
     }
-    for (const auto &[service, question] : questions.asKeyValueRange())
-        m_processes.insert(service, calls.processId(question));
+    for (const auto &[service, question] : questions.asKeyValueRange()) {
+        if (const auto process = calls.processId(question); process != 0)
+            m_processes.insert(service, process);
+    }
+    std::vector<AtspiObject> found;
     for (const auto &service : services) {
         if (m_processes.value(service) != program.process)
             continue;
         if (const auto focused = search.focusedOf(service))
-            program.focused = {*focused};
+            found.push_back(*focused);
     }
+    if (calls.isOver())
+        return;
+    program.searched = true;
+    program.focused = std::move(found);
 }
 
 void AtspiFocus::onStateChanged(const QDBusMessage &signal)

@@ -17,12 +17,11 @@ constexpr int mostChildren = 100;
 QVariant focusedRule()
 {
     constexpr int all = 1;
-    constexpr int any = 2;
     const QList<int> states{1 << static_cast<int>(AtspiState::Focused), 0};
     QDBusArgument rule;
     rule.beginStructure();
-    rule << states << all << QMap<QString, QString>() << any << QList<int>() << any << QStringList()
-         << any << false;
+    rule << states << all << QMap<QString, QString>() << all << QList<int>() << all << QStringList()
+         << all << false;
     rule.endStructure();
     return QVariant::fromValue(rule);
 }
@@ -76,8 +75,16 @@ bool AtspiSearch::askProgram(const AtspiObject &window, std::optional<AtspiObjec
     return !answer.isError();
 }
 
+bool AtspiSearch::hasText(const AtspiObject &object)
+{
+    return m_calls.strings(m_calls.send(object, atspi::accessible, "GetInterfaces"_L1))
+        .contains(atspi::text);
+}
+
+// Qt programs call what surrounds the focused text focused too.
 std::optional<AtspiObject> AtspiSearch::walk(const AtspiObject &window)
 {
+    std::optional<AtspiObject> focused;
     std::vector<AtspiObject> level{window};
     for (std::size_t seen = 0; !level.empty() && seen < longestWalk && !m_calls.isOver();) {
         level.resize(std::min<std::size_t>(level.size(), longestWalk - seen));
@@ -90,8 +97,11 @@ std::optional<AtspiObject> AtspiSearch::walk(const AtspiObject &window)
         for (std::size_t i = 0; i < level.size(); ++i) {
             const auto states = m_calls.states(questions[i].first);
             const int children = m_calls.property(questions[i].second).toInt();
-            if (has(states, AtspiState::Focused))
-                return level[i];
+            if (has(states, AtspiState::Focused)) {
+                if (hasText(level[i]))
+                    return level[i];
+                focused = focused.value_or(level[i]);
+            }
             if (has(states, AtspiState::Showing) && !has(states, AtspiState::ManagesDescendants) &&
                 children > 0 && children <= mostChildren)
                 descents.push_back(m_calls.send(level[i], atspi::accessible, "GetChildren"_L1));
@@ -102,7 +112,7 @@ std::optional<AtspiObject> AtspiSearch::walk(const AtspiObject &window)
             std::ranges::move(children, std::back_inserter(level));
         }
     }
-    return std::nullopt;
+    return focused;
 }
 
 } // namespace nivora::linuxdesktop

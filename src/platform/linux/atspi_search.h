@@ -28,6 +28,7 @@ private:
     std::vector<AtspiObject> windows(const QString &service);
     // False when the program cannot search itself.
     bool askProgram(const AtspiObject &window, std::optional<AtspiObject> &focused);
+    bool hasText(const AtspiObject &object);
     std::optional<AtspiObject> walk(const AtspiObject &window);
 
     AtspiCalls &m_calls;
