@@ -89,6 +89,7 @@ void PanelFooter::renderActions()
     m_primary->setVisible(!text.isEmpty());
     m_copy->setSymbol(m_session.justCopied() ? u"checkmark"_s : u"doc.on.doc"_s);
     m_copy->setVisible(!m_session.translatedText().isEmpty());
+    renderEmptiness();
 }
 
 void PanelFooter::renderNotes()
@@ -97,6 +98,13 @@ void PanelFooter::renderNotes()
     m_tokens->setText(tr("%1 tok").arg(tokens));
     m_tokens->setVisible(tokens >= 1);
     m_historyMark->setVisible(m_session.fromHistory());
+    renderEmptiness();
+}
+
+void PanelFooter::renderEmptiness()
+{
+    const QWidgetList all{m_primary, m_copy, m_tokens, m_historyMark};
+    setVisible(!std::ranges::all_of(all, &QWidget::isHidden));
 }
 
 void PanelFooter::triggerPrimaryAction()

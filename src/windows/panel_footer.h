@@ -2,8 +2,6 @@
 
 #include <QWidget>
 
-class QShortcut;
-
 namespace nivora {
 
 class NoteLabel;
@@ -24,6 +22,8 @@ public:
 private:
     void renderActions();
     void renderNotes();
+    // A row with nothing in it takes no space.
+    void renderEmptiness();
     QString primaryText() const;
 
     TranslationViewModel &m_session;
