@@ -4,6 +4,8 @@
 
 #include "localcloud/event_stream.h"
 
+#include <QElapsedTimer>
+#include <QHostInfo>
 #include <QTest>
 
 using namespace nivora;
@@ -126,7 +128,7 @@ private Q_SLOTS:
             QCOMPARE(m_server->requests().at(1).body, m_server->requests().at(0).body);
         }
         if (message == timeoutMessage)
-            QVERIFY(run.elapsed >= idleTimeout);
+            QVERIFY(run.elapsed >= idleTimeout * 9 / 10); // Qt may be 5 % early
     }
 
     void meetsAddressesWhereNobodyAnswers_data()
@@ -148,12 +150,18 @@ private Q_SLOTS:
         QFETCH(QString, message);
         TranslationConfig wrong = configFor(*m_server);
         wrong.apiBaseURL = retries ? m_server->refusedUrl() : url;
+        // What this machine's resolver takes by itself is not the engine's.
+        QElapsedTimer clock;
+        clock.start();
+        if (!retries)
+            QHostInfo::fromName(url.host());
+        const std::chrono::milliseconds lookUp(clock.elapsed());
         Run run;
         run.start(m_engine, wrong);
         QCOMPARE(run.ends, 0);
-        QTRY_COMPARE(run.ends, 1);
+        QTRY_COMPARE_WITH_TIMEOUT(run.ends, 1, 30'000);
         QVERIFY2(run.message.startsWith(message), qPrintable(run.message));
-        QCOMPARE(run.elapsed >= retryPause, retries);
+        QCOMPARE(run.elapsed >= lookUp + retryPause, retries);
     }
 
     void reachesAServerThatComesUpDuringThePause()
