@@ -19,7 +19,8 @@ using Graph = QMap<QString, QStringList>;
 class CycleSearch
 {
 public:
-    explicit CycleSearch(const Graph &graph) : m_graph(graph)
+    explicit CycleSearch(const Graph &graph)
+        : m_graph(graph)
     {
         for (auto node = graph.keyBegin(); node != graph.keyEnd(); ++node)
             visit(*node);

@@ -60,7 +60,8 @@ private Q_SLOTS:
                          {u"core/a.cpp"_s, "#include \"core/a.h\"\n#include \"helper.h\"\n"},
                          {u"core/helper.h"_s, "// no #include \"app/x.h\"\n"},
                          {u"stores/b.cpp"_s, "  # include \"core/a.h\"\n#include \"b.moc\"\n"}};
-        QTest::newRow("nothing in a sound tree") << sound << QStringList() << QStringList() << 0 << 0;
+        QTest::newRow("nothing in a sound tree")
+            << sound << QStringList() << QStringList() << 0 << 0;
         QTest::newRow("an include against the direction")
             << sound + Tree{{u"stores/include/stores/b.h"_s, ""},
                             {u"core/c.cpp"_s, "#include \"stores/b.h\"\n"}}

@@ -9,7 +9,10 @@ namespace nivora::test {
 
 using namespace Qt::Literals::StringLiterals;
 
-Road::Road(const DesktopSession::Options &options) : m_options(options) {}
+Road::Road(const DesktopSession::Options &options)
+    : m_options(options)
+{
+}
 
 bool Road::begin(const QJsonObject &preferences)
 {

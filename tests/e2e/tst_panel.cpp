@@ -22,8 +22,7 @@ private Q_SLOTS:
         Road road;
         QVERIFY2(road.begin(), qUtf8Printable(road.problem()));
         road.server.enqueue(localcloud::eventStream({u"你好"_s}));
-        QVERIFY2(road.open(Editor::Toolkit::Gtk, u"甲乙"_s, false),
-                 qUtf8Printable(road.problem()));
+        QVERIFY2(road.open(Editor::Toolkit::Gtk, u"甲乙"_s, false), qUtf8Printable(road.problem()));
         road.user->press({XK_Control_L, XK_End});
 
         road.pull(Trigger::DoubleShift);
@@ -127,8 +126,8 @@ private Q_SLOTS:
                  qUtf8Printable(road.problem()));
         road.user->press({XK_Control_L, XK_End});
         road.user->press({XK_Shift_L, XK_Home});
-        QVERIFY(waitUntil([&] { return road.editor->selectedText() == u"请发一下报价"_s; },
-                          patience));
+        QVERIFY(
+            waitUntil([&] { return road.editor->selectedText() == u"请发一下报价"_s; }, patience));
 
         road.pull(Trigger::DoubleShift);
         const auto panel = road.product->waitForPanel(patience);

@@ -16,9 +16,9 @@ namespace {
 // Shows a line and writes every byte that is typed, Ctrl+C included, to a file.
 QStringList recordingShell(const QString &line, const QString &file)
 {
-    return {u"sh"_s, u"-c"_s,
-            u"stty raw -echo; printf '%s' \"$1\"; touch \"$2\"; exec cat >\"$2\""_s, u"sh"_s, line,
-            file};
+    return {
+        u"sh"_s, u"-c"_s, u"stty raw -echo; printf '%s' \"$1\"; touch \"$2\"; exec cat >\"$2\""_s,
+        u"sh"_s, line,    file};
 }
 
 QByteArray contents(const QString &path)
@@ -51,8 +51,8 @@ private Q_SLOTS:
         road.server.enqueue(localcloud::eventStream({u"你好，世界"_s}));
         const auto typed = road.session.folder() + u"/typed"_s;
         QVERIFY(road.session.launch(
-            u"xterm"_s, QStringList{u"-geometry"_s, u"60x10+100+100"_s, u"-b"_s, u"0"_s, u"-e"_s}
-                            + recordingShell(u"hello-world"_s, typed)));
+            u"xterm"_s, QStringList{u"-geometry"_s, u"60x10+100+100"_s, u"-b"_s, u"0"_s, u"-e"_s} +
+                            recordingShell(u"hello-world"_s, typed)));
         const auto terminal = road.user->waitForMapped(X11Driver::ofClass(u"XTerm"_s), patience);
         QVERIFY(terminal && road.user->waitForActive(terminal->id, patience));
         QVERIFY(waitUntil([&] { return contents(typed).isEmpty(); }, patience));

@@ -22,7 +22,8 @@ constexpr auto fine = 200us;
 QString summary(std::vector<double> milliseconds)
 {
     std::ranges::sort(milliseconds);
-    return u"median %1 ms, %2 to %3 ms of %4"_s.arg(milliseconds[milliseconds.size() / 2], 0, 'f', 1)
+    return u"median %1 ms, %2 to %3 ms of %4"_s
+        .arg(milliseconds[milliseconds.size() / 2], 0, 'f', 1)
         .arg(milliseconds.front(), 0, 'f', 1)
         .arg(milliseconds.back(), 0, 'f', 1)
         .arg(milliseconds.size());
@@ -124,8 +125,8 @@ private Q_SLOTS:
             QVERIFY(!waitUntil([&] { return road.user->picture(rectangle) != before; }, 40ms));
             const auto sent = Clock::now();
             send(u"二"_s);
-            QVERIFY(waitUntil([&] { return road.user->picture(rectangle) != before; }, patience,
-                              fine));
+            QVERIFY(
+                waitUntil([&] { return road.user->picture(rectangle) != before; }, patience, fine));
             toScreen.push_back(millisecondsBetween(sent, Clock::now()));
             shown += u'二';
             QVERIFY(road.product->waitForTranslation(shown, patience));

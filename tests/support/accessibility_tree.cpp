@@ -122,10 +122,9 @@ QRect AccessibleElement::selectionBounds() const
     const auto range = selection();
     if (!range)
         return {};
-    const auto box
-        = call(textInterface, u"GetRangeExtents"_s, {range->first, range->second, screenSpace});
-    return {box.value(0).toInt(), box.value(1).toInt(), box.value(2).toInt(),
-            box.value(3).toInt()};
+    const auto box =
+        call(textInterface, u"GetRangeExtents"_s, {range->first, range->second, screenSpace});
+    return {box.value(0).toInt(), box.value(1).toInt(), box.value(2).toInt(), box.value(3).toInt()};
 }
 
 std::optional<std::pair<int, int>> AccessibleElement::selection() const
@@ -218,8 +217,8 @@ void describe(const AccessibleElement &element, int depth, QString &lines)
 {
     if (depth > greatestDepth)
         return;
-    lines += QString(2 * depth, u' ') + element.role() + u" \""_s + element.name() + u"\" \""_s
-        + element.text() + u"\"\n"_s;
+    lines += QString(2 * depth, u' ') + element.role() + u" \""_s + element.name() + u"\" \""_s +
+             element.text() + u"\"\n"_s;
     for (const auto &child : element.children()) {
         if (child.isShowing() || depth == 0)
             describe(child, depth + 1, lines);

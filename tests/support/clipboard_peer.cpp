@@ -135,8 +135,7 @@ std::optional<QByteArray> ClipboardPeer::read(const QByteArray &format) const
     reader->setProcessEnvironment(m_session.environment());
     reader->start(u"xclip"_s, {u"-selection"_s, u"clipboard"_s, u"-out"_s, u"-target"_s,
                                QString::fromLatin1(format)});
-    const bool ended
-        = waitUntil([&] { return reader->state() == QProcess::NotRunning; }, 5s, 1ms);
+    const bool ended = waitUntil([&] { return reader->state() == QProcess::NotRunning; }, 5s, 1ms);
     endProcess(*reader);
     if (!ended || reader->exitStatus() != QProcess::NormalExit || reader->exitCode() != 0)
         return {};

@@ -42,7 +42,8 @@ class BusVisit
 {
 public:
     BusVisit(const QString &address, const QString &name)
-        : m_name(name), m_connection(QDBusConnection::connectToBus(address, name))
+        : m_name(name)
+        , m_connection(QDBusConnection::connectToBus(address, name))
     {
     }
     ~BusVisit() { QDBusConnection::disconnectFromBus(m_name); }
@@ -110,19 +111,18 @@ bool DesktopSession::start(const Options &options)
     if (!m_folder.isValid())
         return fail(u"cannot make a temporary folder"_s);
     prepareEnvironment();
-    return startServer(options.screenSize) && startBus()
-        && (!options.windowManager || startWindowManager())
-        && (!options.accessibility || startAccessibility())
-        && (!options.keyring || startKeyring());
+    return startServer(options.screenSize) && startBus() &&
+           (!options.windowManager || startWindowManager()) &&
+           (!options.accessibility || startAccessibility()) && (!options.keyring || startKeyring());
 }
 
 void DesktopSession::prepareEnvironment()
 {
     m_environment = QProcessEnvironment::systemEnvironment();
-    const std::array foreign{"QT_"_L1,    "GTK_"_L1,     "GDK_"_L1,     "XDG_"_L1,  "DBUS_"_L1,
-                             "GNOME_"_L1, "DESKTOP_"_L1, "SESSION_"_L1, "LC_"_L1,   "LANG"_L1,
-                             "AT_SPI"_L1, "WAYLAND_"_L1, "XAUTH"_L1,    "DISPLAY"_L1, "NO_AT_"_L1,
-                             "XMODIFIERS"_L1};
+    const std::array foreign{"QT_"_L1,   "GTK_"_L1,    "GDK_"_L1,     "XDG_"_L1,
+                             "DBUS_"_L1, "GNOME_"_L1,  "DESKTOP_"_L1, "SESSION_"_L1,
+                             "LC_"_L1,   "LANG"_L1,    "AT_SPI"_L1,   "WAYLAND_"_L1,
+                             "XAUTH"_L1, "DISPLAY"_L1, "NO_AT_"_L1,   "XMODIFIERS"_L1};
     const auto names = m_environment.keys();
     for (const auto &name : names) {
         const bool isForeign = std::ranges::any_of(
@@ -160,15 +160,15 @@ void DesktopSession::prepareEnvironment()
 
 bool DesktopSession::startServer(const QSize &screenSize)
 {
-    auto *server = launch(u"Xvfb"_s,
-                          {u"-displayfd"_s, u"1"_s, u"-screen"_s, u"0"_s,
+    auto *server =
+        launch(u"Xvfb"_s, {u"-displayfd"_s, u"1"_s, u"-screen"_s, u"0"_s,
                            u"%1x%2x24"_s.arg(screenSize.width()).arg(screenSize.height()),
                            u"-nolisten"_s, u"tcp"_s, u"-noreset"_s});
     if (!server)
         return false;
-    const bool answered = waitUntil(
-        [&] { return server->canReadLine() || server->state() == QProcess::NotRunning; },
-        startBound);
+    const bool answered =
+        waitUntil([&] { return server->canReadLine() || server->state() == QProcess::NotRunning; },
+                  startBound);
     if (!answered || !server->canReadLine())
         return fail(u"Xvfb did not come up"_s);
     m_displayName = ":" + server->readLine().trimmed();
@@ -211,8 +211,8 @@ bool DesktopSession::startAccessibility()
         return QDBusMessage::createMethodCall(u"org.a11y.Bus"_s, u"/org/a11y/bus"_s, interface,
                                               method);
     };
-    const QDBusReply<QString> address = bus->call(call(u"org.a11y.Bus"_s, u"GetAddress"_s),
-                                                  QDBus::Block, startBoundMs);
+    const QDBusReply<QString> address =
+        bus->call(call(u"org.a11y.Bus"_s, u"GetAddress"_s), QDBus::Block, startBoundMs);
     if (!address.isValid())
         return fail(u"no accessibility bus: "_s + address.error().message());
     m_accessibilityBusAddress = address.value();
@@ -230,10 +230,9 @@ bool DesktopSession::startAccessibility()
     BusVisit accessibility(m_accessibilityBusAddress, u"nivora-test-accessibility"_s);
     if (!accessibility->isConnected())
         return fail(u"cannot reach the accessibility bus"_s);
-    const auto registry
-        = accessibility->interface()->startService(u"org.a11y.atspi.Registry"_s);
-    return registry.isValid()
-        || fail(u"no accessibility registry: "_s + registry.error().message());
+    const auto registry = accessibility->interface()->startService(u"org.a11y.atspi.Registry"_s);
+    return registry.isValid() ||
+           fail(u"no accessibility registry: "_s + registry.error().message());
 }
 
 bool DesktopSession::startKeyring()
@@ -350,8 +349,7 @@ void DesktopSession::endStragglers()
             bool isProcess = false;
             const auto pid = entry.toInt(&isProcess);
             QFile environ(u"/proc/%1/environ"_s.arg(entry));
-            if (isProcess && environ.open(QIODevice::ReadOnly)
-                && environ.readAll().contains(mark))
+            if (isProcess && environ.open(QIODevice::ReadOnly) && environ.readAll().contains(mark))
                 found.push_back(pid);
         }
         return found;

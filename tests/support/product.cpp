@@ -63,8 +63,8 @@ bool Product::start(const QJsonObject &preferences)
             const QDBusReply<uint> owner = bus.interface()->servicePid(u"app.nivora"_s);
             return owner.isValid() && owner.value() == m_process->processId();
         };
-        return bus.isConnected()
-            && waitUntil([&] { return ownsName() || !isRunning(); }, 20s) && isRunning();
+        return bus.isConnected() && waitUntil([&] { return ownsName() || !isRunning(); }, 20s) &&
+               isRunning();
     }();
     QDBusConnection::disconnectFromBus(connectionName);
     return owned;

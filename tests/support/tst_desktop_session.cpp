@@ -24,9 +24,9 @@ QStringList processesOf(const QString &folder)
     for (const auto &entry : entries) {
         QFile environ(u"/proc/%1/environ"_s.arg(entry));
         QFile name(u"/proc/%1/comm"_s.arg(entry));
-        if (entry.toInt() > 0 && environ.open(QIODevice::ReadOnly)
-            && environ.readAll().contains("NIVORA_TEST_SESSION=" + folder.toUtf8() + '\0')
-            && name.open(QIODevice::ReadOnly))
+        if (entry.toInt() > 0 && environ.open(QIODevice::ReadOnly) &&
+            environ.readAll().contains("NIVORA_TEST_SESSION=" + folder.toUtf8() + '\0') &&
+            name.open(QIODevice::ReadOnly))
             found.append(QString::fromUtf8(name.readAll().trimmed()));
     }
     return found;
@@ -79,8 +79,8 @@ private Q_SLOTS:
         QVERIFY(!session.accessibilityBusAddress().isEmpty());
 
         const QStringList attributes{u"service"_s, u"app.nivora.test"_s};
-        runInside(session, u"secret-tool"_s, QStringList{u"store"_s, u"--label=test"_s} + attributes,
-                  "hidden");
+        runInside(session, u"secret-tool"_s,
+                  QStringList{u"store"_s, u"--label=test"_s} + attributes, "hidden");
         QCOMPARE(runInside(session, u"secret-tool"_s, QStringList{u"lookup"_s} + attributes),
                  u"hidden"_s);
     }
@@ -89,7 +89,8 @@ private Q_SLOTS:
     {
         DesktopSession session;
         QVERIFY2(session.start({}), qPrintable(session.error()));
-        QVERIFY(session.launch(u"xterm"_s, {u"-bg"_s, u"#123456"_s, u"-geometry"_s, u"+100+100"_s}));
+        QVERIFY(
+            session.launch(u"xterm"_s, {u"-bg"_s, u"#123456"_s, u"-geometry"_s, u"+100+100"_s}));
         const auto painted = [&] { return session.screenshot().pixelColor(200, 250); };
         QVERIFY(waitUntil([&] { return painted() == QColor(0x12, 0x34, 0x56); }, 10s));
     }

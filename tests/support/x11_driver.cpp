@@ -58,8 +58,8 @@ struct X11Driver::Private
     // Until the server has seen everything sent so far.
     void synchronise() const
     {
-        holdReply(xcb_get_input_focus_reply(connection.get(),
-                                            xcb_get_input_focus(connection.get()), nullptr));
+        holdReply(xcb_get_input_focus_reply(connection.get(), xcb_get_input_focus(connection.get()),
+                                            nullptr));
     }
 
     void fake(uint8_t type, uint8_t detail, QPoint place = {}) const
@@ -78,11 +78,11 @@ struct X11Driver::Private
 
     QByteArray property(WindowId window, xcb_atom_t name) const
     {
-        const auto reply = holdReply(xcb_get_property_reply(
-            connection.get(),
-            xcb_get_property(connection.get(), false, window, name, XCB_GET_PROPERTY_TYPE_ANY, 0,
-                             1024),
-            nullptr));
+        const auto reply =
+            holdReply(xcb_get_property_reply(connection.get(),
+                                             xcb_get_property(connection.get(), false, window, name,
+                                                              XCB_GET_PROPERTY_TYPE_ANY, 0, 1024),
+                                             nullptr));
         if (!reply)
             return {};
         return QByteArray(static_cast<const char *>(xcb_get_property_value(reply.get())),
@@ -106,14 +106,14 @@ struct X11Driver::Private
         auto title = property(id, atoms[NetWmName]);
         if (title.isEmpty())
             title = property(id, XCB_ATOM_WM_NAME);
-        return Window{.id = id,
-                      .instanceName = QString::fromLatin1(names[0]),
-                      .className = QString::fromLatin1(names[1]),
-                      .role = QString::fromLatin1(property(id, atoms[WindowRole])),
-                      .title = QString::fromUtf8(title),
-                      .mapped = attributes->map_state == XCB_MAP_STATE_VIEWABLE,
-                      .geometry
-                      = {origin->dst_x, origin->dst_y, int(size->width), int(size->height)}};
+        return Window{
+            .id = id,
+            .instanceName = QString::fromLatin1(names[0]),
+            .className = QString::fromLatin1(names[1]),
+            .role = QString::fromLatin1(property(id, atoms[WindowRole])),
+            .title = QString::fromUtf8(title),
+            .mapped = attributes->map_state == XCB_MAP_STATE_VIEWABLE,
+            .geometry = {origin->dst_x, origin->dst_y, int(size->width), int(size->height)}};
     }
 
     // A program's windows lie right below the root or inside one frame.
@@ -138,7 +138,10 @@ struct X11Driver::Private
     std::array<xcb_atom_t, AtomCount> atoms{};
 };
 
-X11Driver::X11Driver(const QByteArray &displayName) : d(std::make_unique<Private>(displayName)) {}
+X11Driver::X11Driver(const QByteArray &displayName)
+    : d(std::make_unique<Private>(displayName))
+{
+}
 
 X11Driver::~X11Driver() = default;
 

@@ -40,7 +40,8 @@ bool Demo::run()
 
 bool Demo::prepare()
 {
-    m_expected = localcloud::PhraseBook().lookUp(sentence, localcloud::Tongue::Japanese).value_or(QString());
+    m_expected =
+        localcloud::PhraseBook().lookUp(sentence, localcloud::Tongue::Japanese).value_or(QString());
 
     const bool started = m_session.start({.keyring = true});
     if (!step(started, u"a desktop of its own is up"_s, m_session.error()))
@@ -53,35 +54,36 @@ bool Demo::prepare()
 
     auto *cloud = m_session.launch(beside(u"localcloud"_s),
                                    {u"--port"_s, QString::number(m_options.cloud.port())});
-    const bool listens = cloud
-        && waitUntil([&] { return cloud->canReadLine() || cloud->state() == QProcess::NotRunning; },
-                     patience)
-        && cloud->canReadLine();
+    const bool listens =
+        cloud &&
+        waitUntil([&] { return cloud->canReadLine() || cloud->state() == QProcess::NotRunning; },
+                  patience) &&
+        cloud->canReadLine();
     if (!step(listens, u"the translation service listens on "_s + m_options.cloud.toString(),
               cloud ? QString::fromUtf8(m_session.errorOutput(cloud)) : m_session.error()))
         return false;
 
-    auto *keyring = m_session.launch(u"secret-tool"_s,
-                                     {u"store"_s, u"--label=Nivora"_s, u"service"_s, u"app.nivora"_s,
-                                      u"account"_s, u"session-token"_s});
+    auto *keyring =
+        m_session.launch(u"secret-tool"_s, {u"store"_s, u"--label=Nivora"_s, u"service"_s,
+                                            u"app.nivora"_s, u"account"_s, u"session-token"_s});
     if (keyring) {
         keyring->write("a token for the demonstration");
         keyring->closeWriteChannel();
         waitUntil([&] { return keyring->state() == QProcess::NotRunning; }, patience);
     }
-    const bool stored = keyring && keyring->state() == QProcess::NotRunning
-        && keyring->exitStatus() == QProcess::NormalExit && keyring->exitCode() == 0;
+    const bool stored = keyring && keyring->state() == QProcess::NotRunning &&
+                        keyring->exitStatus() == QProcess::NormalExit && keyring->exitCode() == 0;
     if (!step(stored, u"a session token lies in the keyring"_s,
               keyring ? QString::fromUtf8(m_session.errorOutput(keyring)) : m_session.error()))
         return false;
 
-    const bool runs = m_product->start(
-        {{u"hasCompletedOnboarding"_s, true}, {u"useCustomBackend"_s, false}});
+    const bool runs =
+        m_product->start({{u"hasCompletedOnboarding"_s, true}, {u"useCustomBackend"_s, false}});
     if (!step(runs, u"Nivora runs"_s, m_product->log()))
         return false;
 
-    const bool offered = m_clipboard->offer({{"UTF8_STRING", clipboardText},
-                                             {"text/html", clipboardPage}});
+    const bool offered =
+        m_clipboard->offer({{"UTF8_STRING", clipboardText}, {"text/html", clipboardPage}});
     if (!step(offered, u"another program has something on the clipboard"_s))
         return false;
 
@@ -123,8 +125,8 @@ bool Demo::replace()
 
     const bool restored = waitUntil(
         [&] {
-            return m_clipboard->read("UTF8_STRING") == clipboardText
-                && m_clipboard->read("text/html") == clipboardPage;
+            return m_clipboard->read("UTF8_STRING") == clipboardText &&
+                   m_clipboard->read("text/html") == clipboardPage;
         },
         patience);
     return step(restored, u"the clipboard holds what it held before"_s,

@@ -26,7 +26,10 @@ public:
         QString screenshot; // where the picture of the open panel goes
     };
 
-    explicit Demo(Options options) : m_options(std::move(options)) {}
+    explicit Demo(Options options)
+        : m_options(std::move(options))
+    {
+    }
 
     // One line per step goes to standard output. True if all of it held.
     bool run();

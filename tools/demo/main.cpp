@@ -26,8 +26,8 @@ int main(int argc, char *argv[])
                      NIVORA_CLOUD_ENDPOINT);
         return 2;
     }
-    const bool held = nivora::Demo({.cloud = cloud, .screenshot = parser.value(u"screenshot"_s)})
-                          .run();
+    const bool held =
+        nivora::Demo({.cloud = cloud, .screenshot = parser.value(u"screenshot"_s)}).run();
     std::puts(held ? "All of it held." : "Not all of it held.");
     return held ? 0 : 1;
 }

@@ -56,8 +56,7 @@ public:
     void press(std::initializer_list<Symbol> chord);
     // Left Shift twice, `gap` from the first press to the second. Returns the
     // moment of the second press.
-    Clock::time_point tapShiftTwice(
-        std::chrono::milliseconds gap = std::chrono::milliseconds(120));
+    Clock::time_point tapShiftTwice(std::chrono::milliseconds gap = std::chrono::milliseconds(120));
     void movePointer(QPoint place);
     void click();
 
