@@ -52,7 +52,8 @@ void X11Connection::flush()
     xcb_flush(m_connection);
     // A write that had to wait has read events meanwhile, for which the
     // notifier will not call.
-    takeEvents();
+    while (xcb_generic_event_t *event = xcb_poll_for_queued_event(m_connection))
+        m_events.emplace_back(event);
     scheduleDispatch();
 }
 

@@ -11,8 +11,8 @@ X11HotKey::X11HotKey(X11Connection &connection, std::function<void(xcb_timestamp
     : X11EventHandler(connection)
     , m_keyboard(connection)
     , m_pressSeen(std::move(pressSeen))
+    , m_hasRawInput(hasRawInput(connection))
 {
-    m_hasRawInput = selectRawInput(connection, XCB_INPUT_XI_EVENT_MASK_RAW_KEY_PRESS);
     // A new layout is announced by several events; one look after the last does.
     m_mappingChanged.setSingleShot(true);
     m_mappingChanged.setInterval(0);
@@ -84,7 +84,7 @@ void X11HotKey::release(Reserved &reserved)
     // Ungrabbing what is another's does nothing.
     for (const uint16_t state : reserved.states)
         xcb_ungrab_key(connection().xcb(), reserved.code, connection().root(), state);
-    connection().flush();
+    connection().synchronise();
     reserved.states.clear();
     reserved.code = 0;
 }
@@ -104,31 +104,44 @@ void X11HotKey::handleEvent(const xcb_generic_event_t &event)
     case XCB_KEY_PRESS:
         handlePress(eventAs<xcb_key_press_event_t>(event));
         return;
+    case XCB_KEY_RELEASE:
+        handleRelease(eventAs<xcb_key_release_event_t>(event).detail);
+        return;
     case XCB_MAPPING_NOTIFY:
         if (eventAs<xcb_mapping_notify_event_t>(event).request != XCB_MAPPING_POINTER)
             m_mappingChanged.start();
         return;
     default:
-        if (const auto raw = rawInput(connection(), event)) {
-            m_lastRawCode = static_cast<xcb_keycode_t>(raw->code);
-            m_lastRawTime = raw->time;
-        }
+        if (const auto raw = rawInput(connection(), event))
+            handleRelease(static_cast<xcb_keycode_t>(raw->code));
     }
+}
+
+bool X11HotKey::isRepeat(const xcb_key_press_event_t &event)
+{
+    // Longer than keyboards take to begin with repeats: a key whose release got
+    // lost must not keep the chord from working.
+    constexpr uint32_t longestDelay = 2000; // milliseconds
+    const bool repeat = event.detail == m_held && event.time - m_lastPress < longestDelay;
+    m_lastPress = event.time;
+    return repeat;
 }
 
 void X11HotKey::handlePress(const xcb_key_press_event_t &event)
 {
+    const bool repeat = isRepeat(event);
+    if (!repeat && m_hasRawInput) {
+        // Tells when the key is up again, also while nobody has a grab. Asked
+        // for only now: all the user's typing would wake this program otherwise.
+        m_held = event.detail;
+        watchRawInput(connection(), XCB_INPUT_XI_EVENT_MASK_RAW_KEY_RELEASE);
+    }
     // The keyboard goes back at once: a key that is simulated in answer to the
     // chord would otherwise come to us, and so would what the user types before
     // the chord's last key is up.
     xcb_ungrab_keyboard(connection().xcb(), event.time);
     connection().flush();
-
-    // A repeat is no press. It is not a movement of the key, so no raw event of
-    // the same time came before it.
-    const bool moved =
-        !m_hasRawInput || (m_lastRawCode == event.detail && m_lastRawTime == event.time);
-    if (!moved)
+    if (repeat)
         return;
     if (m_pressSeen)
         m_pressSeen(event.time);
@@ -143,6 +156,18 @@ void X11HotKey::handlePress(const xcb_key_press_event_t &event)
             return;
         }
     }
+}
+
+void X11HotKey::handleRelease(xcb_keycode_t code)
+{
+    if (code != m_held)
+        return;
+    // A repeat begins with a release that never happened.
+    const auto pressed = m_keyboard.pressedKeys();
+    if (pressed && pressed->test(code))
+        return;
+    m_held = 0;
+    watchRawInput(connection(), 0);
 }
 
 } // namespace nivora::linuxdesktop

@@ -34,6 +34,8 @@ private:
 
     void handleEvent(const xcb_generic_event_t &event) override;
     void handlePress(const xcb_key_press_event_t &event);
+    void handleRelease(xcb_keycode_t code);
+    bool isRepeat(const xcb_key_press_event_t &event);
     bool reserve(Reserved &reserved);
     void release(Reserved &reserved);
     void reserveAgain();
@@ -43,8 +45,8 @@ private:
     std::function<void(xcb_timestamp_t)> m_pressSeen;
     std::vector<Reserved> m_reserved;
     bool m_hasRawInput = false;
-    xcb_keycode_t m_lastRawCode = 0;
-    xcb_timestamp_t m_lastRawTime = 0;
+    xcb_keycode_t m_held = 0; // the key whose press was the last one, until it is up
+    xcb_timestamp_t m_lastPress = 0;
     QTimer m_mappingChanged;
 };
 

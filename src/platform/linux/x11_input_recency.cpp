@@ -10,8 +10,12 @@ X11InputRecency::X11InputRecency(X11Connection &connection)
     : X11EventHandler(connection)
     , m_keyboard(connection)
 {
-    selectRawInput(connection, XCB_INPUT_XI_EVENT_MASK_RAW_KEY_PRESS |
-                                   XCB_INPUT_XI_EVENT_MASK_RAW_BUTTON_PRESS);
+    // All the time: to begin only when there is a selection would miss what is
+    // pressed right after it, and then a text that is selected no more would pass
+    // for one that is.
+    if (hasRawInput(connection))
+        watchRawInput(connection, XCB_INPUT_XI_EVENT_MASK_RAW_KEY_PRESS |
+                                      XCB_INPUT_XI_EVENT_MASK_RAW_BUTTON_PRESS);
 }
 
 void X11InputRecency::disregard(xcb_timestamp_t press)

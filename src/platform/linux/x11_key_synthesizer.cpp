@@ -44,8 +44,8 @@ bool X11KeySynthesizer::press(const platform::KeyChord &chord)
     fake(*key, false);
     for (auto code = modifiers.rbegin(); code != modifiers.rend(); ++code)
         fake(*code, false);
-    m_connection.flush();
-    return true;
+    // So that what the caller does next comes after.
+    return m_connection.synchronise();
 }
 
 void X11KeySynthesizer::fake(xcb_keycode_t code, bool press)

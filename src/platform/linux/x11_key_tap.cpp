@@ -15,9 +15,15 @@ X11KeyTap::X11KeyTap(X11Connection &connection, X11Keyboard &keyboard, X11OwnInp
 
 bool X11KeyTap::start(std::function<void(const KeyEvent &)> handler)
 {
-    if (!m_handler && !selectRawInput(connection(), XCB_INPUT_XI_EVENT_MASK_RAW_KEY_PRESS |
-                                                        XCB_INPUT_XI_EVENT_MASK_RAW_KEY_RELEASE))
-        return false;
+    if (!m_handler) {
+        if (!hasRawInput(connection()))
+            return false;
+        watchRawInput(connection(), XCB_INPUT_XI_EVENT_MASK_RAW_KEY_PRESS |
+                                        XCB_INPUT_XI_EVENT_MASK_RAW_KEY_RELEASE);
+        // Events arrive from now on.
+        if (!connection().synchronise())
+            return false;
+    }
     m_handler = std::move(handler);
     return true;
 }

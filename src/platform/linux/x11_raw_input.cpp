@@ -4,7 +4,7 @@
 
 namespace nivora::linuxdesktop {
 
-bool selectRawInput(X11Connection &connection, uint32_t mask)
+bool hasRawInput(X11Connection &connection)
 {
     if (!connection.hasExtension(xcb_input_id))
         return false;
@@ -12,9 +12,12 @@ bool selectRawInput(X11Connection &connection, uint32_t mask)
     // or the server's own menus; a client of 2.0 would see nothing then.
     const auto version = connection.reply<xcb_input_xi_query_version_reply>(
         xcb_input_xi_query_version(connection.xcb(), 2, 2));
-    if (!version || version->major_version < 2 ||
-        (version->major_version == 2 && version->minor_version < 2))
-        return false;
+    return version && (version->major_version > 2 ||
+                       (version->major_version == 2 && version->minor_version >= 2));
+}
+
+void watchRawInput(X11Connection &connection, uint32_t mask)
+{
     // The masters alone: all devices together deliver each event twice.
     struct
     {
@@ -22,7 +25,7 @@ bool selectRawInput(X11Connection &connection, uint32_t mask)
         uint32_t mask;
     } selection{{XCB_INPUT_DEVICE_ALL_MASTER, 1}, mask};
     xcb_input_xi_select_events(connection.xcb(), connection.root(), 1, &selection.head);
-    return connection.synchronise();
+    connection.flush();
 }
 
 std::optional<X11RawInput> rawInput(X11Connection &connection, const xcb_generic_event_t &event)

@@ -18,9 +18,13 @@ struct X11RawInput
     uint32_t sequence = 0;
 };
 
+// Whether the server has raw input. To be asked on each connection before the
+// first watchRawInput().
+bool hasRawInput(X11Connection &connection);
+
 // Asks for the raw events in `mask` (XCB_INPUT_XI_EVENT_MASK_RAW_...) of all
-// keyboards and pointers. False when the server has no XInput 2.2.
-bool selectRawInput(X11Connection &connection, uint32_t mask);
+// keyboards and pointers, in place of those of before; 0 for none.
+void watchRawInput(X11Connection &connection, uint32_t mask);
 
 // The event as raw input, absent if it is anything else.
 std::optional<X11RawInput> rawInput(X11Connection &connection, const xcb_generic_event_t &event);
