@@ -50,7 +50,10 @@ public:
             if ((event.response_type & 0x7f) != XCB_KEY_PRESS)
                 return;
             const auto &press = reinterpret_cast<const xcb_key_press_event_t &>(event);
-            typed << u"%1:%2"_s.arg(press.detail).arg(press.state & 0xff);
+            // The rest tells of locks and layouts.
+            constexpr int modifiers =
+                XCB_MOD_MASK_SHIFT | XCB_MOD_MASK_CONTROL | XCB_MOD_MASK_1 | XCB_MOD_MASK_4;
+            typed << u"%1:%2"_s.arg(press.detail).arg(press.state & modifiers);
         };
         xcb_map_window(m_peer.xcb(), window);
         xcb_set_input_focus(m_peer.xcb(), XCB_INPUT_FOCUS_PARENT, window, XCB_CURRENT_TIME);
@@ -102,6 +105,7 @@ private Q_SLOTS:
     void chordFiresOncePerPress();
     void chordOfAnotherProgramIsLeftToIt();
     void chordFollowsTheLayout();
+    void layoutWithoutLatinLettersServesToo();
     void pressArrivesAlone_data();
     void pressArrivesAlone();
     void pressInAnswerToTheChordReachesTheWindow();
@@ -350,6 +354,33 @@ void TestX11Keys::chordFollowsTheLayout()
     put(keyQ, XK_q, XK_Q);
     peer.synchronise();
     QTRY_VERIFY((tap(keyO), QCoreApplication::processEvents(), fired > 1));
+}
+
+void TestX11Keys::layoutWithoutLatinLettersServesToo()
+{
+    const auto setLayouts = [&](const QStringList &arguments) {
+        QProcess *program = m_session.launch(u"setxkbmap"_s, arguments);
+        return program &&
+               (program->state() == QProcess::NotRunning || program->waitForFinished()) &&
+               program->exitCode() == 0;
+    };
+    const auto restore = qScopeGuard([&] { setLayouts({u"us"_s, u"-option"_s}); });
+    int fired = 0;
+    QVERIFY(m_desktop->hotKey().grab(chordO, [&] { ++fired; }));
+    QVERIFY(setLayouts({u"us,ru"_s, u"-option"_s, u"grp:caps_toggle"_s}));
+    m_user->press({XK_Caps_Lock}); // changes to the second layout now
+    constexpr int secondLayout = 1 << 13;
+    const auto pointer = X11Peer::hold(xcb_query_pointer_reply(
+        m_window->peer().xcb(), xcb_query_pointer(m_window->peer().xcb(), m_window->peer().root()),
+        nullptr));
+    QVERIFY(pointer->mask & secondLayout);
+
+    QTRY_VERIFY((m_user->press({XK_Control_L, XK_Alt_L, XK_o}), QCoreApplication::processEvents(),
+                 fired > 0));
+    m_window->typed.clear();
+    QVERIFY(m_desktop->keySynthesizer().press({Qt::Key_V, Qt::ControlModifier}));
+    QTRY_COMPARE(m_window->typed.value(1), m_window->code(XK_v, XCB_MOD_MASK_CONTROL));
+    m_user->press({XK_Caps_Lock}); // back to the first
 }
 
 void TestX11Keys::pressArrivesAlone_data()

@@ -146,9 +146,12 @@ void X11HotKey::handlePress(const xcb_key_press_event_t &event)
     if (m_pressSeen)
         m_pressSeen(event.time);
 
-    const uint16_t locks = XCB_MOD_MASK_LOCK | m_keyboard.numLockMask();
-    // Above the modifiers lie the mouse buttons and the layout.
-    const uint16_t modifiers = event.state & 0xff & ~locks;
+    // The state holds locks, layouts and mouse buttons too.
+    uint16_t modifiers = 0;
+    for (const auto modifier :
+         {Qt::ShiftModifier, Qt::ControlModifier, Qt::AltModifier, Qt::MetaModifier})
+        modifiers |= m_keyboard.modifierMask(modifier).value_or(0);
+    modifiers &= event.state;
     for (const Reserved &reserved : m_reserved) {
         if (reserved.code == event.detail && reserved.modifiers == modifiers) {
             const auto pressed = reserved.pressed; // it may be replaced by the call
