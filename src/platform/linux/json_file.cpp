@@ -19,6 +19,9 @@ using namespace std::chrono_literals;
 
 namespace {
 
+// A lock that is taken again and again is free for moments only.
+constexpr auto lockPause = 200us;
+
 constexpr auto ownerOnly = QFileDevice::ReadOwner | QFileDevice::WriteOwner;
 
 // The last file of a chain of symbolic links, whether or not it exists.
@@ -32,16 +35,15 @@ QString followLinks(const QString &path)
 
 } // namespace
 
-FileLock::FileLock(const QString &path, std::chrono::milliseconds wait)
+FileLock::FileLock(const QString &path, const std::function<bool()> &goOn)
     : m_descriptor(::open(QFile::encodeName(path).constData(), O_RDWR | O_CREAT | O_CLOEXEC, 0600))
 {
     if (m_descriptor < 0)
         return;
-    const auto deadline = std::chrono::steady_clock::now() + wait;
     while (!(m_held = ::flock(m_descriptor, LOCK_EX | LOCK_NB) == 0)) {
-        if (std::chrono::steady_clock::now() >= deadline)
+        if (!goOn())
             return;
-        std::this_thread::sleep_for(1ms);
+        std::this_thread::sleep_for(lockPause);
     }
 }
 
@@ -51,19 +53,16 @@ FileLock::~FileLock()
         ::close(m_descriptor);
 }
 
-JsonFile::State JsonFile::read(QJsonObject &object)
+JsonFile::State JsonFile::read(QJsonObject &object) const
 {
     const QString path = followLinks(m_path);
     const QFileInfo info(path);
-    m_seen.reset();
     if (!info.exists())
         return State::Missing;
     // Opening a pipe would wait for a writer.
     QFile file(path);
     if (!info.isFile() || !file.open(QIODevice::ReadOnly))
         return State::Unusable;
-    // Taken before the content: a change in between shows as one later.
-    m_seen = stampOf(path);
     const auto document = QJsonDocument::fromJson(file.readAll());
     if (!document.isObject())
         return State::Corrupt;
@@ -71,24 +70,16 @@ JsonFile::State JsonFile::read(QJsonObject &object)
     return State::Object;
 }
 
-bool JsonFile::hasChanged() const
-{
-    return stampOf(m_path) != m_seen;
-}
-
-bool JsonFile::write(const QJsonObject &object)
+bool JsonFile::write(const QJsonObject &object) const
 {
     QSaveFile file(followLinks(m_path));
     if (!file.open(QIODevice::WriteOnly) || !file.setPermissions(ownerOnly))
         return false;
     file.write(QJsonDocument(object).toJson());
-    if (!file.commit())
-        return false;
-    m_seen = stampOf(m_path);
-    return true;
+    return file.commit();
 }
 
-bool JsonFile::keepAside()
+bool JsonFile::keepAside() const
 {
     const QString path = followLinks(m_path);
     const QString time = QDateTime::currentDateTimeUtc().toString(u"yyyyMMdd'T'HHmmss'Z'"_s);
@@ -119,10 +110,10 @@ QString JsonFile::lockPath() const
     return m_path + ".lock"_L1;
 }
 
-std::optional<JsonFile::Stamp> JsonFile::stampOf(const QString &path)
+std::optional<JsonFile::Stamp> JsonFile::version() const
 {
     struct stat status;
-    if (::stat(QFile::encodeName(path).constData(), &status) != 0)
+    if (::stat(QFile::encodeName(m_path).constData(), &status) != 0)
         return std::nullopt;
     return Stamp{status.st_dev, status.st_ino, status.st_size,
                  status.st_mtim.tv_sec * 1'000'000'000LL + status.st_mtim.tv_nsec};

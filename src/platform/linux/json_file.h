@@ -3,7 +3,7 @@
 #include <QJsonObject>
 #include <QString>
 
-#include <chrono>
+#include <functional>
 #include <optional>
 
 #include <sys/types.h>
@@ -15,21 +15,27 @@ namespace nivora::linuxdesktop {
 class FileLock
 {
 public:
-    // Waits at most `wait` for another holder.
-    FileLock(const QString &path, std::chrono::milliseconds wait);
+    // Waits for another holder, as long as it takes `goOn`, which is asked again
+    // and again, to say no.
+    FileLock(const QString &path, const std::function<bool()> &goOn);
     ~FileLock();
-    FileLock(const FileLock &) = delete;
-    FileLock &operator=(const FileLock &) = delete;
+    FileLock(FileLock &&other) noexcept
+        : m_descriptor(std::exchange(other.m_descriptor, -1))
+        , m_held(std::exchange(other.m_held, false))
+    {
+    }
+    FileLock &operator=(FileLock &&) = delete;
 
-    bool isHeld() const { return m_held; }
+    // Another process has it. False, too, where there can be no lock at all.
+    bool isTaken() const { return m_descriptor >= 0 && !m_held; }
 
 private:
     int m_descriptor = -1;
     bool m_held = false;
 };
 
-// One JSON object in one file, and whether somebody else has touched it. A
-// symbolic link is followed: its target is what is read, replaced or renamed.
+// One JSON object in one file. A symbolic link is followed: its target is what is read, replaced or
+// renamed.
 class JsonFile
 {
 public:
@@ -40,29 +46,7 @@ public:
         Unusable, // a file that cannot be opened, or no file at all
     };
 
-    explicit JsonFile(QString path)
-        : m_path(std::move(path))
-    {
-    }
-
-    // Fills `object` when the answer is State::Object.
-    State read(QJsonObject &object);
-    // Whether the file is another one than the last read() or write() left.
-    bool hasChanged() const;
-    // Replaces the file in one step. False, with the old file intact, when that
-    // cannot be done.
-    bool write(const QJsonObject &object);
-    // Gives the file a name that nothing has yet. False if it could not.
-    bool keepAside();
-    // Makes the folder if need be. False if it could not.
-    bool makeFolder() const;
-
-    QString path() const { return m_path; }
-    QString lockPath() const;
-
-private:
-    // What tells one version of a file from the next. Every replacement is a new
-    // file, so its number differs even within one tick of the clock.
+    // What nearly always tells one version of a file from the next.
     struct Stamp
     {
         dev_t device;
@@ -73,10 +57,28 @@ private:
         bool operator==(const Stamp &) const = default;
     };
 
-    static std::optional<Stamp> stampOf(const QString &path);
+    explicit JsonFile(QString path)
+        : m_path(std::move(path))
+    {
+    }
 
+    // Fills `object` when the answer is State::Object.
+    State read(QJsonObject &object) const;
+    // What is there now; absent when nothing is.
+    std::optional<Stamp> version() const;
+    // Replaces the file in one step. False, with the old file intact, when that
+    // cannot be done.
+    bool write(const QJsonObject &object) const;
+    // Gives the file a name that nothing has yet. False if it could not.
+    bool keepAside() const;
+    // Makes the folder if need be. False if it could not.
+    bool makeFolder() const;
+
+    QString path() const { return m_path; }
+    QString lockPath() const;
+
+private:
     QString m_path;
-    std::optional<Stamp> m_seen;
 };
 
 } // namespace nivora::linuxdesktop

@@ -14,23 +14,38 @@ using namespace std::chrono_literals;
 
 namespace {
 
-constexpr auto lockWait = 100ms;
+// How long another process may hold the lock without anything to show for it,
+// and how long it all may take while others write one after the other.
+constexpr auto stuckWait = 100ms;
+constexpr auto busyWait = 500ms;
+// After that the change is tried again and again without waiting, and in the end
+// written all the same: the holder of the lock is taken for dead.
+constexpr auto retryPause = 100ms;
+constexpr auto deadAfter = 2000ms;
 
 } // namespace
 
 JsonPreferences::JsonPreferences(const QString &path)
     : m_file(std::make_unique<JsonFile>(path))
 {
+    m_retry.setSingleShot(true);
+    m_retry.setInterval(retryPause);
+    m_retry.callOnTimeout([this] { save(); });
     if (readFile())
         return;
     // Under the lock, and after another look: by now another process may have
     // put a sound file in its place.
-    const FileLock lock(m_file->lockPath(), lockWait);
+    const auto lock = takeLock();
     if (!readFile())
         keepFileAside();
 }
 
-JsonPreferences::~JsonPreferences() = default;
+JsonPreferences::~JsonPreferences()
+{
+    m_waitForLock = true;
+    if (m_usable && !m_unsaved.isEmpty())
+        save(Patience::None);
+}
 
 QString JsonPreferences::defaultPath()
 {
@@ -56,29 +71,53 @@ void JsonPreferences::apply(std::span<const platform::PreferenceChange> changes)
 }
 
 // Another process may have written since: what it changed must not be lost, and
-// what we have on top of that is exactly the unsaved changes.
-void JsonPreferences::save()
+// what we have on top of that is exactly the unsaved changes. The file is read
+// each time: two versions can have the same number, size and time.
+void JsonPreferences::save(Patience patience)
 {
     if (!m_file->makeFolder()) {
         warnOnce("cannot be written");
         return;
     }
-    // A process that is stopped while it holds the lock costs the wait once.
-    const FileLock lock(m_file->lockPath(), m_waitForLock ? lockWait : 0ms);
-    m_waitForLock = lock.isHeld();
-
-    if (m_file->hasChanged()) {
-        if (!readFile())
-            keepFileAside();
-        for (const auto &[key, value] : m_unsaved.asKeyValueRange())
-            m_values.insert(key, value);
+    const auto lock = takeLock();
+    // To write without the lock is to lose what the other process writes.
+    if (lock.isTaken() && patience == Patience::Some && !m_refused.hasExpired(deadAfter.count())) {
+        m_retry.start();
+        return;
     }
+    if (!readFile())
+        keepFileAside();
+    for (const auto &[key, value] : m_unsaved.asKeyValueRange())
+        m_values.insert(key, value);
     if (!m_usable)
         return;
-    if (m_file->write(m_values))
-        m_unsaved.clear();
-    else
+    if (!m_file->write(m_values))
         warnOnce("cannot be written");
+    else if (!lock.isTaken())
+        m_unsaved.clear(); // otherwise the other process may yet overwrite them
+}
+
+FileLock JsonPreferences::takeLock()
+{
+    using Clock = std::chrono::steady_clock;
+    const auto start = Clock::now();
+    auto lastSign = start;
+    auto version = m_file->version();
+    FileLock lock(m_file->lockPath(), [&] {
+        const auto now = Clock::now();
+        if (auto latest = m_file->version(); latest != version) {
+            version = latest;
+            lastSign = now;
+        }
+        return m_waitForLock && now - lastSign < stuckWait && now - start < busyWait;
+    });
+    // A process that is stopped while it holds the lock costs the wait once.
+    m_waitForLock = !lock.isTaken();
+    if (!lock.isTaken())
+        m_refused.invalidate();
+    else if (!m_refused.isValid())
+        m_refused.start();
+    return lock;
 }
 
 bool JsonPreferences::readFile()

@@ -2,12 +2,15 @@
 
 #include "platform/preferences.h"
 
+#include <QElapsedTimer>
 #include <QJsonObject>
+#include <QTimer>
 
 #include <memory>
 
 namespace nivora::linuxdesktop {
 
+class FileLock;
 class JsonFile;
 
 // Preferences in one JSON object in one file, which is read once, here, and
@@ -15,8 +18,11 @@ class JsonFile;
 // are kept. The file is readable by the user alone.
 //
 // Several processes may use one file: each change is merged into what the file
-// holds by then. An apply() waits at most 100 ms for another process that is
-// writing, and when that one is stuck goes ahead without it.
+// holds by then. An apply() waits at most 100 ms for another process that is in
+// the middle of writing, and at most 500 ms while others write one after the
+// other. If that was not enough the change is written soon afterwards, without
+// further waiting, as soon as the other process is done; one that is not done
+// after two seconds is passed over.
 //
 // A file that is no JSON object is renamed to <file>.corrupt-<UTC time>. Where
 // the file cannot be read or written the preferences live in memory; a failed
@@ -39,7 +45,9 @@ private:
     // False when the file is no JSON object.
     bool readFile();
     void keepFileAside();
-    void save();
+    enum class Patience { None, Some };
+    void save(Patience patience = Patience::Some);
+    FileLock takeLock();
     void warnOnce(const char *what);
 
     std::unique_ptr<JsonFile> m_file;
@@ -48,6 +56,8 @@ private:
     QHash<QString, QJsonValue> m_unsaved;
     bool m_usable = true;
     bool m_waitForLock = true;
+    QTimer m_retry;
+    QElapsedTimer m_refused; // since when the lock has not been free
     bool m_warned = false;
 };
 
