@@ -210,6 +210,17 @@ private Q_SLOTS:
             QVERIFY2(inset > 20, qPrintable(QString::number(inset)));
     }
 
+    void timeOfReading()
+    {
+        start();
+        QVERIFY(m_editor->open(Editor::Toolkit::Gtk, u"a sentence of usual length"_s));
+        QVERIFY(m_editor->selectAll());
+        QBENCHMARK
+        {
+            QVERIFY(read(*m_accessibility).element);
+        }
+    }
+
     void ourOwnWindowStandsForTheLastForeignOne()
     {
         start();

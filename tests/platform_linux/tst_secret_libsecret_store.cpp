@@ -10,6 +10,8 @@
 #include <QDBusReply>
 #include <QTest>
 
+#include <X11/keysym.h>
+
 #include <csignal>
 
 using namespace Qt::Literals::StringLiterals;
@@ -36,6 +38,8 @@ private Q_SLOTS:
         QVERIFY2(m_session.start({.keyring = true}), qPrintable(m_session.error()));
         qputenv("DBUS_SESSION_BUS_ADDRESS", m_session.busAddress().toLocal8Bit());
         QDBusConnection::connectToBus(m_session.busAddress(), u"test"_s);
+        QVERIFY(m_session.launch(u"/usr/libexec/gcr-prompter"_s));
+        QTRY_VERIFY(owner(u"org.gnome.keyring.SystemPrompter"_s) != 0);
     }
 
     void cleanup()
@@ -132,9 +136,7 @@ private Q_SLOTS:
         LibsecretStore store;
         store.write(service, account, "kept"_ba);
         QTRY_COMPARE(lookup(), "kept"_ba);
-        const auto old = keyringProcess();
-        ::kill(old, SIGTERM);
-        QTRY_COMPARE(keyringProcess(), 0);
+        endKeyring();
         QVERIFY(!timedRead(store, 0, 50));
 
         startKeyring();
@@ -146,8 +148,6 @@ private Q_SLOTS:
         LibsecretStore store;
         store.write(service, account, "kept"_ba);
         QTRY_COMPARE(lookup(), "kept"_ba);
-        QVERIFY(m_session.launch(u"/usr/libexec/gcr-prompter"_s));
-        QTRY_VERIFY(owner(u"org.gnome.keyring.SystemPrompter"_s) != 0);
         lockKeyring();
 
         QVERIFY(!timedRead(store, 0, 100));
@@ -160,9 +160,8 @@ private Q_SLOTS:
         const auto dialog = person.waitForMapped(isDialog, 10s);
         QVERIFY(dialog);
         QVERIFY(person.waitForActive(dialog->id, 5s));
-        for (const char key : "a password for tests"_ba)
-            person.press({static_cast<quint32>(key)});
-        person.press({0xff0d}); // Return
+        type(person, "a password for tests"_ba);
+        person.press({XK_Return});
         QVERIFY(person.waitForGone(isDialog, 10s));
 
         QTRY_COMPARE(lookup(), "while locked"_ba);
@@ -177,6 +176,31 @@ private Q_SLOTS:
         QVERIFY(!person.waitForMapped(isDialog, 500ms));
         restartKeyring();
         store.remove(service, u"session-token"_s);
+    }
+
+    void firstKeyringIsMadeOnRequest()
+    {
+        endKeyring();
+        auto environment = m_session.environment();
+        environment.insert(u"XDG_DATA_HOME"_s, m_session.folder() + u"/nothing-yet"_s);
+        QVERIFY(m_session.launch(u"gnome-keyring-daemon"_s,
+                                 {u"--foreground"_s, u"--components=secrets"_s}, environment));
+        QTRY_VERIFY(keyringProcess() != 0);
+        LibsecretStore store;
+        QVERIFY(!timedRead(store, 0, 100));
+        store.write(service, account, "the first"_ba);
+
+        test::X11Driver person(m_session.displayName());
+        const auto isDialog = test::X11Driver::ofClass(u"Gcr-prompter"_s);
+        const auto dialog = person.waitForMapped(isDialog, 10s);
+        QVERIFY(dialog);
+        QVERIFY(person.waitForActive(dialog->id, 5s));
+        type(person, "new"_ba);
+        person.press({XK_Tab});
+        type(person, "new"_ba);
+        person.press({XK_Return});
+        QTRY_COMPARE(lookup(), "the first"_ba);
+        restartKeyring();
     }
 
     void leavingWhileTheDialogIsOpenIsBounded()
@@ -214,8 +238,7 @@ private Q_SLOTS:
 
     void withoutAKeyringOnTheBusItIsAbsentInMilliseconds()
     {
-        ::kill(keyringProcess(), SIGTERM);
-        QTRY_COMPARE(keyringProcess(), 0);
+        endKeyring();
         {
             LibsecretStore store;
             QVERIFY(!timedRead(store, 0, 50));
@@ -305,11 +328,22 @@ private:
         QTRY_VERIFY(keyringProcess() != 0);
     }
 
-    void restartKeyring()
+    static void endKeyring()
     {
         ::kill(keyringProcess(), SIGTERM);
         QTRY_COMPARE(keyringProcess(), 0);
+    }
+
+    void restartKeyring()
+    {
+        endKeyring();
         startKeyring();
+    }
+
+    static void type(test::X11Driver &person, const QByteArray &text)
+    {
+        for (const char key : text)
+            person.press({static_cast<quint32>(key)});
     }
 
     static std::optional<QByteArray> timedRead(LibsecretStore &store, const QString &name,
