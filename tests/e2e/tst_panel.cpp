@@ -26,9 +26,7 @@ private Q_SLOTS:
         road.user->press({XK_Control_L, XK_End});
 
         road.pull(Trigger::DoubleShift);
-        const auto panel = road.product->waitForPanel(patience);
-        QVERIFY2(panel, qUtf8Printable(road.problem()));
-        QVERIFY(road.user->waitForActive(panel->id, patience));
+        QVERIFY2(road.product->waitForPanel(patience), qUtf8Printable(road.problem()));
         const auto source = road.product->waitForControl(u"原文"_s, patience);
         QVERIFY2(source, qUtf8Printable(road.problem()));
         QVERIFY(waitUntil([&] { return source->isFocused(); }, patience));
@@ -100,6 +98,7 @@ private Q_SLOTS:
                  qUtf8Printable(road.problem()));
 
         road.pull(Trigger::DoubleShift);
+        QVERIFY2(road.product->waitForPanel(patience), qUtf8Printable(road.problem()));
         QVERIFY2(road.product->waitForTranslation(u"見積もり"_s, patience),
                  qUtf8Printable(road.problem()));
         if (byKey) {

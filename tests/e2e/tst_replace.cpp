@@ -92,6 +92,7 @@ private Q_SLOTS:
         QVERIFY(waitUntil([&] { return road.editor->selectedText() == u"你好"_s; }, patience));
 
         road.pull(Trigger::DoubleShift);
+        QVERIFY2(road.product->waitForPanel(patience), qUtf8Printable(road.problem()));
         QVERIFY2(road.product->waitForTranslation(u"こんにちは"_s, patience),
                  qUtf8Printable(road.problem()));
         QVERIFY2(road.prompt(0).endsWith(u"\n\n你好"_s), qUtf8Printable(road.prompt(0)));

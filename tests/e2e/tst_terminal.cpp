@@ -58,6 +58,7 @@ private Q_SLOTS:
         QVERIFY(waitUntil([&] { return contents(typed).isEmpty(); }, patience));
 
         road.pull(trigger);
+        QVERIFY2(road.product->waitForPanel(patience), qUtf8Printable(road.problem()));
         QVERIFY2(road.product->waitForControl(u"原文"_s, patience), qUtf8Printable(road.problem()));
         road.user->press({XK_Escape});
         QVERIFY(road.product->waitForPanelGone(patience));
@@ -66,6 +67,10 @@ private Q_SLOTS:
         road.user->movePointer(terminal->geometry.topLeft() + QPoint(20, 6));
         for (int click = 0; click < 3; ++click)
             road.user->click();
+        const auto isSelected = [&] {
+            return road.clipboard->selection().value_or(QString()).trimmed() == u"hello-world"_s;
+        };
+        QVERIFY(waitUntil(isSelected, patience));
         road.pull(trigger);
         QVERIFY2(road.product->waitForTranslation(u"你好，世界"_s, patience),
                  qUtf8Printable(road.problem()));

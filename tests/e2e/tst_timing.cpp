@@ -61,6 +61,7 @@ private Q_SLOTS:
         std::vector<double> toMapped;
         std::vector<double> toPainted;
         for (qsizetype round = 1; round <= 9; ++round) {
+            QVERIFY(road.product->waitForPanel(patience));
             road.user->press({XK_Escape});
             QVERIFY(road.product->waitForPanelGone(patience));
             QVERIFY(road.user->waitForActive(road.editor->window(), patience));

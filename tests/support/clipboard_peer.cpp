@@ -131,9 +131,15 @@ bool ClipboardPeer::owns() const
 
 std::optional<QByteArray> ClipboardPeer::read(const QByteArray &format) const
 {
+    return read(u"clipboard"_s, format);
+}
+
+std::optional<QByteArray> ClipboardPeer::read(const QString &selection,
+                                              const QByteArray &format) const
+{
     const auto reader = makeChildProcess();
     reader->setProcessEnvironment(m_session.environment());
-    reader->start(u"xclip"_s, {u"-selection"_s, u"clipboard"_s, u"-out"_s, u"-target"_s,
+    reader->start(u"xclip"_s, {u"-selection"_s, selection, u"-out"_s, u"-target"_s,
                                QString::fromLatin1(format)});
     const bool ended = waitUntil([&] { return reader->state() == QProcess::NotRunning; }, 5s, 1ms);
     endProcess(*reader);
@@ -145,6 +151,12 @@ std::optional<QByteArray> ClipboardPeer::read(const QByteArray &format) const
 std::optional<QString> ClipboardPeer::text() const
 {
     const auto bytes = read("UTF8_STRING");
+    return bytes ? std::optional(QString::fromUtf8(*bytes)) : std::nullopt;
+}
+
+std::optional<QString> ClipboardPeer::selection() const
+{
+    const auto bytes = read(u"primary"_s, "UTF8_STRING");
     return bytes ? std::optional(QString::fromUtf8(*bytes)) : std::nullopt;
 }
 

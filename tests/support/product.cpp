@@ -92,7 +92,8 @@ X11Driver::Condition Product::panel()
 
 std::optional<X11Driver::Window> Product::waitForPanel(std::chrono::milliseconds bound) const
 {
-    return m_user.waitForMapped(panel(), bound);
+    const auto window = m_user.waitForMapped(panel(), bound);
+    return window && m_user.waitForActive(window->id, bound) ? window : std::nullopt;
 }
 
 bool Product::waitForPanelGone(std::chrono::milliseconds bound) const

@@ -189,7 +189,9 @@ void X11Driver::movePointer(QPoint place)
 void X11Driver::click()
 {
     d->fake(XCB_BUTTON_PRESS, XCB_BUTTON_INDEX_1);
+    pause(tapLength);
     d->fake(XCB_BUTTON_RELEASE, XCB_BUTTON_INDEX_1);
+    pause(tapLength);
 }
 
 std::vector<X11Driver::Window> X11Driver::windows() const

@@ -38,9 +38,13 @@ public:
     std::optional<QByteArray> read(const QByteArray &format) const;
     std::optional<QString> text() const;
     QByteArrayList formats() const;
+    // What some program shows as selected.
+    std::optional<QString> selection() const;
 
 private:
     struct Owner;
+
+    std::optional<QByteArray> read(const QString &selection, const QByteArray &format) const;
 
     DesktopSession &m_session;
     std::unique_ptr<Owner> m_owner;

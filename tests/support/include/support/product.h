@@ -37,6 +37,7 @@ public:
     QString log() const;
 
     static X11Driver::Condition panel();
+    // Until the panel is there and has the keyboard.
     std::optional<X11Driver::Window> waitForPanel(std::chrono::milliseconds bound) const;
     bool waitForPanelGone(std::chrono::milliseconds bound) const;
     // A control of any of its windows, by its accessible name.
