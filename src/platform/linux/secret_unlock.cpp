@@ -141,21 +141,19 @@ bool Unlocking::finishPrompt(const std::string &path)
                   [](GDBusConnection *, const char *, const char *, const char *, const char *,
                      GVariant *, gpointer data) { static_cast<State *>(data)->over = true; });
     GMainContext *context = g_main_context_get_thread_default();
-    // Only so that a cancellation wakes the loop.
-    GSource *cancelled = g_cancellable_source_new(m_cancellable);
-    const GCancellableSourceFunc ignore = [](GCancellable *, gpointer) -> gboolean {
-        return G_SOURCE_REMOVE;
-    };
-    g_source_set_callback(cancelled, G_SOURCE_FUNC(ignore), nullptr, nullptr);
-    g_source_attach(cancelled, context);
+    // A cancellation must wake the loop.
+    const gulong cancelled =
+        g_cancellable_connect(m_cancellable, G_CALLBACK(+[](GCancellable *, gpointer data) {
+                                  g_main_context_wakeup(static_cast<GMainContext *>(data));
+                              }),
+                              context, nullptr);
 
     state.over = !callBus(m_bus, m_cancellable, secretServiceName, path.c_str(), promptInterface,
                           "Prompt", g_variant_new("(s)", ""), "()");
     while (!state.over && !g_cancellable_is_cancelled(m_cancellable))
         g_main_context_iteration(context, TRUE);
 
-    g_source_destroy(cancelled);
-    g_source_unref(cancelled);
+    g_cancellable_disconnect(m_cancellable, cancelled);
     g_dbus_connection_signal_unsubscribe(m_bus, completed);
     g_dbus_connection_signal_unsubscribe(m_bus, gone);
     return !state.dismissed;
