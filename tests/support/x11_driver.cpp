@@ -16,8 +16,10 @@ namespace nivora::test {
 
 namespace {
 
-// Far below what a person's fingers do, but long enough to be two events.
+// A quick hand. Programs may take what comes faster for noise, and the first key
+// of a keyboard makes the server announce a new layout to everyone.
 constexpr auto tapLength = std::chrono::milliseconds(30);
+constexpr auto keyInterval = std::chrono::milliseconds(10);
 
 void pause(std::chrono::milliseconds duration)
 {
@@ -162,8 +164,10 @@ void X11Driver::release(Symbol key)
 
 void X11Driver::press(std::initializer_list<Symbol> chord)
 {
-    for (const auto key : chord)
+    for (const auto key : chord) {
         hold(key);
+        pause(keyInterval);
+    }
     for (const auto key : std::views::reverse(chord))
         release(key);
 }
