@@ -59,9 +59,10 @@ void Server::accept()
 {
     while (QTcpSocket *socket = m_listener.nextPendingConnection()) {
         ++m_open;
+        const int number = ++m_accepted;
         auto *connection = new Connection(
-            socket, ++m_accepted, m_bodyLimit,
-            [this, number = m_accepted](Request request) {
+            socket, number, m_bodyLimit,
+            [this, number](Request request) {
                 request.connection = number;
                 return answerTo(request);
             },
