@@ -187,8 +187,8 @@ void TestX11Primary::chordLeavesTheSelectionFresh()
                                      [&] { ++fired; }));
     select("text");
     const auto chord = [&] {
-        m_user->press({XK_Control_L, XK_Alt_L, XK_o});
         const int before = fired;
+        m_user->press({XK_Control_L, XK_Alt_L, XK_o});
         return test::waitUntil([&] { return fired > before; }, 2s);
     };
     QVERIFY(chord());
