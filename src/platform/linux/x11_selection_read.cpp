@@ -21,7 +21,7 @@ bool holdsData(const QByteArray &target)
         "INSERT_PROPERTY",
         "INSERT_SELECTION",
         "SAVE_TARGETS",
-        // names of things in the server that end with the owner
+        // names of things in the server, or in the owner's memory, that end with it
         "BITMAP",
         "CLIENT_WINDOW",
         "COLORMAP",

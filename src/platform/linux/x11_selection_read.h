@@ -42,7 +42,7 @@ private:
 };
 
 // Reads everything that the owner offers. Targets that do something other than
-// hand out data, or that hand out things of the server which end with the owner,
+// hand out data, or that hand out mere names of things which end with the owner,
 // are left out, and so are those that the owner then refuses.
 class X11ContentsRead final : public X11SelectionRead
 {
