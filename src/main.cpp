@@ -2,6 +2,7 @@
 
 #include "platform_linux/dbus_application.h"
 #include "platform_linux/linux_backend.h"
+#include "platform_linux/termination_signals.h"
 
 #include <QApplication>
 #include <QLoggingCategory>
@@ -25,6 +26,10 @@ int main(int argc, char *argv[])
     QApplication application(argc, argv);
     QApplication::setStyle(QStyleFactory::create(u"Fusion"_s));
 
+    const linuxdesktop::TerminationSignals termination;
+    QObject::connect(&termination, &linuxdesktop::TerminationSignals::received, &application,
+                     &QCoreApplication::quit);
+
     linuxdesktop::LinuxBackend backend;
     if (!backend.isValid()) {
         qCritical("Nivora needs an X server: none answers on this display");
@@ -32,8 +37,13 @@ int main(int argc, char *argv[])
     }
     linuxdesktop::DBusApplication bus;
     NivoraApp nivora(backend.services(), QUrl(QStringLiteral(NIVORA_CLOUD_ENDPOINT)));
-    QObject::connect(&bus, &linuxdesktop::DBusApplication::activated, &bus,
-                     [&nivora] { nivora.activate(); });
+    // Queued: an action may take a second, and the caller has its answer before.
+    QObject::connect(
+        &bus, &linuxdesktop::DBusApplication::activated, &bus, [&nivora] { nivora.activate(); },
+        Qt::QueuedConnection);
+    QObject::connect(
+        &bus, &linuxdesktop::DBusApplication::actionRequested, &bus,
+        [&nivora](const QString &name) { nivora.performAction(name); }, Qt::QueuedConnection);
 
     const platform::Task acquisition = bus.acquire([&](linuxdesktop::DBusApplication::Role role) {
         if (role == linuxdesktop::DBusApplication::Role::Secondary)

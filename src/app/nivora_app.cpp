@@ -4,6 +4,8 @@
 
 #include "windows/tray_icon.h"
 
+#include "platform/log.h"
+
 #include <QCoreApplication>
 
 namespace nivora {
@@ -37,6 +39,18 @@ void NivoraApp::start()
 void NivoraApp::activate()
 {
     m_parts->coordinator.showPanel();
+}
+
+void NivoraApp::performAction(const QString &name)
+{
+    if (name == u"invoke")
+        m_parts->coordinator.invoke();
+    else if (name == u"panel")
+        m_parts->coordinator.showPanel();
+    else if (name == u"quit")
+        QCoreApplication::quit();
+    else
+        qCWarning(log::app) << "An action of an unknown name was asked for";
 }
 
 } // namespace nivora

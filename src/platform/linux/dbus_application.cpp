@@ -1,5 +1,7 @@
 #include "platform_linux/dbus_application.h"
 
+#include "platform/log.h"
+
 #include <QDBusConnection>
 #include <QDBusConnectionInterface>
 #include <QDBusMessage>
@@ -35,6 +37,22 @@ public:
 public Q_SLOTS:
     void Activate(const QVariantMap &) { Q_EMIT m_application.activated(); }
 
+    void Open(const QStringList &uris, const QVariantMap &)
+    {
+        for (const QString &uri : uris) {
+            const QUrl link(uri, QUrl::StrictMode);
+            if (link.scheme() == "nivora"_L1)
+                Q_EMIT m_application.linkOpened(link);
+            else
+                qCWarning(log::app) << "A link of another scheme was not opened";
+        }
+    }
+
+    void ActivateAction(const QString &name, const QVariantList &, const QVariantMap &)
+    {
+        Q_EMIT m_application.actionRequested(name);
+    }
+
 private:
     DBusApplication &m_application;
 };
@@ -42,35 +60,47 @@ private:
 class AcquireOperation final : public platform::Operation
 {
 public:
-    AcquireOperation(const QDBusPendingCall &request,
-                     std::function<void(DBusApplication::Role)> done)
-        : m_watcher(request), m_done(std::move(done))
+    explicit AcquireOperation(std::function<void(DBusApplication::Role)> done)
+        : m_done(std::move(done))
     {
-        connect(&m_watcher, &QDBusPendingCallWatcher::finished, this, [this] {
-            const QDBusPendingReply<uint> reply(m_watcher);
+        auto request = QDBusMessage::createMethodCall(
+            u"org.freedesktop.DBus"_s, u"/org/freedesktop/DBus"_s, u"org.freedesktop.DBus"_s,
+            u"RequestName"_s);
+        request << busName << doNotQueue;
+        call(request, [this] {
+            const QDBusPendingReply<uint> reply(*m_watcher);
             // Without a bus nobody else can be reached either.
             const bool taken = reply.isValid() && reply.value() != primaryOwner
                 && reply.value() != alreadyOwner;
-            if (taken)
-                activateOther();
-            finish([&] {
-                m_done(taken ? DBusApplication::Role::Secondary : DBusApplication::Role::Primary);
-            });
+            taken ? activateOther() : end(DBusApplication::Role::Primary);
         });
     }
 
 private:
-    static void activateOther()
+    void call(const QDBusMessage &message, const std::function<void()> &answered)
     {
-        auto call = QDBusMessage::createMethodCall(busName, objectPath, applicationInterface,
-                                                   u"Activate"_s);
-        call << QVariantMap{};
-        QDBusConnection::sessionBus().send(call);
+        m_watcher = std::make_unique<QDBusPendingCallWatcher>(
+            QDBusConnection::sessionBus().asyncCall(message, answerLimit));
+        connect(m_watcher.get(), &QDBusPendingCallWatcher::finished, this, answered,
+                Qt::QueuedConnection);
     }
 
-    void stop() override { m_watcher.disconnect(this); }
+    void activateOther()
+    {
+        auto activation = QDBusMessage::createMethodCall(busName, objectPath,
+                                                         applicationInterface, u"Activate"_s);
+        activation << QVariantMap{};
+        call(activation, [this] { end(DBusApplication::Role::Secondary); });
+    }
 
-    QDBusPendingCallWatcher m_watcher;
+    void end(DBusApplication::Role role)
+    {
+        finish([&] { m_done(role); });
+    }
+
+    void stop() override { m_watcher->disconnect(this); }
+
+    std::unique_ptr<QDBusPendingCallWatcher> m_watcher;
     std::function<void(DBusApplication::Role)> m_done;
 };
 
@@ -91,12 +121,7 @@ DBusApplication::~DBusApplication()
 
 platform::Task DBusApplication::acquire(std::function<void(Role)> done)
 {
-    auto call = QDBusMessage::createMethodCall(u"org.freedesktop.DBus"_s,
-                                               u"/org/freedesktop/DBus"_s,
-                                               u"org.freedesktop.DBus"_s, u"RequestName"_s);
-    call << busName << doNotQueue;
-    return platform::Task(new AcquireOperation(
-        QDBusConnection::sessionBus().asyncCall(call, answerLimit), std::move(done)));
+    return platform::Task(new AcquireOperation(std::move(done)));
 }
 
 } // namespace nivora::linuxdesktop

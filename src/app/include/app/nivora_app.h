@@ -22,6 +22,10 @@ public:
     // Another program, or a second start, asks for the program.
     void activate();
 
+    // One of the actions by which a desktop's own shortcuts reach the program:
+    // "invoke", "panel" or "quit". Any other name costs a log line.
+    void performAction(const QString &name);
+
 private:
     struct Parts;
     std::unique_ptr<Parts> m_parts;

@@ -3,6 +3,7 @@
 #include "platform/task.h"
 
 #include <QObject>
+#include <QUrl>
 
 #include <functional>
 
@@ -23,12 +24,18 @@ public:
     DBusApplication();
     ~DBusApplication() override;
 
-    // Asks for the name. Answers within 2 seconds.
+    // Asks for the name. Answers within 2 seconds for each of its two calls.
     platform::Task acquire(std::function<void(Role)> done);
 
 Q_SIGNALS:
     // Another program, or a second start, asks for the program.
     void activated();
+    // Another program asks for one of the program's actions; the name is its word
+    // and may be any.
+    void actionRequested(const QString &name);
+    // A link of the program's own scheme, "nivora:". Any program of the session
+    // may send one, so it proves nothing. Others are not passed on.
+    void linkOpened(const QUrl &link);
 };
 
 } // namespace nivora::linuxdesktop
