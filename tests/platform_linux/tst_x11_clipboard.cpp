@@ -338,7 +338,8 @@ void TestX11Clipboard::targetsThatAreRefusedAreLeftOut()
                         {peer.atom("TARGETS"), 0x7ffffff, peer.atom("text/html"),
                          peer.atom("DELETE"), peer.atom("SAVE_TARGETS"), peer.atom("text/refused"),
                          peer.atom("text/empty-promise"), peer.atom("text/html"),
-                         peer.atom("TIMESTAMP"), peer.atom("MULTIPLE"), peer.atom("PIXMAP")});
+                         peer.atom("TIMESTAMP"), peer.atom("MULTIPLE"), peer.atom("PIXMAP"),
+                         peer.atom("GTK_TEXT_BUFFER_CONTENTS")});
         else if (request.target == peer.atom("text/html"))
             peer.answer(request, request.target, "<i>x</i>");
         else if (request.target == peer.atom("text/empty-promise"))

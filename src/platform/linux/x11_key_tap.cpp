@@ -61,7 +61,7 @@ bool X11KeyTap::anyShiftHeld()
     if (m_shiftsDown.none())
         return false;
     // A release can be lost, for instance while the display is switched to
-    // another session. Such a key must not stick.
+    // another user. Such a key must not stick.
     if (const auto pressed = m_keyboard.pressedKeys())
         m_shiftsDown &= *pressed;
     return m_shiftsDown.any();

@@ -26,6 +26,7 @@ bool holdsData(const QByteArray &target)
         "CLIENT_WINDOW",
         "COLORMAP",
         "DRAWABLE",
+        "GTK_TEXT_BUFFER_CONTENTS",
         "PIXMAP",
         "WINDOW",
     };
