@@ -14,6 +14,7 @@ namespace nivora {
 namespace {
 
 constexpr auto permissionPeriod = 1500ms;
+constexpr auto insertionPollPeriod = 20ms;
 // The panel is built as soon as the program has nothing better to do.
 constexpr auto warmUpDelay = 0ms;
 constexpr platform::KeyChord triggerChord{Qt::Key_O, Qt::ControlModifier | Qt::AltModifier};
@@ -91,6 +92,12 @@ void AppCoordinator::invoke()
 {
     if (m_capturing || !passesGate())
         return;
+    // Until an insertion is over, the clipboard holds what it lent: a copy made
+    // now would take that for the user's, and its return for a selection.
+    if (m_insertionService.isUnderWay()) {
+        m_deferredTrigger = platform::delay(insertionPollPeriod, [this] { invoke(); });
+        return;
+    }
     qCDebug(log::hotkey).noquote() << u"快捷键唤起"_s;
 
     platform::Selection selection;

@@ -54,6 +54,7 @@ private Q_SLOTS:
     void whetherAFieldWaitsFollowsTheElement();
     void theResultGoesBackWhereTheUserWas();
     void aTriggerDuringACaptureIsIgnored();
+    void aTriggerDuringAnInsertionWaitsForItsEnd();
     void theEmptyPanelReadsNoSelection();
     void settingsTakeEffectAtOnce();
     void usageIsCounted();
@@ -241,6 +242,25 @@ void TestAppCoordinator::aTriggerDuringACaptureIsIgnored()
     QVERIFY(!second.isRunning()); // it fell into the capture
     QTRY_COMPARE(m_coordinator->viewModel().phase().kind, Phase::Kind::Done);
     QCOMPARE(m_server->requests().size(), 1);
+}
+
+void TestAppCoordinator::aTriggerDuringAnInsertionWaitsForItsEnd()
+{
+    start();
+    m_desktop->accessibility.setElement(field(u"hello"_s));
+    m_desktop->clipboard.putForeignText(u"mine"_s);
+    m_desktop->keySynthesizer.setTarget([&](const auto &) { m_desktop->clipboard.paste(); });
+    doubleTap();
+    QTRY_COMPARE(m_coordinator->viewModel().phase().kind, Phase::Kind::Done);
+    m_coordinator->viewModel().insert();
+    m_desktop->accessibility.setElement(field({})); // what was pasted is not selected
+    doubleTap();
+    QVERIFY(!panelShown());
+    QTRY_VERIFY(panelShown());
+    // Neither what lay on the clipboard nor what was lent to it was taken for text.
+    QCOMPARE(m_coordinator->viewModel().sourceText(), QString());
+    QCOMPARE(m_server->requests().size(), 1);
+    QCOMPARE(m_desktop->clipboard.text(), u"mine"_s);
 }
 
 void TestAppCoordinator::theEmptyPanelReadsNoSelection()

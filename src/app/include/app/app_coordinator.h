@@ -83,6 +83,7 @@ private:
 
     platform::Task m_permissionPoll;
     platform::Task m_warmUp;
+    platform::Task m_deferredTrigger; // waits for an insertion to end
     // Where the user was at the last trigger: the only window pasted into.
     std::optional<platform::ForeignWindow> m_insertTarget;
     // A capture waits in turns of the event loop, where another trigger may fire.

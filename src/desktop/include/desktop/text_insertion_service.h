@@ -25,6 +25,9 @@ public:
     // A second call within that time takes the place of the first.
     void insertViaPaste(const QString &text, const platform::ForeignWindow &window);
 
+    // From the call until the clipboard is the user's again, at most about 2 s.
+    bool isUnderWay() const { return m_step.isRunning(); }
+
 private:
     void lend(const QString &text);
     void awaitFocus(int attemptsLeft);
