@@ -10,6 +10,7 @@
 #include <QVariantMap>
 
 using namespace Qt::Literals::StringLiterals;
+using namespace std::chrono_literals;
 
 namespace nivora::linuxdesktop {
 
@@ -69,7 +70,7 @@ public:
         request << busName << doNotQueue;
         call(request, [this] {
             const QDBusPendingReply<uint> reply(*m_watcher);
-            // Without a bus nobody else can be reached either.
+            // Where the bus does not answer, nobody else can be reached either.
             const bool taken = reply.isValid() && reply.value() != primaryOwner
                 && reply.value() != alreadyOwner;
             taken ? activateOther() : end(DBusApplication::Role::Primary);
@@ -121,6 +122,10 @@ DBusApplication::~DBusApplication()
 
 platform::Task DBusApplication::acquire(std::function<void(Role)> done)
 {
+    // Without a bus nobody else can be reached either, and a call would have no
+    // answer at all, not even an error.
+    if (!QDBusConnection::sessionBus().isConnected())
+        return platform::delay(0ms, [done = std::move(done)] { done(Role::Primary); });
     return platform::Task(new AcquireOperation(std::move(done)));
 }
 
