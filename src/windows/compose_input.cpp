@@ -51,6 +51,7 @@ ComposeInput::ComposeInput(TranslationViewModel &session, QWidget *parent)
         renderSource();
         renderButton();
     });
+    connect(&m_session, &TranslationViewModel::modeChanged, this, &ComposeInput::renderSource);
     connect(&m_session, &TranslationViewModel::phaseChanged, this, &ComposeInput::renderButton);
     connect(&m_session, &TranslationViewModel::translatedTextReplaced, this,
             &ComposeInput::renderButton);
@@ -60,12 +61,16 @@ ComposeInput::ComposeInput(TranslationViewModel &session, QWidget *parent)
     renderButton();
 }
 
+// A selected text is not shown. To lay it out would cost a large one its time, and
+// to write it into the editor would tell it to every assistive tool.
 void ComposeInput::renderSource()
 {
-    if (m_editor->toPlainText() == m_session.sourceText())
+    const QString text =
+        m_session.mode() == PanelMode::Selection ? QString() : m_session.sourceText();
+    if (m_editor->toPlainText() == text)
         return;
     const QSignalBlocker programmatic(m_editor);
-    m_editor->setPlainText(m_session.sourceText());
+    m_editor->setPlainText(text);
 }
 
 void ComposeInput::renderButton()

@@ -41,6 +41,7 @@ private Q_SLOTS:
     void theResultIsShownAndTheMainKeyReplaces();
     void anErrorIsShownWithAWayToTryAgain();
     void typingAndTheMainKeyTranslate();
+    void theEditorHoldsOnlyWhatWasTyped();
     void aLongParagraphIsShownAndCopiedWhole();
 
 private:
@@ -263,6 +264,18 @@ void TestFloatingPanelController::typingAndTheMainKeyTranslate()
     QTest::keyClick(m_controller->panel()->windowHandle(), Qt::Key_Return, Qt::ControlModifier);
     QCOMPARE(m_desktop->clipboard.text(), u"x"_s);
     QVERIFY(button(u"已复制"_s));
+}
+
+void TestFloatingPanelController::theEditorHoldsOnlyWhatWasTyped()
+{
+    m_session->prepareManualInput(false, std::nullopt);
+    m_controller->show(PanelMode::Compose, std::nullopt);
+    auto *editor = named<QPlainTextEdit>(u"原文"_s);
+    QTest::keyClicks(editor, u"hi"_s);
+    showSelection(u"selected elsewhere"_s);
+    QCOMPARE(editor->toPlainText(), QString());
+    m_session->prepareReply(u"selected elsewhere"_s, Language::English);
+    QCOMPARE(editor->toPlainText(), QString());
 }
 
 void TestFloatingPanelController::aLongParagraphIsShownAndCopiedWhole()
