@@ -13,7 +13,6 @@
 #include <QPainter>
 #include <QShortcut>
 #include <QVBoxLayout>
-#include <QWindow>
 
 namespace nivora {
 
@@ -75,6 +74,7 @@ void TranslationPanelView::renderMode()
 
 void TranslationPanelView::reset()
 {
+    m_dragOffset.reset();
     if (m_session.mode() != PanelMode::Selection)
         m_compose->focusEditor();
     else
@@ -99,12 +99,25 @@ bool TranslationPanelView::event(QEvent *event)
     return handled;
 }
 
+// Any place that no control takes drags the panel. The window manager's own way to
+// move a window takes the keyboard away for as long, and a panel without the
+// keyboard closes.
 void TranslationPanelView::mousePressEvent(QMouseEvent *event)
 {
-    // Any place that no control takes drags the panel.
-    QWindow *handle = window()->windowHandle();
-    if (event->button() == Qt::LeftButton && handle)
-        handle->startSystemMove();
+    if (event->button() == Qt::LeftButton)
+        m_dragOffset = window()->pos() - event->globalPosition().toPoint();
+}
+
+void TranslationPanelView::mouseMoveEvent(QMouseEvent *event)
+{
+    if (m_dragOffset)
+        window()->move(event->globalPosition().toPoint() + *m_dragOffset);
+}
+
+void TranslationPanelView::mouseReleaseEvent(QMouseEvent *event)
+{
+    if (event->button() == Qt::LeftButton)
+        m_dragOffset.reset();
 }
 
 } // namespace nivora

@@ -37,6 +37,7 @@ private Q_SLOTS:
     void itGrowsAtTheBottomWhileTextStreamsIn();
     void losingTheFocusHidesOnlyWhatNobodyMisses_data();
     void losingTheFocusHidesOnlyWhatNobodyMisses();
+    void draggingMovesItAndLeavesItOpen();
     void escapeHidesAPinnedPanel();
     void theResultIsShownAndTheMainKeyReplaces();
     void anErrorIsShownWithAWayToTryAgain();
@@ -209,6 +210,27 @@ void TestFloatingPanelController::losingTheFocusHidesOnlyWhatNobodyMisses()
     other.activateWindow();
     QVERIFY(QTest::qWaitForWindowActive(&other));
     QTEST(m_controller->panel()->isVisible(), "stays");
+}
+
+void TestFloatingPanelController::draggingMovesItAndLeavesItOpen()
+{
+    m_server->enqueue(eventStream({u"x"_s}));
+    showSelection(u"hello"_s);
+    QTRY_COMPARE(m_session->phase().kind, Phase::Kind::Done);
+    // A change of height would bring it back.
+    QTRY_COMPARE(named<QTextEdit>(u"译文"_s)->toPlainText(), u"x"_s);
+    QTest::qWait(0);
+    const FloatingPanel *panel = m_controller->panel();
+    const QPoint before = panel->pos();
+    const QPoint grip(200, 16); // the header's free space
+    const QPoint way(30, 40);
+    QTest::mousePress(panel->windowHandle(), Qt::LeftButton, {}, grip);
+    QTest::mouseMove(panel->windowHandle(), grip + way);
+    QTRY_COMPARE(panel->pos(), before + way);
+    QTest::mouseRelease(panel->windowHandle(), Qt::LeftButton, {}, grip);
+    QTest::mouseMove(panel->windowHandle(), grip + way);
+    QCOMPARE(panel->pos(), before + way);
+    QVERIFY(panel->isVisible());
 }
 
 void TestFloatingPanelController::escapeHidesAPinnedPanel()

@@ -2,6 +2,8 @@
 
 #include <QWidget>
 
+#include <optional>
+
 namespace nivora {
 
 class ComposeInput;
@@ -35,6 +37,8 @@ Q_SIGNALS:
 protected:
     bool event(QEvent *event) override;
     void mousePressEvent(QMouseEvent *event) override;
+    void mouseMoveEvent(QMouseEvent *event) override;
+    void mouseReleaseEvent(QMouseEvent *event) override;
 
 private:
     void renderMode();
@@ -47,6 +51,8 @@ private:
     ResultArea *m_result;
     PanelFooter *m_footer;
     int m_reportedHeight = 0;
+    // From the pointer to the window's place, while the panel is dragged.
+    std::optional<QPoint> m_dragOffset;
 };
 
 } // namespace nivora
