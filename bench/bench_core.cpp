@@ -31,8 +31,8 @@ QByteArray eventStream(int events)
     QByteArray stream;
     for (int i = 0; i < events; ++i) {
         stream += "data: {\"id\":\"chatcmpl-1\",\"object\":\"chat.completion.chunk\",\"created\":1,"
-                  "\"model\":\"m\",\"choices\":[{\"index\":0,\"delta\":{\"content\":\"译文"
-            + QByteArray::number(i) + "\"},\"finish_reason\":null}]}\n\n";
+                  "\"model\":\"m\",\"choices\":[{\"index\":0,\"delta\":{\"content\":\"译文" +
+                  QByteArray::number(i) + "\"},\"finish_reason\":null}]}\n\n";
     }
     return stream;
 }
@@ -62,8 +62,8 @@ BENCHMARK(readEvents)->Arg(16)->Arg(200)->Arg(16'384);
 
 void readOneHugeLine(benchmark::State &state)
 {
-    const QByteArray line = "data: {\"choices\":[{\"delta\":{\"content\":\""
-        + QByteArray(10 * 1024 * 1024, 'x') + "\"}}]}\n";
+    const QByteArray line = "data: {\"choices\":[{\"delta\":{\"content\":\"" +
+                            QByteArray(10 * 1024 * 1024, 'x') + "\"}}]}\n";
     for (auto _ : state) {
         LineSplitter splitter;
         qsizetype length = 0;
@@ -85,8 +85,8 @@ std::vector<GlossaryTerm> glossary()
 {
     std::vector<GlossaryTerm> terms;
     for (int i = 0; i < 10'000; ++i) {
-        const QString zh = u"术语"_s + QChar(0x4E00 + i % 2000) + QChar(0x5E00 + i / 2000)
-            + QChar(0x6000 + i % 777);
+        const QString zh = u"术语"_s + QChar(0x4E00 + i % 2000) + QChar(0x5E00 + i / 2000) +
+                           QChar(0x6000 + i % 777);
         terms.push_back({QUuid::createUuid(), zh, u"用語"_s + QString::number(i)});
     }
     return terms;

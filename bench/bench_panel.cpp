@@ -48,8 +48,8 @@ void streamPieces(benchmark::State &state)
             bench.session.setSource(u"hello"_s, true, std::nullopt);
             bench.controller.show(PanelMode::Selection, std::nullopt);
             state.ResumeTiming();
-            while (bench.session.phase().kind != Phase::Kind::Done
-                   && bench.session.phase().kind != Phase::Kind::Error)
+            while (bench.session.phase().kind != Phase::Kind::Done &&
+                   bench.session.phase().kind != Phase::Kind::Error)
                 QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
             state.PauseTiming();
             if (bench.session.translatedText().size() != 2 * state.range(0))
@@ -57,9 +57,9 @@ void streamPieces(benchmark::State &state)
         }
         state.ResumeTiming();
     }
-    state.counters["per piece"] = benchmark::Counter(
-        double(state.iterations() * state.range(0)),
-        benchmark::Counter::kIsRate | benchmark::Counter::kInvert);
+    state.counters["per piece"] =
+        benchmark::Counter(double(state.iterations() * state.range(0)),
+                           benchmark::Counter::kIsRate | benchmark::Counter::kInvert);
 }
 BENCHMARK(streamPieces)->Arg(1)->Arg(1000)->Arg(50'000)->Unit(benchmark::kMillisecond);
 
@@ -87,13 +87,20 @@ void paintOnePieceMore(benchmark::State &state)
         panel->repaint();
     }
 }
-BENCHMARK(paintOnePieceMore)->Arg(1)->Arg(1000)->Arg(50'000)->Unit(benchmark::kMicrosecond)->Iterations(50);
+BENCHMARK(paintOnePieceMore)
+    ->Arg(1)
+    ->Arg(1000)
+    ->Arg(50'000)
+    ->Unit(benchmark::kMicrosecond)
+    ->Iterations(50);
 
 // Show and hide, painted.
 void showPanel(benchmark::State &state)
 {
     Bench bench;
-    bench.session.historyLookup = [](const QString &, Language) { return std::optional(u"译文"_s); };
+    bench.session.historyLookup = [](const QString &, Language) {
+        return std::optional(u"译文"_s);
+    };
     bench.session.setSource(u"hello"_s, true, std::nullopt);
     bench.controller.prepare();
     for (auto _ : state) {

@@ -15,7 +15,8 @@ const auto emailKey = u"accountEmail"_s;
 } // namespace
 
 AuthStore::AuthStore(platform::Preferences &preferences, KeychainStore &keychain)
-    : m_preferences(preferences), m_keychain(keychain)
+    : m_preferences(preferences)
+    , m_keychain(keychain)
 {
     if (isSignedIn())
         m_email = m_preferences.string(emailKey).value_or(QString());

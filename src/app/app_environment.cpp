@@ -6,7 +6,10 @@
 
 namespace nivora {
 
-AppEnvironment::AppEnvironment() : m_desktopIsDark(isDark(QApplication::palette())) {}
+AppEnvironment::AppEnvironment()
+    : m_desktopIsDark(isDark(QApplication::palette()))
+{
+}
 
 void AppEnvironment::applyTheme(const QString &mode)
 {

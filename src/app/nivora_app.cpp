@@ -24,6 +24,7 @@ NivoraApp::NivoraApp(const platform::Services &services, const QUrl &cloudEndpoi
     QObject::connect(&tray, &TrayIcon::panelRequested, &coordinator, &AppCoordinator::showPanel);
     QObject::connect(&tray, &TrayIcon::quitRequested, qApp, &QCoreApplication::quit);
     coordinator.onSignInRequired = [&tray] {
+        qCInfo(log::app) << "Nobody is signed in to the cloud: nothing was translated";
         tray.notify(QCoreApplication::translate("NivoraApp", "请先登录，或在设置中使用自建后端。"));
     };
 }

@@ -9,8 +9,7 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace nivora {
 
-bool LineSplitter::emitLine(QByteArrayView tail,
-                            const std::function<bool(QByteArrayView)> &line)
+bool LineSplitter::emitLine(QByteArrayView tail, const std::function<bool(QByteArrayView)> &line)
 {
     if (m_pending.isEmpty() && !m_overlong)
         return line(tail); // the usual case: nothing is copied

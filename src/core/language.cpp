@@ -24,8 +24,8 @@ struct LanguageEntry
 };
 
 constexpr LanguageEntry entries[] = {
-    {Language::Chinese, "chinese"_L1, QT_TRANSLATE_NOOP3("Language", "中文", "language name: Chinese"),
-     u"中文", "zh-CN"_L1},
+    {Language::Chinese, "chinese"_L1,
+     QT_TRANSLATE_NOOP3("Language", "中文", "language name: Chinese"), u"中文", "zh-CN"_L1},
     {Language::Japanese, "japanese"_L1,
      QT_TRANSLATE_NOOP3("Language", "日本語", "language name: Japanese"), u"日语", "ja-JP"_L1},
     {Language::English, "english"_L1,
@@ -37,12 +37,13 @@ constexpr LanguageEntry entries[] = {
      "zh-TW"_L1},
     {Language::Cantonese, "cantonese"_L1,
      QT_TRANSLATE_NOOP3("Language", "粤语", "language name: Cantonese"), u"粤语", "zh-HK"_L1},
-    {Language::Auto, "auto"_L1, QT_TRANSLATE_NOOP3("Language", "自动", "auto-detect source language"),
-     u"中文", "zh-CN"_L1},
+    {Language::Auto, "auto"_L1,
+     QT_TRANSLATE_NOOP3("Language", "自动", "auto-detect source language"), u"中文", "zh-CN"_L1},
     {Language::Romaji, "romaji"_L1,
      QT_TRANSLATE_NOOP3("Language", "罗马字", "target: romaji transcription"), u"中文", "zh-CN"_L1},
     {Language::Hiragana, "hiragana"_L1,
-     QT_TRANSLATE_NOOP3("Language", "平假名", "reading: hiragana transcription"), u"中文", "zh-CN"_L1},
+     QT_TRANSLATE_NOOP3("Language", "平假名", "reading: hiragana transcription"), u"中文",
+     "zh-CN"_L1},
 };
 
 const LanguageEntry &entry(Language language)

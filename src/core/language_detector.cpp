@@ -31,11 +31,11 @@ ScriptCounts countScripts(QStringView text)
             ++counts.hiragana;
         } else if (within(c, 0x30A0, 0x30FF) || within(c, 0xFF66, 0xFF9D)) {
             ++counts.katakana;
-        } else if (within(c, 0x3130, 0x318F) || within(c, 0xAC00, 0xD7A3)
-                   || within(c, 0x1100, 0x11FF)) {
+        } else if (within(c, 0x3130, 0x318F) || within(c, 0xAC00, 0xD7A3) ||
+                   within(c, 0x1100, 0x11FF)) {
             ++counts.hangul;
-        } else if (within(c, 0xF900, 0xFAFF) || within(c, 0x4E00, 0x9FFF)
-                   || within(c, 0x3400, 0x4DBF)) {
+        } else if (within(c, 0xF900, 0xFAFF) || within(c, 0x4E00, 0x9FFF) ||
+                   within(c, 0x3400, 0x4DBF)) {
             ++counts.han;
         }
     }
@@ -80,8 +80,8 @@ MarkerHits countMarkers(QStringView text)
             continue;
         if (i + 1 < text.size()) {
             const char32_t next = i + 2 < text.size() && text[i + 1].isHighSurrogate()
-                ? QChar::surrogateToUcs4(text[i + 1], text[i + 2])
-                : text[i + 1].unicode();
+                                      ? QChar::surrogateToUcs4(text[i + 1], text[i + 2])
+                                      : text[i + 1].unicode();
             if (QChar::isMark(next) || next == 0x200C || next == 0x200D)
                 continue;
         }

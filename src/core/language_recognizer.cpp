@@ -40,9 +40,9 @@ int scriptBalance(QStringView text, bool &seen)
 
 bool isHan(QChar c)
 {
-    return (c.unicode() >= 0x3400 && c.unicode() <= 0x4DBF)
-        || (c.unicode() >= 0x4E00 && c.unicode() <= 0x9FFF)
-        || (c.unicode() >= 0xF900 && c.unicode() <= 0xFAFF);
+    return (c.unicode() >= 0x3400 && c.unicode() <= 0x4DBF) ||
+           (c.unicode() >= 0x4E00 && c.unicode() <= 0x9FFF) ||
+           (c.unicode() >= 0xF900 && c.unicode() <= 0xFAFF);
 }
 
 std::optional<RecognizedLanguage> statisticalVerdict(QStringView text)
@@ -91,7 +91,8 @@ std::optional<RecognizedLanguage> recognizeLanguage(QStringView text)
 
     const auto verdict = statisticalVerdict(text);
     // Ideographs that both scripts share are no ground for "traditional".
-    if (!seen && verdict == RecognizedLanguage::TraditionalChinese && std::ranges::any_of(text, isHan))
+    if (!seen && verdict == RecognizedLanguage::TraditionalChinese &&
+        std::ranges::any_of(text, isHan))
         return RecognizedLanguage::SimplifiedChinese;
     return verdict;
 }

@@ -40,8 +40,9 @@ QString PromptTemplate::render(const QString &promptTemplate,
 QString SimplePrompt::variants(const QString &text, Language target, std::optional<int> count)
 {
     // Joined by hand: a text may itself hold what looks like an argument mark.
-    return u"请将以下文本翻译为"_s + promptName(target) + u"，给出"_s
-        + QString::number(count.value_or(3)) + u"种不同语气的说法，每行一种，只输出结果：\n\n"_s + text;
+    return u"请将以下文本翻译为"_s + promptName(target) + u"，给出"_s +
+           QString::number(count.value_or(3)) + u"种不同语气的说法，每行一种，只输出结果：\n\n"_s +
+           text;
 }
 
 } // namespace nivora

@@ -35,22 +35,22 @@ QUrl appendPath(const QUrl &base, QStringView path)
 bool isSameOrigin(const QUrl &one, const QUrl &other)
 {
     const int standard = one.scheme() == u"https" ? 443 : 80;
-    return one.scheme() == other.scheme() && one.host() == other.host()
-        && one.port(standard) == other.port(standard);
+    return one.scheme() == other.scheme() && one.host() == other.host() &&
+           one.port(standard) == other.port(standard);
 }
 
 // A value with a control character would end the header line and start another.
 bool isHeaderValue(const QByteArray &value)
 {
-    return std::ranges::none_of(value, [](char c) { return static_cast<uchar>(c) < 0x20 || c == 0x7F; });
+    return std::ranges::none_of(value,
+                                [](char c) { return static_cast<uchar>(c) < 0x20 || c == 0x7F; });
 }
 
 QJsonObject userEndpointBody(const QString &prompt, const QString &model)
 {
     return {
         {u"model"_s, model},
-        {u"messages"_s,
-         QJsonArray{QJsonObject{{u"role"_s, u"user"_s}, {u"content"_s, prompt}}}},
+        {u"messages"_s, QJsonArray{QJsonObject{{u"role"_s, u"user"_s}, {u"content"_s, prompt}}}},
         {u"temperature"_s, 0},
         {u"stream"_s, true},
         {u"stream_options"_s, QJsonObject{{u"include_usage"_s, true}}},
@@ -64,7 +64,11 @@ QJsonObject userEndpointBody(const QString &prompt, const QString &model)
 class SingleUseBody final : public QIODevice
 {
 public:
-    explicit SingleUseBody(const QByteArray &bytes) : m_bytes(bytes) { open(QIODevice::ReadOnly); }
+    explicit SingleUseBody(const QByteArray &bytes)
+        : m_bytes(bytes)
+    {
+        open(QIODevice::ReadOnly);
+    }
 
     bool isSequential() const override { return true; }
     bool reset() override { return false; }
@@ -139,9 +143,9 @@ private:
     platform::Task m_pause; // before the next attempt
     int m_redirects = 0;
     bool m_retried = false;
-    bool m_accepted = false;   // a status from 200 to 299 has arrived
-    bool m_delivered = false;  // a piece has been given
-    bool m_ended = false;      // no further line counts
+    bool m_accepted = false;  // a status from 200 to 299 has arrived
+    bool m_delivered = false; // a piece has been given
+    bool m_ended = false;     // no further line counts
 };
 
 void StreamOperation::send()
@@ -235,8 +239,8 @@ void StreamOperation::onReplyFinished()
     if (error != QNetworkReply::NoError && !isWholeDespite(error))
         return failOrRetry(networkFault(error), m_reply->errorString());
     if (!m_accepted) {
-        return end(TranslationError::network(
-            QCoreApplication::translate("TranslationError", "无效响应", "error: invalid response")));
+        return end(TranslationError::network(QCoreApplication::translate(
+            "TranslationError", "无效响应", "error: invalid response")));
     }
     m_lines.finish([this](QByteArrayView line) { return onLine(line); });
     if (isRunning())
@@ -298,8 +302,8 @@ platform::Task TranslationEngine::translate(const QString &text, Language target
                                             const TranslationOptions &options,
                                             const TranslationConfig &config, Callbacks callbacks)
 {
-    QNetworkRequest request(appendPath(config.apiBaseURL,
-                                       config.cloud ? u"v1/translate" : u"v1/chat/completions"));
+    QNetworkRequest request(
+        appendPath(config.apiBaseURL, config.cloud ? u"v1/translate" : u"v1/chat/completions"));
     request.setHeader(QNetworkRequest::ContentTypeHeader, "application/json"_ba);
     request.setRawHeader("Accept"_ba, "text/event-stream"_ba);
     // Sends the body as it is read, so that it is read once.
@@ -309,23 +313,24 @@ platform::Task TranslationEngine::translate(const QString &text, Language target
     const QByteArray token = config.apiToken.trimmed();
     if (!token.isEmpty()) {
         if (!isHeaderValue(token)) {
-            const auto error = TranslationError::network(QCoreApplication::translate(
-                "TranslationError", "密钥含有无法发送的字符", "error: control characters in the API key"));
+            const auto error = TranslationError::network(
+                QCoreApplication::translate("TranslationError", "密钥含有无法发送的字符",
+                                            "error: control characters in the API key"));
             return platform::Task(new StreamOperation(m_session, error, std::move(callbacks)));
         }
         request.setRawHeader("Authorization"_ba, "Bearer " + token);
     }
 
-    const QJsonObject body = config.cloud
-        ? translateBody(text, target, options, /*stream=*/true)
-        : userEndpointBody(
-              PromptTemplate::render(config.translateTemplate,
-                                     PromptTemplate::translateVariables(text, target, options)),
-              config.modelName);
-    return platform::Task(
-        new StreamOperation(m_session, std::move(request),
-                            QJsonDocument(body).toJson(QJsonDocument::Compact),
-                            std::move(callbacks)));
+    const QJsonObject body =
+        config.cloud
+            ? translateBody(text, target, options, /*stream=*/true)
+            : userEndpointBody(
+                  PromptTemplate::render(config.translateTemplate,
+                                         PromptTemplate::translateVariables(text, target, options)),
+                  config.modelName);
+    return platform::Task(new StreamOperation(m_session, std::move(request),
+                                              QJsonDocument(body).toJson(QJsonDocument::Compact),
+                                              std::move(callbacks)));
 }
 
 QJsonObject TranslationEngine::translateBody(const QString &text, Language target,

@@ -91,12 +91,14 @@ QString TranslationError::errorDescription() const
     constexpr auto context = "TranslationError";
     switch (m_kind) {
     case Kind::Http:
-        return QCoreApplication::translate(context, "服务返回错误 (HTTP %1)。", "error: http status")
+        return QCoreApplication::translate(context, "服务返回错误 (HTTP %1)。",
+                                           "error: http status")
             .arg(m_status);
     case Kind::Network:
         return QCoreApplication::translate(context, "网络错误：%1", "error: network").arg(m_text);
     case Kind::EmptyResponse:
-        return QCoreApplication::translate(context, "未收到译文，请重试。", "error: empty response");
+        return QCoreApplication::translate(context, "未收到译文，请重试。",
+                                           "error: empty response");
     case Kind::Timeout:
         return QCoreApplication::translate(context, "请求超时（模型可能正在加载，请重试）。",
                                            "error: timeout");

@@ -21,9 +21,20 @@ constexpr KeyChord terminalPasteChord{Qt::Key_V, Qt::ControlModifier | Qt::Shift
 
 // Window classes in lower case. These copy with Ctrl+Insert...
 constexpr std::array vteTerminals{
-    "deepin-terminal"_L1, "gnome-terminal"_L1, "gnome-terminal-server"_L1, "guake"_L1,
-    "kgx"_L1, "lxterminal"_L1, "mate-terminal"_L1, "org.gnome.console"_L1, "org.gnome.ptyxis"_L1,
-    "roxterm"_L1, "sakura"_L1, "terminator"_L1, "tilix"_L1, "xfce4-terminal"_L1,
+    "deepin-terminal"_L1,
+    "gnome-terminal"_L1,
+    "gnome-terminal-server"_L1,
+    "guake"_L1,
+    "kgx"_L1,
+    "lxterminal"_L1,
+    "mate-terminal"_L1,
+    "org.gnome.console"_L1,
+    "org.gnome.ptyxis"_L1,
+    "roxterm"_L1,
+    "sakura"_L1,
+    "terminator"_L1,
+    "tilix"_L1,
+    "xfce4-terminal"_L1,
 };
 // ...these have no gesture that is known to be safe...
 constexpr std::array otherTerminals{

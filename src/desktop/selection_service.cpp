@@ -25,7 +25,7 @@ using platform::Selection;
 
 namespace {
 
-constexpr auto settleTime = 50ms;         // lets the trigger's own keys arrive
+constexpr auto settleTime = 50ms;          // lets the trigger's own keys arrive
 constexpr auto accessibilityBound = 350ms; // the interface promises 300 ms
 constexpr auto exposureBound = 250ms;
 constexpr auto exposureStep = 40ms;
@@ -50,11 +50,9 @@ QString orQuestionMark(const QString &text)
 
 void logCaptured(QStringView how, const Selection &selection)
 {
-    qCDebug(log::selection).noquote()
-        << u"%1: 字符=%2, 有边界=%3, focusedEditable=%4"_s.arg(
-               how, QString::number(platform::characterCount(selection.text)),
-               QString::number(selection.screenRect.has_value()),
-               describe(selection.focusedEditable));
+    qCDebug(log::selection).noquote() << u"%1: 字符=%2, 有边界=%3, focusedEditable=%4"_s.arg(
+        how, QString::number(platform::characterCount(selection.text)),
+        QString::number(selection.screenRect.has_value()), describe(selection.focusedEditable));
 }
 
 FocusDiag focusDiag(const FocusedElement &element, std::optional<bool> editable, bool exposed)
@@ -80,21 +78,18 @@ Selection SelectionService::capture() const
     // A trigger pressed over our own panel is about the program behind it: the
     // accessibility layer still knows that one's element, but no key press and
     // no other read would reach it.
-    selection.overOwnWindow =
-        front && front->processId == QCoreApplication::applicationPid();
+    selection.overOwnWindow = front && front->processId == QCoreApplication::applicationPid();
     if (!selection.overOwnWindow)
         selection.window = front;
 
     const auto element = focusedElement(selection.window ? selection.window->processId : 0);
     if (element) {
         selection.focusedEditable = editability(*element);
-        qCDebug(log::selection).noquote()
-            << u"聚焦: app=%1 role=%2 editable=%3"_s.arg(orQuestionMark(element->applicationName),
-                                                         orQuestionMark(element->role),
-                                                         describe(selection.focusedEditable));
-        selection.diag =
-            focusDiag(*element, selection.focusedEditable,
-                      m_services.accessibility.requestExposure(element->processId));
+        qCDebug(log::selection).noquote() << u"聚焦: app=%1 role=%2 editable=%3"_s.arg(
+            orQuestionMark(element->applicationName), orQuestionMark(element->role),
+            describe(selection.focusedEditable));
+        selection.diag = focusDiag(*element, selection.focusedEditable,
+                                   m_services.accessibility.requestExposure(element->processId));
         selection.screenRect = selectedTextBounds(*element);
         if (!selection.screenRect && selection.focusedEditable == true)
             selection.screenRect = elementFrame(*element);
@@ -123,10 +118,9 @@ Selection SelectionService::capture() const
         }
     }
 
-    qCDebug(log::selection).noquote()
-        << u"未捕获到选区, 进入空输入态, 有边界=%1, 可编辑=%2"_s.arg(
-               QString::number(selection.screenRect.has_value()),
-               describe(selection.focusedEditable, u"未知"_s));
+    qCDebug(log::selection).noquote() << u"未捕获到选区, 进入空输入态, 有边界=%1, 可编辑=%2"_s.arg(
+        QString::number(selection.screenRect.has_value()),
+        describe(selection.focusedEditable, u"未知"_s));
     return selection;
 }
 
@@ -160,8 +154,8 @@ std::optional<FocusedElement> SelectionService::readFocusedElement() const
 
 std::optional<bool> SelectionService::editability(const FocusedElement &element)
 {
-    if (element.role == u"AXTextField" || element.role == u"AXTextArea"
-        || element.role == u"AXComboBox")
+    if (element.role == u"AXTextField" || element.role == u"AXTextArea" ||
+        element.role == u"AXComboBox")
         return true;
     if (element.subrole == u"AXSecureTextField" || element.subrole == u"AXSearchField")
         return true;
@@ -188,11 +182,10 @@ std::optional<QRectF> SelectionService::selectedTextBounds(const FocusedElement 
         qCDebug(log::selection).noquote() << u"边界: 矩形为空"_s;
         return std::nullopt;
     }
-    qCDebug(log::selection).noquote()
-        << u"边界原始: x=%1 y=%2 w=%3 h=%4"_s.arg(qint64(bounds.x()))
-               .arg(qint64(bounds.y()))
-               .arg(qint64(bounds.width()))
-               .arg(qint64(bounds.height()));
+    qCDebug(log::selection).noquote() << u"边界原始: x=%1 y=%2 w=%3 h=%4"_s.arg(qint64(bounds.x()))
+                                             .arg(qint64(bounds.y()))
+                                             .arg(qint64(bounds.width()))
+                                             .arg(qint64(bounds.height()));
     if (bounds.height() > tallestSelection) {
         qCDebug(log::selection).noquote()
             << u"边界: 高度%1>120 视为大框, 回退鼠标"_s.arg(qint64(bounds.height()));

@@ -34,8 +34,8 @@ std::optional<FocusDiag> FocusDiag::fromJson(const QByteArray &json)
 {
     const QJsonObject object = QJsonDocument::fromJson(json).object();
     const auto isText = [&](QStringView key) { return object[key].isString(); };
-    if (!isText(u"app") || !isText(u"role") || !isText(u"subrole") || !isText(u"editable")
-        || !isText(u"scene") || !object[u"manualAX"].isBool() || !object[u"attrs"].isArray())
+    if (!isText(u"app") || !isText(u"role") || !isText(u"subrole") || !isText(u"editable") ||
+        !isText(u"scene") || !object[u"manualAX"].isBool() || !object[u"attrs"].isArray())
         return std::nullopt;
     FocusDiag diag;
     for (const auto &name : object[u"attrs"].toArray()) {

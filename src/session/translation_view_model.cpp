@@ -31,10 +31,11 @@ QString styleFor(Language target, const QString &raw)
 
 } // namespace
 
-TranslationViewModel::TranslationViewModel(TranslationEngine &engine,
-                                           const SettingsStore &settings,
+TranslationViewModel::TranslationViewModel(TranslationEngine &engine, const SettingsStore &settings,
                                            platform::Clipboard &clipboard)
-    : m_engine(engine), m_settings(settings), m_clipboard(clipboard)
+    : m_engine(engine)
+    , m_settings(settings)
+    , m_clipboard(clipboard)
 {
 }
 
@@ -45,7 +46,7 @@ void TranslationViewModel::assign(Value &field, Value value,
     if (field == value)
         return;
     field = std::move(value);
-    Q_EMIT (this->*changed)();
+    Q_EMIT(this->*changed)();
 }
 
 void TranslationViewModel::setDirection(Language detected, Language target)
@@ -74,8 +75,8 @@ bool TranslationViewModel::sourceIsForeign() const
 
 bool TranslationViewModel::showReply() const
 {
-    return m_mode == PanelMode::Selection && sourceIsForeign() && !m_hasInsertTarget
-        && !m_translatedText.isEmpty();
+    return m_mode == PanelMode::Selection && sourceIsForeign() && !m_hasInsertTarget &&
+           !m_translatedText.isEmpty();
 }
 
 PrimaryAction TranslationViewModel::primaryAction() const
@@ -255,8 +256,8 @@ TranslationOptions TranslationViewModel::options(Language target) const
 
 bool TranslationViewModel::reuseHistory(const Run &run, const TranslationOptions &options)
 {
-    if (!options.background.isEmpty() || !historyLookup
-        || !options.matchedTerms(run.source, run.target).empty())
+    if (!options.background.isEmpty() || !historyLookup ||
+        !options.matchedTerms(run.source, run.target).empty())
         return false;
     const auto cached = historyLookup(run.source, run.target);
     if (!cached || cached->isEmpty())
@@ -273,13 +274,12 @@ bool TranslationViewModel::reuseHistory(const Run &run, const TranslationOptions
 void TranslationViewModel::startRun(const Run &run, const TranslationOptions &options)
 {
     assign(m_phase, Phase{Phase::Kind::Loading, {}}, &TranslationViewModel::phaseChanged);
-    qCDebug(log::translate).noquote()
-        << u"开始: %1→%2, 源字符=%3, 术语=%4 风格=%5 背景=%6"_s.arg(
-               rawValue(run.detected), rawValue(run.target),
-               QString::number(platform::characterCount(run.source)),
-               QString::number(options.matchedTerms(run.source, run.target).size()),
-               options.style.isEmpty() ? u"无"_s : options.style,
-               options.background.isEmpty() ? u"无"_s : u"有"_s);
+    qCDebug(log::translate).noquote() << u"开始: %1→%2, 源字符=%3, 术语=%4 风格=%5 背景=%6"_s.arg(
+        rawValue(run.detected), rawValue(run.target),
+        QString::number(platform::characterCount(run.source)),
+        QString::number(options.matchedTerms(run.source, run.target).size()),
+        options.style.isEmpty() ? u"无"_s : options.style,
+        options.background.isEmpty() ? u"无"_s : u"有"_s);
     m_task = m_engine.translate(
         run.source, run.target, options, m_settings.config(),
         {

@@ -146,9 +146,10 @@ TranslationConfig SettingsStore::config() const
     config.modelName = modelName.value();
     config.requestTimeout = milliseconds(requestTimeoutSec.value());
     config.translateTemplate = byoPromptTemplate.value();
-    config.apiToken = config.cloud
-        ? m_keychain.read(KeychainStore::sessionTokenAccount()).value_or(QString()).toUtf8()
-        : byoApiKey().toUtf8();
+    config.apiToken =
+        config.cloud
+            ? m_keychain.read(KeychainStore::sessionTokenAccount()).value_or(QString()).toUtf8()
+            : byoApiKey().toUtf8();
     return config;
 }
 

@@ -80,8 +80,8 @@ void ComposeInput::renderButton()
     m_translate->setAccessibleName(busy ? tr("翻译中…") : tr("翻译"));
     m_translate->updateGeometry();
     m_translate->setEnabled(!busy && !m_session.sourceText().trimmed().isEmpty());
-    m_translate->setVisible(!m_session.settings().liveTranslate.value()
-                            && m_session.translatedText().isEmpty());
+    m_translate->setVisible(!m_session.settings().liveTranslate.value() &&
+                            m_session.translatedText().isEmpty());
 }
 
 void ComposeInput::focusEditor()

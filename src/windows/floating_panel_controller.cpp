@@ -47,7 +47,9 @@ QPoint logicalPoint(const QPointF &device)
 FloatingPanelController::FloatingPanelController(TranslationViewModel &session,
                                                  const SettingsStore &settings,
                                                  platform::WindowSystem &windowSystem)
-    : m_session(session), m_settings(settings), m_windowSystem(windowSystem)
+    : m_session(session)
+    , m_settings(settings)
+    , m_windowSystem(windowSystem)
 {
 }
 
@@ -147,8 +149,8 @@ void FloatingPanelController::place(int height)
 int FloatingPanelController::targetHeight(int content) const
 {
     const QScreen *screen = m_panel->screen();
-    return clampedHeight(
-        content, screen ? std::optional(screen->availableGeometry().height()) : std::nullopt);
+    return clampedHeight(content, screen ? std::optional(screen->availableGeometry().height())
+                                         : std::nullopt);
 }
 
 void FloatingPanelController::applyDynamicHeight(int height)

@@ -21,7 +21,9 @@ constexpr qreal radius = 5;
 
 } // namespace
 
-PanelButton::PanelButton(Look look, QWidget *parent) : QAbstractButton(parent), m_look(look)
+PanelButton::PanelButton(Look look, QWidget *parent)
+    : QAbstractButton(parent)
+    , m_look(look)
 {
     setFont(textFont(textPixels));
     setAttribute(Qt::WA_Hover);
@@ -57,8 +59,8 @@ QSize PanelButton::sizeHint() const
     if (text().isEmpty())
         return symbolOnlySize;
     const bool prominent = m_look == Look::Prominent;
-    int width = fontMetrics().horizontalAdvance(text())
-        + 2 * (prominent ? prominentPadding : sidePadding);
+    int width =
+        fontMetrics().horizontalAdvance(text()) + 2 * (prominent ? prominentPadding : sidePadding);
     if (!m_symbol.isEmpty())
         width += gap + symbolSize.width();
     return {width, prominent ? prominentHeight : plainHeight};
@@ -71,8 +73,8 @@ void PanelButton::paintEvent(QPaintEvent *)
     painter.setPen(Qt::NoPen);
     const QRectF frame = rect();
     const bool hovered = isEnabled() && underMouse();
-    QColor ink = palette().color(isEnabled() ? QPalette::Active : QPalette::Disabled,
-                                 QPalette::WindowText);
+    QColor ink =
+        palette().color(isEnabled() ? QPalette::Active : QPalette::Disabled, QPalette::WindowText);
 
     if (m_look == Look::Prominent) {
         QColor fill = palette().color(QPalette::Highlight);
@@ -109,7 +111,8 @@ void PanelButton::paintEvent(QPaintEvent *)
     if (!text().isEmpty()) {
         const int padding = m_look == Look::Prominent ? prominentPadding : sidePadding;
         const QRectF textFrame = frame.adjusted(padding, 0, -padding, 0);
-        painter.drawText(textFrame, Qt::AlignLeft | Qt::AlignVCenter | Qt::TextHideMnemonic, text());
+        painter.drawText(textFrame, Qt::AlignLeft | Qt::AlignVCenter | Qt::TextHideMnemonic,
+                         text());
         symbolFrame.moveRight(textFrame.right());
     }
     if (!m_symbol.isEmpty()) {

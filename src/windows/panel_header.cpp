@@ -48,8 +48,8 @@ PanelHeader::PanelHeader(TranslationViewModel &session, QWidget *parent)
 
 void PanelHeader::renderDirection()
 {
-    m_direction->setText(displayName(m_session.detectedSource()) + u" → "_s
-                         + displayName(m_session.effectiveTarget()));
+    m_direction->setText(displayName(m_session.detectedSource()) + u" → "_s +
+                         displayName(m_session.effectiveTarget()));
     m_direction->updateGeometry();
 }
 

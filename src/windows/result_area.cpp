@@ -102,8 +102,9 @@ ResultArea::Showing ResultArea::showing() const
     case Phase::Kind::Idle:
         break;
     }
-    const bool invites = m_session.mode() != PanelMode::Selection
-        && m_session.settings().liveTranslate.value() && m_session.sourceText().trimmed().isEmpty();
+    const bool invites = m_session.mode() != PanelMode::Selection &&
+                         m_session.settings().liveTranslate.value() &&
+                         m_session.sourceText().trimmed().isEmpty();
     return invites ? Showing::Hint : Showing::Nothing;
 }
 

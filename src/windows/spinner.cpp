@@ -16,7 +16,8 @@ constexpr qreal penWidth = 1.6;
 
 } // namespace
 
-Spinner::Spinner(int side, QWidget *parent) : QWidget(parent)
+Spinner::Spinner(int side, QWidget *parent)
+    : QWidget(parent)
 {
     setFixedSize(side, side);
 }

@@ -24,7 +24,8 @@ constexpr int continuation = 1;
 
 } // namespace
 
-StreamingTextView::StreamingTextView(QWidget *parent) : QTextEdit(parent)
+StreamingTextView::StreamingTextView(QWidget *parent)
+    : QTextEdit(parent)
 {
     setReadOnly(true);
     setAcceptRichText(false);
@@ -71,8 +72,7 @@ void StreamingTextView::appendText(const QString &piece)
     if (m_flushTimer.isActive())
         return;
     // At once if the last frame is long gone, else with the next one.
-    const qint64 rest =
-        m_sinceFlush.isValid() ? frameMilliseconds - m_sinceFlush.elapsed() : 0;
+    const qint64 rest = m_sinceFlush.isValid() ? frameMilliseconds - m_sinceFlush.elapsed() : 0;
     m_flushTimer.start(int(std::max<qint64>(rest, 0)));
 }
 

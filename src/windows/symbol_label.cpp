@@ -9,7 +9,9 @@
 namespace nivora {
 
 SymbolLabel::SymbolLabel(const QString &name, Tone tone, int side, QWidget *parent)
-    : QWidget(parent), m_name(name), m_tone(tone)
+    : QWidget(parent)
+    , m_name(name)
+    , m_tone(tone)
 {
     setFixedSize(side, side);
 }
@@ -21,7 +23,8 @@ void SymbolLabel::paintEvent(QPaintEvent *)
     QPainter(this).drawPixmap(0, 0, symbolPixmap(m_name, size(), devicePixelRatioF(), color));
 }
 
-NoteLabel::NoteLabel(int pixelSize, QWidget *parent) : QLabel(parent)
+NoteLabel::NoteLabel(int pixelSize, QWidget *parent)
+    : QLabel(parent)
 {
     setFont(textFont(pixelSize));
 }

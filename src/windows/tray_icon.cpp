@@ -4,6 +4,7 @@
 
 #include <QApplication>
 #include <QMenu>
+#include <QMessageBox>
 #include <QPainter>
 #include <QPainterPath>
 
@@ -41,7 +42,9 @@ QIcon letterIcon()
 
 } // namespace
 
-TrayIcon::TrayIcon() : m_menu(std::make_unique<QMenu>()), m_icon(letterIcon())
+TrayIcon::TrayIcon()
+    : m_menu(std::make_unique<QMenu>())
+    , m_icon(letterIcon())
 {
     connect(m_menu->addAction(tr("翻译面板")), &QAction::triggered, this,
             &TrayIcon::panelRequested);
@@ -62,7 +65,17 @@ void TrayIcon::show()
 
 void TrayIcon::notify(const QString &text)
 {
-    m_icon.showMessage(u"Nivora"_s, text, m_icon.icon());
+    if (QSystemTrayIcon::isSystemTrayAvailable() && QSystemTrayIcon::supportsMessages())
+        return m_icon.showMessage(u"Nivora"_s, text, m_icon.icon());
+    if (!m_note) {
+        m_note = std::make_unique<QMessageBox>();
+        m_note->setWindowTitle(u"Nivora"_s);
+        m_note->setWindowRole(u"note"_s);
+        m_note->setModal(false);
+    }
+    m_note->setText(text);
+    m_note->show();
+    m_note->activateWindow();
 }
 
 } // namespace nivora

@@ -104,7 +104,8 @@ void TestEventStream::contentIsReadLeniently_data()
     QTest::newRow("no object") << "[]"_ba << none;
     QTest::newRow("cut off") << R"({"choices":[{"delta":{"cont)"_ba << none;
     QTest::newRow("the first choice counts")
-        << R"({"choices":[{"delta":{"content":"a"}},{"delta":{"content":"b"}}]})"_ba << text(u"a"_s);
+        << R"({"choices":[{"delta":{"content":"a"}},{"delta":{"content":"b"}}]})"_ba
+        << text(u"a"_s);
     QTest::newRow("a spoilt second choice spoils the chunk")
         << R"({"choices":[{"delta":{"content":"a"}},{"delta":7}]})"_ba << none;
 }
@@ -120,7 +121,8 @@ void TestEventStream::usageNeedsBothCounts_data()
     QTest::addColumn<QByteArray>("usage");
     QTest::addColumn<bool>("reported");
     QTest::newRow("both") << R"({"prompt_tokens":3,"completion_tokens":4})"_ba << true;
-    QTest::newRow("more than these") << R"({"prompt_tokens":3,"completion_tokens":4,"x":{}})"_ba << true;
+    QTest::newRow("more than these")
+        << R"({"prompt_tokens":3,"completion_tokens":4,"x":{}})"_ba << true;
     QTest::newRow("one") << R"({"prompt_tokens":3})"_ba << false;
     QTest::newRow("null count") << R"({"prompt_tokens":3,"completion_tokens":null})"_ba << false;
     QTest::newRow("text count") << R"({"prompt_tokens":"3","completion_tokens":4})"_ba << false;

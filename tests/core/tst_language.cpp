@@ -48,8 +48,7 @@ void TestLanguage::targetsLeaveOutTheSource_data()
     QTest::addColumn<Language>("source");
     QTest::addColumn<QList<Language>>("targets");
     QTest::newRow("japanese adds romaji")
-        << Japanese
-        << QList{Chinese, TraditionalChinese, Cantonese, Korean, English, Romaji};
+        << Japanese << QList{Chinese, TraditionalChinese, Cantonese, Korean, English, Romaji};
     QTest::newRow("chinese") << Chinese
                              << QList{TraditionalChinese, Cantonese, Japanese, Korean, English};
     const QList all{Chinese, TraditionalChinese, Cantonese, Japanese, Korean, English};
@@ -77,16 +76,17 @@ void TestLanguage::scriptsAndMarkersDecide_data()
     QTest::newRow("blanks") << u"  \n\u3000\t"_s << Verdict(R::English) << Chinese;
     QTest::newRow("digits without a verdict") << u"12345"_s << none << Chinese;
     QTest::newRow("digits with a foreign verdict") << u"12345"_s << Verdict(R::Other) << Chinese;
-    QTest::newRow("another language in Latin letters") << u"Bonjour"_s << Verdict(R::Other) << English;
+    QTest::newRow("another language in Latin letters")
+        << u"Bonjour"_s << Verdict(R::Other) << English;
     QTest::newRow("latin without a verdict") << u"ok"_s << none << English;
     QTest::newRow("accented letters count as nothing") << u"éé"_s << none << Chinese;
-    QTest::newRow("hiragana wins over han") << u"こんにちは世界"_s << Verdict(R::TraditionalChinese) << Japanese;
+    QTest::newRow("hiragana wins over han")
+        << u"こんにちは世界"_s << Verdict(R::TraditionalChinese) << Japanese;
     QTest::newRow("katakana alone") << u"カタカナ"_s << none << Japanese;
     QTest::newRow("half-width katakana") << u"ｶﾀｶﾅ"_s << none << Japanese;
-    QTest::newRow("katakana with han goes on") << u"東京タワー"_s << Verdict(R::Japanese)
-                                               << TraditionalChinese;
-    QTest::newRow("katakana with shared han") << u"人口グラフ"_s << Verdict(R::Japanese)
-                                              << Chinese;
+    QTest::newRow("katakana with han goes on")
+        << u"東京タワー"_s << Verdict(R::Japanese) << TraditionalChinese;
+    QTest::newRow("katakana with shared han") << u"人口グラフ"_s << Verdict(R::Japanese) << Chinese;
     QTest::newRow("hangul wins over han") << u"안녕 世界"_s << none << Korean;
     QTest::newRow("conjoining hangul") << u"\u1112\u1161"_s << none << Korean;
     QTest::newRow("one cantonese marker is not enough") << u"佢走"_s << none << Chinese;
@@ -95,16 +95,15 @@ void TestLanguage::scriptsAndMarkersDecide_data()
     QTest::newRow("cantonese before traditional") << u"佢哋這個"_s << none << Cantonese;
     QTest::newRow("one traditional marker") << u"這"_s << none << TraditionalChinese;
     QTest::newRow("a marker inside a longer character") << u"這\u0301"_s << none << Chinese;
-    QTest::newRow("a marker with a variation selector")
-        << u"這\U000E0100"_s << none << Chinese;
+    QTest::newRow("a marker with a variation selector") << u"這\U000E0100"_s << none << Chinese;
     QTest::newRow("seven ideographs, said to be traditional")
         << u"人山人海口口口"_s << Verdict(R::TraditionalChinese) << Chinese;
     QTest::newRow("eight ideographs, said to be traditional")
-        << u"人山人海口口口口"_s << Verdict(R::TraditionalChinese)
-        << TraditionalChinese;
-    QTest::newRow("han, said to be Japanese") << u"人山人海口口口口"_s
-                                              << Verdict(R::Japanese) << Chinese;
-    QTest::newRow("compatibility ideographs are han") << u"\uF900"_s << Verdict(R::English) << Chinese;
+        << u"人山人海口口口口"_s << Verdict(R::TraditionalChinese) << TraditionalChinese;
+    QTest::newRow("han, said to be Japanese")
+        << u"人山人海口口口口"_s << Verdict(R::Japanese) << Chinese;
+    QTest::newRow("compatibility ideographs are han")
+        << u"\uF900"_s << Verdict(R::English) << Chinese;
 }
 
 void TestLanguage::scriptsAndMarkersDecide()
@@ -130,8 +129,8 @@ void TestLanguage::realTextsAreRecognized_data()
     QTest::newRow("english") << u"Could you send me the quotation by Friday, please?"_s << English;
     QTest::newRow("japanese") << u"見積書を送ってください"_s << Japanese;
     QTest::newRow("korean") << u"견적서를 보내 주세요"_s << Korean;
-    QTest::newRow("french has letters") << u"Pourriez-vous m'envoyer le devis avant vendredi ?"_s
-                                        << English;
+    QTest::newRow("french has letters")
+        << u"Pourriez-vous m'envoyer le devis avant vendredi ?"_s << English;
     QTest::newRow("emoji") << u"🎉🎉"_s << Chinese;
     QTest::newRow("a lone surrogate") << QString(QChar(0xD800)) << Chinese;
 }

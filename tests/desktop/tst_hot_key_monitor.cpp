@@ -49,7 +49,8 @@ void TestHotKeyMonitor::doubleTapsAreToldFromTyping_data()
 {
     QTest::addColumn<Events>("events");
     QTest::addColumn<int>("triggers");
-    QTest::newRow("same key") << Events{press(left, 1s), release(left, 1050ms), press(left, 1200ms)} << 1;
+    QTest::newRow("same key") << Events{press(left, 1s), release(left, 1050ms), press(left, 1200ms)}
+                              << 1;
     QTest::newRow("left then right") << Events{press(left, 1s), press(right, 1200ms)} << 1;
     QTest::newRow("right then left") << Events{press(right, 1s), press(left, 1200ms)} << 1;
     QTest::newRow("exactly the threshold") << Events{press(left, 1s), press(left, 1300ms)} << 1;
@@ -57,10 +58,13 @@ void TestHotKeyMonitor::doubleTapsAreToldFromTyping_data()
     QTest::newRow("at time zero") << Events{press(left, 0ms), press(left, 100ms)} << 1;
     QTest::newRow("too late arms anew")
         << Events{press(left, 1s), press(left, 2s), press(left, 2100ms)} << 1;
-    QTest::newRow("three presses") << Events{press(left, 1s), press(left, 1100ms), press(left, 1200ms)} << 1;
-    QTest::newRow("four presses")
-        << Events{press(left, 1s), press(left, 1100ms), press(left, 1200ms), press(left, 1300ms)} << 2;
-    QTest::newRow("a letter in between") << Events{press(left, 1s), keyDown(1050ms), press(left, 1100ms)} << 0;
+    QTest::newRow("three presses")
+        << Events{press(left, 1s), press(left, 1100ms), press(left, 1200ms)} << 1;
+    QTest::newRow("four presses") << Events{press(left, 1s), press(left, 1100ms),
+                                            press(left, 1200ms), press(left, 1300ms)}
+                                  << 2;
+    QTest::newRow("a letter in between")
+        << Events{press(left, 1s), keyDown(1050ms), press(left, 1100ms)} << 0;
     QTest::newRow("another modifier in between")
         << Events{press(left, 1s), press(other, 1050ms), press(left, 1100ms)} << 0;
     QTest::newRow("releases alone") << Events{release(left, 1s), release(left, 1100ms)} << 0;
@@ -68,7 +72,8 @@ void TestHotKeyMonitor::doubleTapsAreToldFromTyping_data()
     QTest::newRow("one released while the other is held")
         << Events{press(left, 1s), {KeyEvent::Kind::ModifiersChanged, right, true, 1100ms}} << 1;
     QTest::newRow("an interruption keeps the first press")
-        << Events{press(left, 1s), {KeyEvent::Kind::Interrupted, other, false, 1050ms},
+        << Events{press(left, 1s),
+                  {KeyEvent::Kind::Interrupted, other, false, 1050ms},
                   press(left, 1100ms)}
         << 1;
 }

@@ -42,7 +42,8 @@ FocusedElement field(const QString &selected)
 
 platform::ClipboardContents richContents()
 {
-    return {{{"UTF8_STRING", "UTF8_STRING", 8, "mine"}, {"text/html", "text/html", 8, "<b>mine</b>"}}};
+    return {
+        {{"UTF8_STRING", "UTF8_STRING", 8, "mine"}, {"text/html", "text/html", 8, "<b>mine</b>"}}};
 }
 
 } // namespace
@@ -120,15 +121,24 @@ void TestSelectionService::editabilityIsTheFirstRuleThatMatches_data()
         change(element);
         QTest::newRow(name) << element << expected;
     };
-    row("text field", [](auto &e) { e.role = u"AXTextField"_s; }, true);
-    row("combo box", [](auto &e) { e.role = u"AXComboBox"_s; }, true);
-    row("password", [](auto &e) { e.subrole = u"AXSecureTextField"_s; }, true);
-    row("settable value", [](auto &e) { e.valueSettable = true; }, true);
-    row("settable selection", [](auto &e) { e.selectedTextSettable = true; }, true);
-    row("a range only", [](auto &e) { e.selectedTextRange.emplace(); }, false);
-    row("a count only", [](auto &e) { e.characterCount = 0; }, false);
-    row("a line only", [](auto &e) { e.insertionPointLine = 0; }, false);
-    row("nothing", [](auto &e) { e.role = u"AXButton"_s; }, std::nullopt);
+    row(
+        "text field", [](auto &e) { e.role = u"AXTextField"_s; }, true);
+    row(
+        "combo box", [](auto &e) { e.role = u"AXComboBox"_s; }, true);
+    row(
+        "password", [](auto &e) { e.subrole = u"AXSecureTextField"_s; }, true);
+    row(
+        "settable value", [](auto &e) { e.valueSettable = true; }, true);
+    row(
+        "settable selection", [](auto &e) { e.selectedTextSettable = true; }, true);
+    row(
+        "a range only", [](auto &e) { e.selectedTextRange.emplace(); }, false);
+    row(
+        "a count only", [](auto &e) { e.characterCount = 0; }, false);
+    row(
+        "a line only", [](auto &e) { e.insertionPointLine = 0; }, false);
+    row(
+        "nothing", [](auto &e) { e.role = u"AXButton"_s; }, std::nullopt);
 }
 
 void TestSelectionService::editabilityIsTheFirstRuleThatMatches()
@@ -147,13 +157,14 @@ void TestSelectionService::aPlaceIsOnlyGivenWhereItHelps_data()
     const QRectF small(5, 6, 300, 40);
     const std::optional<QRectF> none;
     QTest::newRow("the text itself") << true << text << small << std::optional(text);
-    QTest::newRow("a bare insertion point") << true << QRectF(1, 2, 0, 18) << small
-                                            << std::optional(QRectF(1, 2, 0, 18));
-    QTest::newRow("an empty rectangle gives way") << true << QRectF(1, 2, 0, 0) << small
-                                                  << std::optional(small);
-    QTest::newRow("tall text gives way") << true << QRectF(0, 0, 9, 121) << small << std::optional(small);
-    QTest::newRow("text as tall as allowed") << true << QRectF(0, 0, 9, 120) << small
-                                             << std::optional(QRectF(0, 0, 9, 120));
+    QTest::newRow("a bare insertion point")
+        << true << QRectF(1, 2, 0, 18) << small << std::optional(QRectF(1, 2, 0, 18));
+    QTest::newRow("an empty rectangle gives way")
+        << true << QRectF(1, 2, 0, 0) << small << std::optional(small);
+    QTest::newRow("tall text gives way")
+        << true << QRectF(0, 0, 9, 121) << small << std::optional(small);
+    QTest::newRow("text as tall as allowed")
+        << true << QRectF(0, 0, 9, 120) << small << std::optional(QRectF(0, 0, 9, 120));
     QTest::newRow("a container is no place") << true << QRectF() << QRectF(0, 0, 300, 401) << none;
     QTest::newRow("a field without width") << true << QRectF() << QRectF(0, 0, 0, 20) << none;
     QTest::newRow("a frame stands in for fields only") << false << QRectF() << small << none;
@@ -268,7 +279,8 @@ void TestSelectionService::ourOwnWindowIsSentNoKey()
     QVERIFY(selection.overOwnWindow && !selection.window);
 
     m_desktop->accessibility.setElement(std::nullopt);
-    m_desktop->primarySelection.setSelection(platform::PrimarySelection{u"x"_s, own.processId, false});
+    m_desktop->primarySelection.setSelection(
+        platform::PrimarySelection{u"x"_s, own.processId, false});
     QCOMPARE(capture().text, QString());
     QVERIFY(m_desktop->keySynthesizer.presses().empty());
 }
@@ -298,8 +310,8 @@ void TestSelectionService::aStuckProgramDoesNotHoldTheTrigger()
 
 void TestSelectionService::focusReportsGoThroughJson()
 {
-    const platform::FocusDiag diag{u"ed\"it"_s, u"AXTextArea"_s, {}, u"nil"_s, true,
-                                   {u"AXValue"_s},  u"read"_s};
+    const platform::FocusDiag diag{u"ed\"it"_s, u"AXTextArea"_s, {},       u"nil"_s,
+                                   true,        {u"AXValue"_s},  u"read"_s};
     const QByteArray json = diag.toJson();
     QCOMPARE(json, R"({"app":"ed\"it","role":"AXTextArea","subrole":"","editable":"nil",)"
                    R"("manualAX":true,"attrs":["AXValue"],"scene":"read"})"_ba);

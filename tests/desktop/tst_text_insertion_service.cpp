@@ -100,7 +100,8 @@ void TestTextInsertionService::aSlowProgramIsWaitedFor()
 
 void TestTextInsertionService::anotherWindowIsNeverPastedInto()
 {
-    m_desktop->windowSystem.setActiveWindow(platform::ForeignWindow{78, 4712, u"Other"_s, u"other"_s});
+    m_desktop->windowSystem.setActiveWindow(
+        platform::ForeignWindow{78, 4712, u"Other"_s, u"other"_s});
     TextInsertionService service(m_desktop->services());
     service.insertViaPaste(u"x"_s, editor);
     QTRY_COMPARE(m_desktop->windowSystem.activationRequests().size(), 1u);
@@ -135,7 +136,8 @@ void TestTextInsertionService::terminalsAreSentTheirOwnKeys_data()
     QTest::addColumn<QString>("className");
     QTest::addColumn<std::vector<KeyChord>>("presses");
     QTest::newRow("VTE") << u"Xfce4-terminal"_s
-                         << std::vector{KeyChord{Qt::Key_V, Qt::ControlModifier | Qt::ShiftModifier}};
+                         << std::vector{
+                                KeyChord{Qt::Key_V, Qt::ControlModifier | Qt::ShiftModifier}};
     QTest::newRow("xterm") << u"XTerm"_s << std::vector<KeyChord>{};
 }
 

@@ -95,8 +95,9 @@ void TestTranslationViewModel::init()
 
 void TestTranslationViewModel::aTextFromOutsideRunsToItsEnd()
 {
-    m_server->enqueue(eventStream({u"お見積もりを"_s, u"送ってください。"_s},
-                                  {.usage = localcloud::TokenCounts{12, 7}, .translationId = "id-1"}));
+    m_server->enqueue(
+        eventStream({u"お見積もりを"_s, u"送ってください。"_s},
+                    {.usage = localcloud::TokenCounts{12, 7}, .translationId = "id-1"}));
     QSignalSpy phases(m_session.get(), &TranslationViewModel::phaseChanged);
     platform::FocusDiag focus;
     focus.app = u"editor"_s;
@@ -142,7 +143,8 @@ void TestTranslationViewModel::blanksAreNotSent()
 
 void TestTranslationViewModel::anErrorKeepsWhatHasArrived()
 {
-    m_server->enqueue(eventStream({u"一"_s, u"二"_s, u"三"_s}).cutAfter(2, localcloud::step::Reset{}));
+    m_server->enqueue(
+        eventStream({u"一"_s, u"二"_s, u"三"_s}).cutAfter(2, localcloud::step::Reset{}));
     m_session->setSource(u"one two three"_s, true, std::nullopt);
     QTRY_COMPARE(phase(), Phase::Kind::Error);
     QCOMPARE(m_session->phase().message, TranslationError::cannotConnect().errorDescription());
@@ -323,7 +325,8 @@ void TestTranslationViewModel::stylesReachJapaneseRequestsOnly_data()
     QTest::addColumn<QString>("source");
     QTest::addColumn<QJsonValue>("style");
     QTest::newRow("polite") << u"polite"_s << u"报价"_s << QJsonValue(u"礼貌、丁寧語"_s);
-    QTest::newRow("business") << u"business"_s << u"报价"_s << QJsonValue(u"商务敬语、ビジネス文体"_s);
+    QTest::newRow("business") << u"business"_s << u"报价"_s
+                              << QJsonValue(u"商务敬语、ビジネス文体"_s);
     QTest::newRow("normal") << u"normal"_s << u"报价"_s << QJsonValue(QJsonValue::Undefined);
     QTest::newRow("unknown") << u"x"_s << u"报价"_s << QJsonValue(QJsonValue::Undefined);
     QTest::newRow("into Chinese") << u"polite"_s << u"hello"_s << QJsonValue(QJsonValue::Undefined);
@@ -373,7 +376,9 @@ void TestTranslationViewModel::historyIsNotAskedWhereTheResultMayDiffer()
     QFETCH(bool, background);
     QFETCH(bool, term);
     QFETCH(QString, cached);
-    m_session->historyLookup = [cached](const QString &, Language) { return std::optional(cached); };
+    m_session->historyLookup = [cached](const QString &, Language) {
+        return std::optional(cached);
+    };
     m_session->glossaryProvider = [term] {
         const QString zh = term ? u"报价"_s : u"合同"_s;
         return std::vector<GlossaryTerm>{{QUuid::createUuid(), zh, u"見積もり"_s}};

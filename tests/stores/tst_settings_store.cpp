@@ -18,7 +18,8 @@ const QUrl cloud(u"https://api.nivora.example"_s);
 struct Process
 {
     explicit Process(memory::MemoryPreferences &preferences, memory::MemorySecretStore &secrets)
-        : keychain(secrets), settings(preferences, keychain, cloud)
+        : keychain(secrets)
+        , settings(preferences, keychain, cloud)
     {
     }
     KeychainStore keychain;
@@ -145,7 +146,8 @@ void TestSettingsStore::storedAddressesDecideTheBackend_data()
     const QString own = u"http://10.0.0.1:8000/v1"_s;
     QTest::newRow("own host") << own << none << own << true << QUrl(own);
     QTest::newRow("own host, switched off") << own << std::optional(false) << own << false << cloud;
-    QTest::newRow("cloud host") << u"https://api.nivora.example/x"_s << none << u""_s << false << cloud;
+    QTest::newRow("cloud host") << u"https://api.nivora.example/x"_s << none << u""_s << false
+                                << cloud;
     QTest::newRow("cloud host in capitals counts as another")
         << u"https://API.nivora.example"_s << none << u"https://API.nivora.example"_s << true
         << QUrl(u"https://api.nivora.example"_s);
@@ -153,7 +155,8 @@ void TestSettingsStore::storedAddressesDecideTheBackend_data()
     QTest::newRow("no host") << u"http://"_s << none << u""_s << false << cloud;
     QTest::newRow("host and port only") << u"localhost:8080"_s << none << u""_s << false << cloud;
     QTest::newRow("nonsense") << u"http://[::1"_s << none << u""_s << false << cloud;
-    QTest::newRow("chosen without an address") << u""_s << std::optional(true) << u""_s << true << cloud;
+    QTest::newRow("chosen without an address")
+        << u""_s << std::optional(true) << u""_s << true << cloud;
 }
 
 void TestSettingsStore::storedAddressesDecideTheBackend()

@@ -87,11 +87,13 @@ void TestFloatingPanelController::init()
     QVERIFY(m_server->listen());
     m_desktop = std::make_unique<memory::MemoryDesktop>();
     m_keychain = std::make_unique<KeychainStore>(m_desktop->secrets);
-    m_settings = std::make_unique<SettingsStore>(m_desktop->preferences, *m_keychain, m_server->url());
+    m_settings =
+        std::make_unique<SettingsStore>(m_desktop->preferences, *m_keychain, m_server->url());
     m_engine = std::make_unique<TranslationEngine>();
-    m_session = std::make_unique<TranslationViewModel>(*m_engine, *m_settings, m_desktop->clipboard);
-    m_controller = std::make_unique<FloatingPanelController>(*m_session, *m_settings,
-                                                             m_desktop->windowSystem);
+    m_session =
+        std::make_unique<TranslationViewModel>(*m_engine, *m_settings, m_desktop->clipboard);
+    m_controller =
+        std::make_unique<FloatingPanelController>(*m_session, *m_settings, m_desktop->windowSystem);
 }
 
 void TestFloatingPanelController::theHeightFollowsTheContentWithinBounds_data()
@@ -181,7 +183,8 @@ void TestFloatingPanelController::losingTheFocusHidesOnlyWhatNobodyMisses_data()
     QTest::addColumn<bool>("stays");
     QTest::newRow("selection") << true << false << PanelMode::Selection << u""_s << false;
     QTest::newRow("selection, pinned") << true << true << PanelMode::Selection << u""_s << true;
-    QTest::newRow("selection, switched off") << false << false << PanelMode::Selection << u""_s << true;
+    QTest::newRow("selection, switched off")
+        << false << false << PanelMode::Selection << u""_s << true;
     QTest::newRow("compose, empty") << true << false << PanelMode::Compose << u" \n"_s << false;
     QTest::newRow("compose, typed") << true << false << PanelMode::Compose << u"甲"_s << true;
     QTest::newRow("reply, typed") << true << false << PanelMode::Reply << u"甲"_s << true;
@@ -247,7 +250,8 @@ void TestFloatingPanelController::theResultIsShownAndTheMainKeyReplaces()
 {
     QString inserted;
     m_session->insertHandler = [&](const QString &text) { inserted = text; };
-    m_server->enqueue(eventStream({u"お見積"_s, u"もり"_s}, {.usage = localcloud::TokenCounts{2, 3}}));
+    m_server->enqueue(
+        eventStream({u"お見積"_s, u"もり"_s}, {.usage = localcloud::TokenCounts{2, 3}}));
     showSelection(u"报价"_s);
     QVERIFY(button(u"中文 → 日本語"_s));
     QVERIFY(!named<QAbstractButton>(u"复制译文"_s));

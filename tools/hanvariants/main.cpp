@@ -39,8 +39,8 @@ int main()
 {
     std::vector<bool> toSimplified;
     std::vector<bool> toTraditional;
-    if (!changed("Traditional-Simplified", toSimplified)
-        || !changed("Simplified-Traditional", toTraditional))
+    if (!changed("Traditional-Simplified", toSimplified) ||
+        !changed("Simplified-Traditional", toTraditional))
         return 1;
 
     std::printf("#pragma once\n\nnamespace nivora {\n\n"
@@ -54,7 +54,7 @@ int main()
         for (std::size_t k = 0; k < 4 && i + k < toSimplified.size(); ++k) {
             // What both directions change belongs to neither script alone.
             const unsigned variant = toSimplified[i + k] == toTraditional[i + k] ? 0
-                : toSimplified[i + k]                                            ? 1
+                                     : toSimplified[i + k]                       ? 1
                                                                                  : 2;
             packed |= variant << (k * 2);
         }

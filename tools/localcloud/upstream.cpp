@@ -70,8 +70,8 @@ private:
         // Every status of 400 and more is an error of the reply too. And on a
         // connection that has served before, Qt 6.4 may take a reset in the middle
         // of a stream for its end.
-        const bool cut = m_reply->rawHeader("Content-Type").startsWith("text/event-stream")
-            && !m_tail.contains("[DONE]");
+        const bool cut = m_reply->rawHeader("Content-Type").startsWith("text/event-stream") &&
+                         !m_tail.contains("[DONE]");
         const bool broken = (m_reply->error() != QNetworkReply::NoError || cut) && status() < 400;
         if (broken && m_started) {
             m_answer.fail();

@@ -33,7 +33,10 @@ class ApplicationObject : public QObject
     Q_CLASSINFO("D-Bus Interface", "org.freedesktop.Application")
 
 public:
-    explicit ApplicationObject(DBusApplication &application) : m_application(application) {}
+    explicit ApplicationObject(DBusApplication &application)
+        : m_application(application)
+    {
+    }
 
 public Q_SLOTS:
     void Activate(const QVariantMap &) { Q_EMIT m_application.activated(); }
@@ -64,15 +67,15 @@ public:
     explicit AcquireOperation(std::function<void(DBusApplication::Role)> done)
         : m_done(std::move(done))
     {
-        auto request = QDBusMessage::createMethodCall(
-            u"org.freedesktop.DBus"_s, u"/org/freedesktop/DBus"_s, u"org.freedesktop.DBus"_s,
-            u"RequestName"_s);
+        auto request =
+            QDBusMessage::createMethodCall(u"org.freedesktop.DBus"_s, u"/org/freedesktop/DBus"_s,
+                                           u"org.freedesktop.DBus"_s, u"RequestName"_s);
         request << busName << doNotQueue;
         call(request, [this] {
             const QDBusPendingReply<uint> reply(*m_watcher);
             // Where the bus does not answer, nobody else can be reached either.
-            const bool taken = reply.isValid() && reply.value() != primaryOwner
-                && reply.value() != alreadyOwner;
+            const bool taken =
+                reply.isValid() && reply.value() != primaryOwner && reply.value() != alreadyOwner;
             taken ? activateOther() : end(DBusApplication::Role::Primary);
         });
     }
@@ -88,8 +91,8 @@ private:
 
     void activateOther()
     {
-        auto activation = QDBusMessage::createMethodCall(busName, objectPath,
-                                                         applicationInterface, u"Activate"_s);
+        auto activation = QDBusMessage::createMethodCall(busName, objectPath, applicationInterface,
+                                                         u"Activate"_s);
         activation << QVariantMap{};
         call(activation, [this] { end(DBusApplication::Role::Secondary); });
     }

@@ -58,9 +58,8 @@ bool DesktopSettingsPanes::open(platform::SettingsPane pane)
 {
     std::vector<PaneCommand> candidates = commands(pane);
     const QStringList running = qEnvironmentVariable("XDG_CURRENT_DESKTOP").toUpper().split(u':');
-    std::ranges::stable_partition(candidates, [&](const PaneCommand &each) {
-        return running.contains(each.desktop);
-    });
+    std::ranges::stable_partition(
+        candidates, [&](const PaneCommand &each) { return running.contains(each.desktop); });
     return std::ranges::any_of(candidates, [](const PaneCommand &each) {
         const QString program = QStandardPaths::findExecutable(each.program);
         return !program.isEmpty() && QProcess::startDetached(program, each.arguments);

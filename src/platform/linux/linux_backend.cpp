@@ -16,7 +16,10 @@ struct LinuxBackend::Parts
     JsonPreferences preferences{JsonPreferences::defaultPath()};
 };
 
-LinuxBackend::LinuxBackend() : m_parts(std::make_unique<Parts>()) {}
+LinuxBackend::LinuxBackend()
+    : m_parts(std::make_unique<Parts>())
+{
+}
 
 LinuxBackend::~LinuxBackend() = default;
 

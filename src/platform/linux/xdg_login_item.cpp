@@ -45,14 +45,15 @@ std::optional<QByteArray> entryValue(const QByteArray &file, QByteArrayView key)
 } // namespace
 
 XdgLoginItem::XdgLoginItem(const QString &folder, const QString &program)
-    : m_path(folder + u"/app.nivora.desktop"_s), m_program(program)
+    : m_path(folder + u"/app.nivora.desktop"_s)
+    , m_program(program)
 {
 }
 
 QString XdgLoginItem::defaultFolder()
 {
-    return QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation)
-        + u"/autostart"_s;
+    return QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) +
+           u"/autostart"_s;
 }
 
 bool XdgLoginItem::isEnabled() const
@@ -62,8 +63,8 @@ bool XdgLoginItem::isEnabled() const
         return false;
     const QByteArray entry = file.readAll();
     // The desktops' own settings switch an entry off with one of these.
-    return entryValue(entry, "Exec") && entryValue(entry, "Hidden") != "true"
-        && entryValue(entry, "X-GNOME-Autostart-enabled") != "false";
+    return entryValue(entry, "Exec") && entryValue(entry, "Hidden") != "true" &&
+           entryValue(entry, "X-GNOME-Autostart-enabled") != "false";
 }
 
 std::optional<QString> XdgLoginItem::setEnabled(bool enabled)
@@ -83,11 +84,11 @@ std::optional<QString> XdgLoginItem::setEnabled(bool enabled)
     file.write("[Desktop Entry]\n"
                "Type=Application\n"
                "Name=Nivora\n"
-               "Exec="
-               + quotedForExec(m_program)
-               + "\n"
-                 "Icon=app.nivora\n"
-                 "X-GNOME-Autostart-enabled=true\n");
+               "Exec=" +
+               quotedForExec(m_program) +
+               "\n"
+               "Icon=app.nivora\n"
+               "X-GNOME-Autostart-enabled=true\n");
     if (!file.commit())
         return file.errorString();
     return std::nullopt;

@@ -23,15 +23,22 @@ enum class Language {
 };
 
 inline constexpr std::array allLanguages{
-    Language::Chinese,   Language::Japanese, Language::English,
-    Language::Korean,    Language::TraditionalChinese, Language::Cantonese,
-    Language::Auto,      Language::Romaji,   Language::Hiragana,
+    Language::Chinese,
+    Language::Japanese,
+    Language::English,
+    Language::Korean,
+    Language::TraditionalChinese,
+    Language::Cantonese,
+    Language::Auto,
+    Language::Romaji,
+    Language::Hiragana,
 };
 
 // What a user can choose, in the order of the menus.
 inline constexpr std::array selectableLanguages{
-    Language::Chinese,  Language::TraditionalChinese, Language::Cantonese,
-    Language::Japanese, Language::Korean,             Language::English,
+    Language::Chinese,   Language::TraditionalChinese,
+    Language::Cantonese, Language::Japanese,
+    Language::Korean,    Language::English,
 };
 
 // "chinese", "traditionalChinese", ...

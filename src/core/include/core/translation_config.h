@@ -14,8 +14,8 @@ struct TranslationConfig
     QUrl apiBaseURL; // paths are appended to the base's own path
     QString modelName;
     std::chrono::milliseconds requestTimeout{120'000}; // without any sign of life
-    QByteArray apiToken; // UTF-8; empty: no Authorization header
-    bool cloud = true;   // false: an OpenAI-compatible endpoint of the user's own
+    QByteArray apiToken;                               // UTF-8; empty: no Authorization header
+    bool cloud = true; // false: an OpenAI-compatible endpoint of the user's own
     QString translateTemplate;
 };
 

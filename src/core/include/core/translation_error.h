@@ -44,7 +44,9 @@ public:
 
 private:
     TranslationError(Kind kind, int status, const QString &text)
-        : m_kind(kind), m_status(status), m_text(text)
+        : m_kind(kind)
+        , m_status(status)
+        , m_text(text)
     {
     }
 

@@ -10,7 +10,10 @@ namespace nivora {
 class CarbonHotKey
 {
 public:
-    explicit CarbonHotKey(platform::GlobalHotKey &hotKey) : m_hotKey(hotKey) {}
+    explicit CarbonHotKey(platform::GlobalHotKey &hotKey)
+        : m_hotKey(hotKey)
+    {
+    }
 
     // Called at each press of the chord.
     std::function<void()> onTrigger;

@@ -13,7 +13,10 @@ namespace nivora {
 class HotKeyMonitor
 {
 public:
-    explicit HotKeyMonitor(platform::KeyEventTap &tap) : m_tap(tap) {}
+    explicit HotKeyMonitor(platform::KeyEventTap &tap)
+        : m_tap(tap)
+    {
+    }
 
     // Called once for each double tap.
     std::function<void()> onDoubleShift;

@@ -10,7 +10,10 @@ class LoginItem;
 class LoginItemManager
 {
 public:
-    explicit LoginItemManager(platform::LoginItem &item) : m_item(item) {}
+    explicit LoginItemManager(platform::LoginItem &item)
+        : m_item(item)
+    {
+    }
 
     bool isEnabled() const;
 

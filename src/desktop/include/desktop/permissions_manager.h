@@ -10,7 +10,10 @@ class SettingsPanes;
 class PermissionsManager
 {
 public:
-    explicit PermissionsManager(platform::SettingsPanes &panes) : m_panes(panes) {}
+    explicit PermissionsManager(platform::SettingsPanes &panes)
+        : m_panes(panes)
+    {
+    }
 
     // False when this desktop has no settings program that is known.
     bool openAccessibilitySettings();

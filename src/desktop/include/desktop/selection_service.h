@@ -20,7 +20,10 @@ struct FocusedElement;
 class SelectionService
 {
 public:
-    explicit SelectionService(const platform::Services &services) : m_services(services) {}
+    explicit SelectionService(const platform::Services &services)
+        : m_services(services)
+    {
+    }
 
     // Main thread. Waits in turns of the event loop, about 0.7 s at most, with
     // the time of a program that does not answer on top (0.3 s each for

@@ -17,7 +17,10 @@ namespace nivora {
 class TextInsertionService
 {
 public:
-    explicit TextInsertionService(const platform::Services &services) : m_services(services) {}
+    explicit TextInsertionService(const platform::Services &services)
+        : m_services(services)
+    {
+    }
 
     // Returns at once; the work takes about 0.4 s. The keys are pressed only
     // while `window` has the focus. Where that cannot be had, or the program has

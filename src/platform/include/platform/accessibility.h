@@ -59,8 +59,7 @@ public:
     // The focused element of the active application, or of the application that
     // was active before, when one of our own windows has the focus. Absent when
     // there is none, or the application does not answer within 300 ms.
-    virtual Task readFocusedElement(
-        std::function<void(std::optional<FocusedElement>)> done) = 0;
+    virtual Task readFocusedElement(std::function<void(std::optional<FocusedElement>)> done) = 0;
 
     // Asks the application with this process id to expose its elements, where
     // it does so only on request. True if it was asked and may answer better

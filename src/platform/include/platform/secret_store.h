@@ -25,7 +25,8 @@ public:
     // Replaces the secret of an existing item, or makes the item. A later read()
     // sees the new value even while the keychain is still at work. Failures are
     // not reported.
-    virtual void write(const QString &service, const QString &account, const QByteArray &secret) = 0;
+    virtual void write(const QString &service, const QString &account,
+                       const QByteArray &secret) = 0;
 
     // Removing what is not there is no failure.
     virtual void remove(const QString &service, const QString &account) = 0;

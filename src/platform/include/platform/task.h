@@ -75,8 +75,14 @@ class [[nodiscard]] Task
 {
 public:
     Task() = default;
-    explicit Task(Operation *operation) : m_operation(operation) {}
-    Task(Task &&other) noexcept : m_operation(std::exchange(other.m_operation, nullptr)) {}
+    explicit Task(Operation *operation)
+        : m_operation(operation)
+    {
+    }
+    Task(Task &&other) noexcept
+        : m_operation(std::exchange(other.m_operation, nullptr))
+    {
+    }
     Task &operator=(Task &&other) noexcept;
     Task(const Task &) = delete;
     Task &operator=(const Task &) = delete;

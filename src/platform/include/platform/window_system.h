@@ -12,9 +12,9 @@ using WindowId = quint32;
 struct ForeignWindow
 {
     WindowId id = 0;
-    qint64 processId = 0;  // 0 if unknown
-    QString className;     // the program's class, "XTerm"; empty if unknown
-    QString instanceName;  // "xterm"; empty if unknown
+    qint64 processId = 0; // 0 if unknown
+    QString className;    // the program's class, "XTerm"; empty if unknown
+    QString instanceName; // "xterm"; empty if unknown
 
     bool operator==(const ForeignWindow &) const = default;
 };

@@ -16,10 +16,13 @@ class KeychainStore
 {
 public:
     // Accounts in use.
-    static QString byoApiKeyAccount();   // the key for a user's own endpoint
+    static QString byoApiKeyAccount();    // the key for a user's own endpoint
     static QString sessionTokenAccount(); // the cloud's bearer token
 
-    explicit KeychainStore(platform::SecretStore &secrets) : m_secrets(secrets) {}
+    explicit KeychainStore(platform::SecretStore &secrets)
+        : m_secrets(secrets)
+    {
+    }
 
     // Absent also when the stored bytes are no UTF-8.
     std::optional<QString> read(const QString &account) const;

@@ -24,7 +24,11 @@ class Setting : public SettingNotifier
 public:
     using Write = std::function<void(const Value &)>;
 
-    Setting(Value initial, Write write) : m_value(std::move(initial)), m_write(std::move(write)) {}
+    Setting(Value initial, Write write)
+        : m_value(std::move(initial))
+        , m_write(std::move(write))
+    {
+    }
 
     const Value &value() const { return m_value; }
 

@@ -33,10 +33,11 @@ public:
     Setting<bool> liveTranslate;
     Setting<bool> autoCopyOnFinish;
     Setting<bool> closeOnResignFocus;
-    Setting<double> doubleTapThresholdMs;    // milliseconds
+    Setting<double> doubleTapThresholdMs;      // milliseconds
     Setting<QString> defaultTargetLanguageRaw; // raw values of Language
     Setting<QString> secondaryLanguageRaw;
-    Setting<QString> appLanguageRaw;  // "system", "zh-Hans", "zh-Hant", "ja", "en"; from the next start
+    Setting<QString>
+        appLanguageRaw; // "system", "zh-Hans", "zh-Hant", "ja", "en"; from the next start
     Setting<QString> themeModeRaw;    // "system", "light", "dark"
     Setting<QString> readingStyleRaw; // "off", "romaji", "hiragana"
     Setting<bool> showBackTranslation;

@@ -6,6 +6,7 @@
 #include <memory>
 
 class QMenu;
+class QMessageBox;
 
 namespace nivora {
 
@@ -20,7 +21,8 @@ public:
 
     void show();
 
-    // A short note from the program; where the desktop shows such notes at all.
+    // A short note from the program: by the desktop, or in a small window of our
+    // own where there is no tray to show it.
     void notify(const QString &text);
 
 Q_SIGNALS:
@@ -30,6 +32,7 @@ Q_SIGNALS:
 private:
     std::unique_ptr<QMenu> m_menu;
     QSystemTrayIcon m_icon;
+    std::unique_ptr<QMessageBox> m_note;
 };
 
 } // namespace nivora
