@@ -21,7 +21,7 @@ const auto objectPath = u"/app/nivora"_s;
 const auto applicationInterface = u"org.freedesktop.Application"_s;
 constexpr int answerLimit = 2000; // milliseconds
 
-// D-Bus specification, org.freedesktop.DBus.RequestName.
+// https://dbus.freedesktop.org/doc/dbus-specification.html#bus-messages-request-name
 constexpr uint doNotQueue = 4;
 constexpr uint primaryOwner = 1;
 constexpr uint alreadyOwner = 4;
