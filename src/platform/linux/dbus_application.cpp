@@ -21,7 +21,7 @@ const auto objectPath = u"/app/nivora"_s;
 const auto applicationInterface = u"org.freedesktop.Application"_s;
 constexpr int answerLimit = 2000; // milliseconds
 
-// https://dbus.freedesktop.org/doc/dbus-specification.html#bus-messages-request-name
+// Flags and answers of org.freedesktop.DBus.RequestName.
 constexpr uint doNotQueue = 4;
 constexpr uint primaryOwner = 1;
 constexpr uint alreadyOwner = 4;
