@@ -80,7 +80,6 @@ void FloatingPanelController::prepare()
 void FloatingPanelController::show(PanelMode mode, const std::optional<QRectF> &near)
 {
     prepare();
-    m_lastRect = near;
     m_panel->setBlended(m_windowSystem.isCompositing());
     m_view->reset();
     m_anchorTopLeft = computeAnchor(near);

@@ -68,8 +68,6 @@ private:
     std::unique_ptr<FloatingPanel> m_panel;
     TranslationPanelView *m_view = nullptr; // owned by the panel
     std::optional<QPoint> m_anchorTopLeft;
-    // Of the last show, to reopen there.
-    std::optional<QRectF> m_lastRect;
 };
 
 } // namespace nivora
