@@ -3,7 +3,7 @@
 #include "support/clipboard_peer.h"
 #include "support/desktop_session.h"
 #include "support/wait.h"
-#include "tst_x11_peer.h"
+#include "support/x11_peer.h"
 
 #include <QElapsedTimer>
 #include <QFile>

@@ -4,7 +4,7 @@
 #include "support/desktop_session.h"
 #include "support/wait.h"
 #include "support/x11_driver.h"
-#include "tst_x11_peer.h"
+#include "support/x11_peer.h"
 
 #include <QTest>
 

@@ -4,7 +4,7 @@
 #include "platform_linux/x11_desktop.h"
 #include "support/desktop_session.h"
 #include "support/wait.h"
-#include "tst_x11_peer.h"
+#include "support/x11_peer.h"
 
 #include <QElapsedTimer>
 #include <QTest>
