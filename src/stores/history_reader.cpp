@@ -1,0 +1,64 @@
+#include "history_reader.h"
+
+#include "history_connection.h"
+
+#include <cmath>
+
+using namespace Qt::Literals::StringLiterals;
+using namespace std::chrono_literals;
+
+namespace nivora {
+
+namespace {
+
+constexpr auto readPatience = 1s;
+constexpr char countRows[] = "SELECT COUNT(*) FROM history;";
+constexpr char listFound[] = "SELECT id,ts,source,translation,from_lang,to_lang FROM history "
+                             "WHERE source LIKE ?1 OR translation LIKE ?1 ORDER BY ts DESC LIMIT ";
+constexpr char listAll[] = "SELECT id,ts,source,translation,from_lang,to_lang FROM history "
+                           "ORDER BY ts DESC LIMIT ";
+
+QUuid idFrom(const QString &text)
+{
+    const QUuid id(text);
+    // Such a row shows, but it cannot be named for its removal.
+    return id.isNull() ? QUuid::createUuid() : id;
+}
+
+HistoryEntry entryFrom(const SqlStatement &row)
+{
+    const qint64 milliseconds = std::llround(row.real(1) * 1000);
+    return {idFrom(row.text(0)), QDateTime::fromMSecsSinceEpoch(milliseconds, Qt::UTC),
+            row.text(2),         row.text(3),
+            row.text(4),         row.text(5)};
+}
+
+} // namespace
+
+HistoryList readHistory(const QString &path, const QString &search, int limit,
+                        std::function<bool()> interrupted)
+{
+    HistoryList list;
+    HistoryConnection database(path, HistoryConnection::Access::ReadOnly);
+    if (!database.isOpen())
+        return list;
+    database.setPatience(readPatience);
+    database.setInterrupt(std::move(interrupted));
+
+    if (SqlStatement count = database.prepare(countRows); count.step())
+        list.total = count.integer(0);
+
+    const QByteArray sql =
+        (search.isEmpty() ? listAll : listFound) + QByteArray::number(limit) + ';';
+    SqlStatement rows = database.prepare(sql.constData());
+    if (!rows)
+        return list;
+    if (!search.isEmpty())
+        rows.bind(1, u'%' + search + u'%');
+    list.entries.emplace();
+    while (rows.step())
+        list.entries->push_back(entryFrom(rows));
+    return list;
+}
+
+} // namespace nivora

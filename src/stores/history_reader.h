@@ -1,0 +1,24 @@
+#pragma once
+
+#include "stores/history_entry.h"
+
+#include <functional>
+#include <optional>
+#include <vector>
+
+namespace nivora {
+
+// What one reading of the history found. What could not be read is absent.
+struct HistoryList
+{
+    std::optional<qint64> total; // rows in the table, whatever the search
+    std::optional<std::vector<HistoryEntry>> entries;
+};
+
+// Counts the rows and reads the newest `limit` that match. Takes seconds for a
+// very long history, so it has a connection of its own and is for a worker;
+// it ends early once `interrupted` gives true.
+HistoryList readHistory(const QString &path, const QString &search, int limit,
+                        std::function<bool()> interrupted);
+
+} // namespace nivora

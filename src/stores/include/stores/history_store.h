@@ -1,0 +1,88 @@
+#pragma once
+
+#include "stores/history_entry.h"
+
+#include "core/language.h"
+
+#include "platform/task.h"
+
+#include <QObject>
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <vector>
+
+namespace nivora {
+
+class HistoryConnection;
+
+// Every finished translation, in a database of this user and this machine. Main
+// thread only. Nothing here fails towards the caller: a row that cannot be
+// written is not written, one that cannot be read is not there, and without a
+// database the history is empty. Another process that holds the database makes
+// a call wait 50 ms at most.
+class HistoryStore : public QObject
+{
+    Q_OBJECT
+
+public:
+    // What is shown; the table has no limit of its own.
+    static constexpr int displayLimit = 2000;
+
+    // `isEnabled` is asked at each record().
+    explicit HistoryStore(std::function<bool()> isEnabled, QString path = defaultPath());
+    ~HistoryStore() override;
+
+    // $XDG_DATA_HOME/Nivora/history.sqlite, below the temporary folder where
+    // that folder cannot be had.
+    static QString defaultPath();
+
+    // Adds a row, unless the newest one for this source and target says the
+    // same. Both texts are trimmed; an empty one makes no row.
+    void record(const QString &source, const QString &translation, Language from, Language to);
+
+    // The newest translation of exactly this text, trimmed, into this target.
+    std::optional<QString> latestTranslation(const QString &source, Language target);
+
+    void remove(const QUuid &id);
+    void clear();
+
+    // Shows the rows with the term in either text; all rows for an empty one.
+    // The term may hold LIKE's wildcards; ASCII letters match in either case.
+    void applySearch(const QString &term);
+    QString search() const { return m_search; }
+
+    // The rows on show, newest first, and the number of rows in the table. They
+    // follow the table only while somebody watches, since counting and searching
+    // a long history takes its time. That time is a worker's: what is here stays
+    // until its answer comes with changed().
+    void setWatched(bool watched);
+    const std::vector<HistoryEntry> &entries() const { return m_entries; }
+    qint64 totalCount() const { return m_totalCount; }
+
+Q_SIGNALS:
+    void changed();
+
+private:
+    void open();
+    bool begin();
+    int prepareSchema();
+    void report(const QString &message);
+    std::optional<QString> newest(const QString &trimmedSource, Language target);
+    void reload();
+
+    std::function<bool()> m_isEnabled;
+    QString m_path;
+    std::unique_ptr<HistoryConnection> m_database; // absent when there is none to be had
+    bool m_hasSchema = false;
+    QString m_lastReport;
+
+    QString m_search;
+    bool m_watched = false;
+    std::vector<HistoryEntry> m_entries;
+    qint64 m_totalCount = 0;
+    platform::Task m_reload;
+};
+
+} // namespace nivora
