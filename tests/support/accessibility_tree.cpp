@@ -117,6 +117,19 @@ QString AccessibleElement::selectedText() const
     return call(textInterface, u"GetText"_s, {range->first, range->second}).value(0).toString();
 }
 
+int AccessibleElement::cursor() const
+{
+    bool isNumber = false;
+    const int place = property(textInterface, u"CaretOffset"_s).toInt(&isNumber);
+    return isNumber ? place : -1;
+}
+
+QRect AccessibleElement::characterBounds(int character) const
+{
+    const auto box = call(textInterface, u"GetCharacterExtents"_s, {character, screenSpace});
+    return {box.value(0).toInt(), box.value(1).toInt(), box.value(2).toInt(), box.value(3).toInt()};
+}
+
 QRect AccessibleElement::selectionBounds() const
 {
     const auto range = selection();

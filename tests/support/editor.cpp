@@ -17,6 +17,40 @@ namespace {
 
 constexpr auto startBound = 20s;
 
+// GTK measures a range character by character, which takes it seconds for a long
+// one.
+constexpr qsizetype longestMeasuredRange = 200;
+
+struct Program
+{
+    QString className;
+    QString command;
+    QStringList arguments; // the document comes after them
+    QString configFile;    // below the folder for configuration
+    QByteArray config;
+};
+
+const Program &programOf(Editor::Toolkit toolkit)
+{
+    static const Program mousepad{u"Mousepad"_s, u"mousepad"_s, {u"--disable-server"_s}, {}, {}};
+    // Left to itself it covers the whole screen.
+    static const Program focusWriter{u"FocusWriter"_s,
+                                     u"focuswriter"_s,
+                                     {},
+                                     u"GottCode/FocusWriter.conf"_s,
+                                     "[Window]\nFullscreen=false\n"};
+    static const Program featherPad{u"featherpad"_s, u"featherpad"_s, {u"--standalone"_s}, {}, {}};
+    switch (toolkit) {
+    case Editor::Toolkit::Gtk:
+        return mousepad;
+    case Editor::Toolkit::Qt:
+        return focusWriter;
+    case Editor::Toolkit::Qt5:
+        return featherPad;
+    }
+    Q_UNREACHABLE();
+}
+
 bool writeFile(const QString &path, const QByteArray &contents)
 {
     QDir().mkpath(path.section(u'/', 0, -2));
@@ -45,24 +79,18 @@ bool Editor::open(Toolkit toolkit, const QString &text)
     if (!writeFile(document, text.toUtf8()))
         return false;
 
-    QString className;
-    if (toolkit == Toolkit::Gtk) {
-        className = u"Mousepad"_s;
-        m_process = m_session.launch(u"mousepad"_s, {u"--disable-server"_s, document});
-    } else {
-        // Left to itself it covers the whole screen.
-        if (!writeFile(m_session.folder() + u"/config/GottCode/FocusWriter.conf"_s,
-                       "[Window]\nFullscreen=false\n"))
-            return false;
-        className = u"FocusWriter"_s;
-        m_process = m_session.launch(u"focuswriter"_s, {document});
-    }
+    const Program &program = programOf(toolkit);
+    if (!program.configFile.isEmpty() &&
+        !writeFile(m_session.folder() + u"/config/"_s + program.configFile, program.config))
+        return false;
+    m_process = m_session.launch(program.command, program.arguments + QStringList{document});
     if (!m_process)
         return false;
 
     const auto window = m_user.waitForMapped(
         [&](const X11Driver::Window &candidate) {
-            return candidate.className == className && candidate.title.contains("note.txt"_L1);
+            return candidate.className == program.className &&
+                   candidate.title.contains("note.txt"_L1);
         },
         startBound);
     if (!window || !m_user.waitForActive(window->id, startBound))
@@ -99,7 +127,25 @@ QString Editor::selectedText() const
 
 QRect Editor::selectionBounds() const
 {
-    return m_area ? m_area->selectionBounds() : QRect();
+    if (!m_area)
+        return {};
+    const auto range = m_area->selection();
+    if (!range || range->second - range->first <= longestMeasuredRange)
+        return m_area->selectionBounds();
+    return m_area->characterBounds(range->first).united(m_area->characterBounds(range->second - 1));
+}
+
+int Editor::cursor() const
+{
+    return m_area ? m_area->cursor() : -1;
+}
+
+QRect Editor::cursorBounds() const
+{
+    if (!m_area)
+        return {};
+    const QRect next = m_area->characterBounds(cursor());
+    return {next.x(), next.y(), 0, next.height()};
 }
 
 QRect Editor::textArea() const

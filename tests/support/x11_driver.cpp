@@ -198,6 +198,20 @@ void X11Driver::click()
     pause(tapLength);
 }
 
+void X11Driver::drag(QPoint from, QPoint to)
+{
+    movePointer(from);
+    d->fake(XCB_BUTTON_PRESS, XCB_BUTTON_INDEX_1);
+    pause(tapLength);
+    // A program may ignore the first stretch, for fear of a shaky hand.
+    for (const auto place : {(from * 3 + to) / 4, (from + to) / 2, to}) {
+        movePointer(place);
+        pause(keyInterval);
+    }
+    d->fake(XCB_BUTTON_RELEASE, XCB_BUTTON_INDEX_1);
+    pause(tapLength);
+}
+
 std::vector<X11Driver::Window> X11Driver::windows() const
 {
     std::vector<Window> found;

@@ -32,8 +32,12 @@ public:
     QString text() const;
     // The selected text; empty when nothing is selected.
     QString selectedText() const;
-    // Where the selected text is, in pixels from the top-left of the screen.
+    // Start and end of it in characters; absent when nothing is selected.
+    std::optional<std::pair<int, int>> selection() const;
+    int cursor() const; // in characters, -1 when there is none
+    // Where these are, in pixels from the top-left of the screen.
     QRect selectionBounds() const;
+    QRect characterBounds(int character) const;
 
     // False when the element does not offer it.
     bool press() const;
@@ -47,8 +51,6 @@ private:
                       const QVariantList &arguments = {}) const;
     QVariant property(const QString &interface, const QString &name) const;
     bool hasState(int state) const;
-    // Start and end in characters; absent when nothing is selected.
-    std::optional<std::pair<int, int>> selection() const;
 
     QDBusConnection m_bus;
     QString m_service;

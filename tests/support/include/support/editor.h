@@ -21,6 +21,7 @@ public:
     enum class Toolkit {
         Gtk, // Mousepad
         Qt,  // FocusWriter
+        Qt5, // FeatherPad
     };
 
     Editor(DesktopSession &session, X11Driver &user, const AccessibilityTree &tree);
@@ -38,6 +39,8 @@ public:
     QString text() const;
     QString selectedText() const;
     QRect selectionBounds() const; // pixels of the screen
+    int cursor() const;            // in characters
+    QRect cursorBounds() const;    // the same, without a width
     QRect textArea() const;        // pixels of the screen
     bool waitForText(const QString &text, std::chrono::milliseconds bound) const;
 

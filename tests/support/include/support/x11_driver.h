@@ -59,6 +59,8 @@ public:
     Clock::time_point tapShiftTwice(std::chrono::milliseconds gap = std::chrono::milliseconds(120));
     void movePointer(QPoint place);
     void click();
+    // Moves with the left button held.
+    void drag(QPoint from, QPoint to);
 
     // Every window that belongs to a program, mapped or not.
     std::vector<Window> windows() const;

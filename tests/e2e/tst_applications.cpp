@@ -1,0 +1,252 @@
+#include "road.h"
+
+#include "support/application.h"
+#include "support/browser.h"
+
+#include "localcloud/event_stream.h"
+
+#include <QTest>
+
+#include <X11/keysym.h>
+
+#include <algorithm>
+
+using namespace Qt::Literals::StringLiterals;
+using namespace nivora;
+using namespace nivora::test;
+
+using Maker = std::function<std::unique_ptr<Application>(const Application::Desk &)>;
+
+namespace {
+
+constexpr int tallestSelection = 120;
+constexpr int tallestField = 400;
+constexpr int gapToSelection = 6;
+constexpr int gapToPointer = 12;
+constexpr int screenMargin = 8;
+const QSize screenSize = DesktopSession::Options().screenSize;
+constexpr QPoint pointer{300, 500};
+
+const QString translation = u"訳文：一行目 🎈"_s;
+
+const std::vector<ClipboardPeer::Offer> usersClipboard{
+    {"UTF8_STRING", "from before"},
+    {"text/html", "<i>from before</i>"},
+    {"application/x-binary", QByteArray::fromHex("00ff10000a0d00")},
+};
+
+QString withPlainLineEnds(QString text)
+{
+    return text.replace(u"\r\n"_s, u"\n"_s).replace(u'\r', u'\n');
+}
+
+template<Browser::Kind kind>
+std::unique_ptr<Application> makeBrowser(const Application::Desk &desk)
+{
+    return std::make_unique<Browser>(desk, kind);
+}
+
+QString longText()
+{
+    QString text;
+    for (int line = 0; text.size() < 20'000; ++line)
+        text += u"第%1句：这一段很长，要完整地翻译。"_s.arg(line);
+    return text.first(20'000);
+}
+
+} // namespace
+
+// What the product makes of real programs: one row for each program and kind of
+// text. The rows of one program share its desktop.
+class TestApplications : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void translatesAndPutsBack_data();
+    void translatesAndPutsBack();
+    void cleanup();
+    void cleanupTestCase() { leave(); }
+
+private:
+    bool enter(const QString &name, const Maker &make);
+    void leave();
+    QString problem() const { return m_road ? m_road->problem() : QString(); }
+    QPoint expectedPlace(const QSize &panel) const;
+    bool holds(const QString &name) const { return m_road->product->control(name).has_value(); }
+    void takeResultByHand();
+    void verifyUsersClipboard();
+
+    QString m_name;
+    std::unique_ptr<Road> m_road;
+    std::unique_ptr<Application> m_application;
+};
+
+void TestApplications::translatesAndPutsBack_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<Maker>("make");
+    QTest::addColumn<QString>("text"); // null for nothing selected
+    const std::pair<const char *, Maker> programs[]{
+        {"Mousepad", makeMousepad},
+        {"FocusWriter", makeFocusWriter},
+        {"FeatherPad", makeFeatherPad},
+        {"xterm", makeXTerm},
+        {"Xfce Terminal", makeXfceTerminal},
+        {"Firefox", makeBrowser<Browser::Kind::Firefox>},
+        {"Chromium", makeBrowser<Browser::Kind::Chromium>},
+        {"accessible Chromium", makeBrowser<Browser::Kind::AccessibleChromium>},
+    };
+    const std::pair<const char *, QString> texts[]{
+        {"Chinese", u"请发一下报价，谢谢！"_s},
+        {"emoji", u"好👍🏽的👩‍👩‍👧‍👦🎈 café"_s},
+        {"lines", u"第一行\n第二行\n\n第四行"_s},
+        {"lines of another system", u"甲行\r\n乙行\r\n丙行"_s},
+        {"20,000 characters", longText()},
+        {"blanks", u"  　  "_s},
+        {"nothing", QString()},
+    };
+    for (const auto &[name, make] : programs) {
+        for (const auto &[kind, text] : texts)
+            QTest::addRow("%s: %s", name, kind) << QString::fromLatin1(name) << make << text;
+    }
+}
+
+void TestApplications::translatesAndPutsBack()
+{
+    QFETCH(const QString, name);
+    QFETCH(const Maker, make);
+    QFETCH(const QString, text);
+    QVERIFY2(enter(name, make), qUtf8Printable(problem()));
+    Road &road = *m_road;
+    const bool hasText = !text.trimmed().isEmpty();
+
+    QVERIFY2(m_application->show(text.isNull() ? u"甲乙丙"_s : text), "the text is not shown");
+    if (text.isNull()) {
+        QVERIFY2(m_application->deselect(), "the cursor is not in its place");
+    } else {
+        QVERIFY2(m_application->select(), qUtf8Printable(m_application->selectedText()));
+        QCOMPARE(withPlainLineEnds(m_application->selectedText()), withPlainLineEnds(text));
+    }
+    const QString before = m_application->content();
+    QVERIFY(road.clipboard->offer(usersClipboard));
+    road.user->movePointer(pointer);
+    const auto requests = road.server.requests().size();
+    road.server.enqueue(localcloud::eventStream({translation}));
+
+    road.pull(Trigger::DoubleShift);
+    QVERIFY2(road.product->waitForPanel(patience), qUtf8Printable(problem()));
+    if (hasText) {
+        QVERIFY2(road.waitForRequests(requests + 1), qUtf8Printable(problem()));
+        const QString sent = m_application->selectedText().trimmed();
+        QVERIFY(road.prompt(requests).endsWith(u"\n\n"_s + sent));
+    } else {
+        const auto source = road.product->waitForControl(u"原文"_s, patience);
+        QVERIFY2(source && source->text().isEmpty(), qUtf8Printable(problem()));
+        QVERIFY(waitUntil([&] { return source->isFocused(); }, patience));
+        road.user->press({XK_x});
+        QVERIFY(waitUntil([&] { return source->text() == u"x"_s; }, patience));
+        QCOMPARE(road.server.requests().size(), requests);
+        road.user->press({XK_Control_L, XK_Return});
+    }
+    QVERIFY2(road.product->waitForTranslation(translation, patience), qUtf8Printable(problem()));
+    const auto panel = [&] {
+        return road.user->find(Product::panel()).value_or(X11Driver::Window()).geometry;
+    };
+    QVERIFY2(
+        waitUntil([&] { return panel().topLeft() == expectedPlace(panel().size()); }, patience),
+        qUtf8Printable(QDebug::toString(panel()) + u" instead of "_s +
+                       QDebug::toString(expectedPlace(panel().size()))));
+
+    using Paste = Application::Paste;
+    const auto paste = m_application->paste();
+    const bool replaces = hasText && paste == Paste::ReplacesSelection;
+    const bool inserts = !hasText && paste != Paste::Unknown;
+    QCOMPARE(holds(u"⌘↩ 替换原文"_s), replaces);
+    QCOMPARE(holds(u"⌘↩ 插入到输入框"_s), inserts);
+    if (!replaces && !inserts) {
+        takeResultByHand();
+        QCOMPARE(m_application->content(), before);
+        return;
+    }
+    road.user->press({XK_Control_L, XK_Return});
+    QVERIFY(road.product->waitForPanelGone(patience));
+    const QString after = text.isNull() ? translation + before : translation;
+    QVERIFY2(waitUntil([&] { return m_application->content() == after; }, patience),
+             qUtf8Printable(m_application->content().first(
+                 std::min<qsizetype>(200, m_application->content().size()))));
+    verifyUsersClipboard();
+    QCOMPARE(road.user->activeWindow(), m_application->window());
+}
+
+// Where the program takes nothing, the user copies the result.
+void TestApplications::takeResultByHand()
+{
+    const auto copy = m_road->product->control(u"复制译文"_s);
+    QVERIFY2(copy && copy->press(), qUtf8Printable(problem()));
+    QVERIFY(waitUntil([&] { return m_road->clipboard->text() == translation; }, patience));
+    m_road->user->press({XK_Escape});
+    QVERIFY(m_road->product->waitForPanelGone(patience));
+    QVERIFY(m_road->user->waitForActive(m_application->window(), patience));
+}
+
+void TestApplications::verifyUsersClipboard()
+{
+    const auto isBack = [&] {
+        return std::ranges::all_of(usersClipboard, [&](const ClipboardPeer::Offer &offer) {
+            return m_road->clipboard->read(offer.format) == offer.data;
+        });
+    };
+    QVERIFY2(waitUntil(isBack, patience), m_road->clipboard->formats().join(' ').constData());
+}
+
+// Below what is selected, or below the field, or else at the pointer, but on the
+// screen.
+QPoint TestApplications::expectedPlace(const QSize &panel) const
+{
+    QPoint place = pointer + QPoint(0, gapToPointer);
+    for (const auto &[near, tallest] : {std::pair(m_application->place(), tallestSelection),
+                                        std::pair(m_application->frame(), tallestField)}) {
+        if (near.height() > 0 && near.height() <= tallest) {
+            place = {near.x(), near.y() + near.height() + gapToSelection};
+            break;
+        }
+    }
+    const QSize room = screenSize - panel - QSize(screenMargin, screenMargin);
+    return {std::clamp(place.x(), screenMargin, room.width()),
+            std::clamp(place.y(), screenMargin, room.height())};
+}
+
+bool TestApplications::enter(const QString &name, const Maker &make)
+{
+    if (m_application && m_name == name)
+        return true;
+    leave();
+    m_name = name;
+    m_road = std::make_unique<Road>();
+    if (!m_road->begin())
+        return false;
+    m_application = make({m_road->session, *m_road->user, *m_road->tree, *m_road->clipboard});
+    if (m_application->open())
+        return true;
+    m_application.reset();
+    return false;
+}
+
+void TestApplications::leave()
+{
+    m_application.reset();
+    m_road.reset();
+}
+
+// One row's failure is not the next one's.
+void TestApplications::cleanup()
+{
+    if (QTest::currentTestFailed())
+        leave();
+    else if (m_road)
+        m_road->server.dropAnswers();
+}
+
+QTEST_GUILESS_MAIN(TestApplications)
+#include "tst_applications.moc"
