@@ -1,0 +1,46 @@
+#pragma once
+
+#include "core/translation_options.h"
+
+#include <QObject>
+
+#include <vector>
+
+namespace nivora {
+
+// The user's fixed terms, kept in one JSON file that is read once. Each change
+// replaces the file in one step; failures are silent and leave the list in
+// memory as it is. Main thread only.
+class GlossaryStore : public QObject
+{
+    Q_OBJECT
+
+public:
+    explicit GlossaryStore(QString path = defaultPath());
+
+    // $XDG_DATA_HOME/app.nivora/glossary.json
+    static QString defaultPath();
+
+    // In the order in which they were added. Empty, too, if the file could not
+    // be used; the first change then keeps it as glossary.json.rejected.
+    const std::vector<GlossaryTerm> &terms() const { return m_terms; }
+
+    // Appends a term with both forms empty, and gives its id.
+    QUuid add();
+    // Replaces both forms of every term with the id.
+    void update(const GlossaryTerm &term);
+    void remove(const QUuid &id);
+
+Q_SIGNALS:
+    void changed();
+
+private:
+    void load();
+    void persist();
+
+    QString m_path;
+    std::vector<GlossaryTerm> m_terms;
+    bool m_rejected = false; // the file holds something that is not in m_terms
+};
+
+} // namespace nivora
