@@ -1,5 +1,7 @@
 #include "app/app_coordinator.h"
 
+#include "windows/alert.h"
+
 #include "platform/accessibility.h"
 #include "platform/clipboard.h"
 #include "platform/log.h"
@@ -29,6 +31,7 @@ AppCoordinator::AppCoordinator(const platform::Services &services, const QUrl &c
     , m_authStore(services.preferences, m_keychain)
     , m_selectionService(services)
     , m_insertionService(services)
+    , m_permissions(services.settingsPanes)
     , m_viewModel(m_engine, m_settings, services.clipboard)
     , m_panelController(m_viewModel, m_settings, services.windowSystem)
     , m_hotKey(services.keyEventTap)
@@ -140,8 +143,27 @@ void AppCoordinator::startHotKeyRespectingPermission()
         return;
     }
     qCDebug(log::app).noquote() << u"未授权辅助功能, 弹出引导并等待授权"_s;
-    m_services.accessibility.requestTrust();
+    askForAccessibility(tr("Nivora 需要辅助功能权限"),
+                        tr("开启后，桌面会把选中的文字和它的位置告诉 "
+                           "Nivora，双击 Shift 才可用。将为本次会话打开辅助功能服务（AT-SPI）；"
+                           "已在运行的程序可能要重新启动后才会响应。"));
     waitForAccessibilityThenStart();
+}
+
+void AppCoordinator::askForAccessibility(const QString &message, const QString &details)
+{
+    m_permissionPrompt =
+        showAlert({message, details, {tr("开启"), tr("取消")}}, [this](int button) {
+            if (button == 0)
+                m_services.accessibility.requestTrust();
+        });
+}
+
+void AppCoordinator::openAccessibilitySettings()
+{
+    if (!m_permissions.openAccessibilitySettings())
+        askForAccessibility(tr("没有找到系统设置程序"),
+                            tr("Nivora 可以直接打开辅助功能服务（AT-SPI）。"));
 }
 
 void AppCoordinator::waitForAccessibilityThenStart()
@@ -150,6 +172,7 @@ void AppCoordinator::waitForAccessibilityThenStart()
         if (!m_services.accessibility.isTrusted())
             return waitForAccessibilityThenStart();
         m_uiState.setAccessibilityTrusted(true);
+        m_permissionPrompt.cancel();
         const bool started = m_hotKey.start();
         qCDebug(log::hotkey).noquote() << u"授权完成, 事件监听启动: %1"_s.arg(started);
     });

@@ -22,6 +22,13 @@ NivoraApp::NivoraApp(const platform::Services &services, const QUrl &cloudEndpoi
     AppCoordinator &coordinator = m_parts->coordinator;
     TrayIcon &tray = m_parts->tray;
     QObject::connect(&tray, &TrayIcon::panelRequested, &coordinator, &AppCoordinator::showPanel);
+    QObject::connect(&tray, &TrayIcon::accessibilitySettingsRequested, &coordinator,
+                     &AppCoordinator::openAccessibilitySettings);
+    const auto showPermission = [&tray, &state = coordinator.uiState()] {
+        tray.setAccessibilityMissing(!state.accessibilityTrusted());
+    };
+    QObject::connect(&coordinator.uiState(), &AppUIState::accessibilityTrustedChanged, &tray,
+                     showPermission);
     QObject::connect(&tray, &TrayIcon::quitRequested, qApp, &QCoreApplication::quit);
     coordinator.onSignInRequired = [&tray] {
         qCInfo(log::app) << "Nobody is signed in to the cloud: nothing was translated";
@@ -35,6 +42,7 @@ void NivoraApp::start()
 {
     m_parts->tray.show();
     m_parts->coordinator.start();
+    m_parts->tray.setAccessibilityMissing(!m_parts->coordinator.uiState().accessibilityTrusted());
 }
 
 void NivoraApp::activate()

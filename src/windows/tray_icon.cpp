@@ -46,6 +46,12 @@ TrayIcon::TrayIcon()
     : m_menu(std::make_unique<QMenu>())
     , m_icon(letterIcon())
 {
+    m_warning << m_menu->addAction(tr("⚠️ 未授予辅助功能权限，双击 Shift 不可用"))
+              << m_menu->addAction(tr("打开系统设置授权…")) << m_menu->addSeparator();
+    m_warning.first()->setEnabled(false);
+    connect(m_warning.at(1), &QAction::triggered, this,
+            &TrayIcon::accessibilitySettingsRequested);
+    setAccessibilityMissing(false);
     connect(m_menu->addAction(tr("翻译面板")), &QAction::triggered, this,
             &TrayIcon::panelRequested);
     m_menu->addSeparator();
@@ -61,6 +67,12 @@ TrayIcon::~TrayIcon() = default;
 void TrayIcon::show()
 {
     m_icon.show();
+}
+
+void TrayIcon::setAccessibilityMissing(bool missing)
+{
+    for (QAction *each : std::as_const(m_warning))
+        each->setVisible(missing);
 }
 
 void TrayIcon::notify(const QString &text)

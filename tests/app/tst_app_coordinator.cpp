@@ -7,6 +7,7 @@
 #include "platform/accessibility.h"
 #include "platform_memory/memory_desktop.h"
 
+#include <QAbstractButton>
 #include <QSignalSpy>
 #include <QTest>
 
@@ -45,6 +46,8 @@ private Q_SLOTS:
 
     void theChordWorksBeforeAccessIsGranted();
     void accessIsAskedForAndWaitedFor();
+    void accessGrantedElsewhereEndsTheQuestion();
+    void aDesktopWithoutSettingsLeavesAWayToGrantAccess();
     void aTakenChordLeavesTheDoubleTap();
     void nobodySignedInOpensNoPanel_data();
     void nobodySignedInOpensNoPanel();
@@ -67,6 +70,18 @@ private:
         return panel && panel->isVisible();
     }
     void doubleTap();
+    static QAbstractButton *alertButton(const QString &text)
+    {
+        const auto windows = QApplication::topLevelWidgets();
+        for (const QWidget *window : windows) {
+            for (auto *button : window->findChildren<QAbstractButton *>()) {
+                if (window->windowRole() == u"alert" && button->isVisible() &&
+                    button->text() == text)
+                    return button;
+            }
+        }
+        return nullptr;
+    }
 
     std::unique_ptr<localcloud::Server> m_server;
     std::unique_ptr<memory::MemoryDesktop> m_desktop;
@@ -115,12 +130,40 @@ void TestAppCoordinator::accessIsAskedForAndWaitedFor()
     m_desktop->accessibility.setTrusted(false);
     start();
     QSignalSpy changed(&m_coordinator->uiState(), &AppUIState::accessibilityTrustedChanged);
-    QCOMPARE(m_desktop->accessibility.trustRequests(), 1);
     QVERIFY(!m_coordinator->uiState().accessibilityTrusted());
+    QVERIFY(alertButton(u"取消"_s));
+    QCOMPARE(m_desktop->accessibility.trustRequests(), 0); // the user decides
+    alertButton(u"开启"_s)->click();
+    QCOMPARE(m_desktop->accessibility.trustRequests(), 1);
+    QVERIFY(!alertButton(u"开启"_s));
     m_desktop->accessibility.setTrusted(true);
     QTRY_VERIFY(m_desktop->keyEventTap.isRunning());
     QVERIFY(m_coordinator->uiState().accessibilityTrusted());
     QCOMPARE(changed.count(), 1);
+}
+
+void TestAppCoordinator::accessGrantedElsewhereEndsTheQuestion()
+{
+    m_desktop->accessibility.setTrusted(false);
+    start();
+    QVERIFY(alertButton(u"开启"_s));
+    m_desktop->accessibility.setTrusted(true);
+    QTRY_VERIFY(m_desktop->keyEventTap.isRunning());
+    QVERIFY(!alertButton(u"开启"_s));
+    QCOMPARE(m_desktop->accessibility.trustRequests(), 0);
+}
+
+void TestAppCoordinator::aDesktopWithoutSettingsLeavesAWayToGrantAccess()
+{
+    start();
+    m_coordinator->openAccessibilitySettings();
+    QVERIFY(!alertButton(u"开启"_s));
+    m_desktop->settingsPanes.setInstalled(false);
+    m_coordinator->openAccessibilitySettings();
+    QCOMPARE(m_desktop->settingsPanes.opened(),
+             std::vector(2, platform::SettingsPane::Accessibility));
+    QVERIFY(alertButton(u"开启"_s));
+    alertButton(u"开启"_s)->click();
     QCOMPARE(m_desktop->accessibility.trustRequests(), 1);
 }
 

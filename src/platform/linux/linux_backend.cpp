@@ -1,6 +1,7 @@
 #include "platform_linux/linux_backend.h"
 
 #include "platform_linux/atspi_accessibility.h"
+#include "platform_linux/desktop_settings_panes.h"
 #include "platform_linux/json_preferences.h"
 #include "platform_linux/secret_libsecret_store.h"
 #include "platform_linux/x11_desktop.h"
@@ -14,6 +15,7 @@ struct LinuxBackend::Parts
     X11Desktop x11;
     AtspiAccessibility accessibility{QString(), x11.windowSystem()};
     JsonPreferences preferences{JsonPreferences::defaultPath()};
+    DesktopSettingsPanes settingsPanes;
 };
 
 LinuxBackend::LinuxBackend()
@@ -41,6 +43,7 @@ platform::Services LinuxBackend::services()
         .clipboard = parts.x11.clipboard(),
         .primarySelection = parts.x11.primarySelection(),
         .windowSystem = parts.x11.windowSystem(),
+        .settingsPanes = parts.settingsPanes,
     };
 }
 

@@ -7,6 +7,7 @@
 #include "core/translation_engine.h"
 #include "desktop/carbon_hot_key.h"
 #include "desktop/hot_key_monitor.h"
+#include "desktop/permissions_manager.h"
 #include "desktop/selection_service.h"
 #include "desktop/text_insertion_service.h"
 #include "session/translation_view_model.h"
@@ -50,6 +51,10 @@ public:
     // Opens the empty panel, without reading any selection.
     void showPanel();
 
+    // The desktop's settings where the permission to read other programs' texts
+    // is missing.
+    void openAccessibilitySettings();
+
     // Called where somebody has to sign in before anything can be translated.
     std::function<void()> onSignInRequired;
 
@@ -65,6 +70,7 @@ private:
     void insertIntoTarget(const QString &text);
     void startHotKeyRespectingPermission();
     void waitForAccessibilityThenStart();
+    void askForAccessibility(const QString &message, const QString &details);
 
     platform::Services m_services;
     AppEnvironment m_environment;
@@ -76,12 +82,14 @@ private:
     AuthStore m_authStore;
     SelectionService m_selectionService;
     TextInsertionService m_insertionService;
+    PermissionsManager m_permissions;
     TranslationViewModel m_viewModel;
     FloatingPanelController m_panelController;
     HotKeyMonitor m_hotKey;
     CarbonHotKey m_carbonHotKey;
 
     platform::Task m_permissionPoll;
+    platform::Task m_permissionPrompt;
     platform::Task m_warmUp;
     platform::Task m_deferredTrigger; // waits for an insertion to end
     // Where the user was at the last trigger: the only window pasted into.

@@ -10,6 +10,7 @@ class KeySynthesizer;
 class Preferences;
 class PrimarySelectionReader;
 class SecretStore;
+class SettingsPanes;
 class WindowSystem;
 
 // One backend's implementation of every interface. Borrowed: whoever makes the
@@ -25,6 +26,7 @@ struct Services
     Clipboard &clipboard;
     PrimarySelectionReader &primarySelection;
     WindowSystem &windowSystem;
+    SettingsPanes &settingsPanes;
 };
 
 } // namespace nivora::platform

@@ -7,6 +7,7 @@
 #include "platform_memory/memory_preferences.h"
 #include "platform_memory/memory_primary_selection.h"
 #include "platform_memory/memory_secret_store.h"
+#include "platform_memory/memory_settings_panes.h"
 #include "platform_memory/memory_window_system.h"
 
 namespace nivora::memory {
@@ -24,12 +25,13 @@ struct MemoryDesktop
     MemoryClipboard clipboard;
     MemoryPrimarySelectionReader primarySelection;
     MemoryWindowSystem windowSystem;
+    MemorySettingsPanes settingsPanes;
 
     // Borrows from this object.
     platform::Services services()
     {
         return {preferences,   secrets,   keyEventTap,      hotKey,      keySynthesizer,
-                accessibility, clipboard, primarySelection, windowSystem};
+                accessibility, clipboard, primarySelection, windowSystem, settingsPanes};
     }
 };
 
