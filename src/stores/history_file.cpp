@@ -62,6 +62,14 @@ bool makeOwnFolder(const QString &path)
            S_ISDIR(folder.st_mode) && entry.st_uid == ::geteuid() && folder.st_uid == ::geteuid();
 }
 
+// Takes from everybody what `mode` does not hold, and gives nothing.
+void restrict(const QByteArray &path, mode_t mode)
+{
+    struct stat status;
+    if (::stat(path.constData(), &status) == 0 && (status.st_mode & 0777 & ~mode) != 0)
+        ::chmod(path.constData(), status.st_mode & mode);
+}
+
 // The folder's lock goes with the process, so a crash leaves nothing behind.
 bool lock(const Descriptor &folder)
 {
@@ -100,14 +108,14 @@ bool HistoryFile::makePrivate() const
     const QString folder = QFileInfo(m_path).path();
     if (!makeOwnFolder(folder))
         return false;
-    ::chmod(QFile::encodeName(folder).constData(), folderMode);
+    restrict(QFile::encodeName(folder), folderMode);
     const QByteArray path = QFile::encodeName(m_path);
     // A file that is there is not opened: closing it would take away the locks
     // that another connection of this process has on it.
     const Descriptor created(
         ::open(path.constData(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, fileMode));
     for (const char *suffix : suffixes)
-        ::chmod((path + suffix).constData(), fileMode);
+        restrict(path + suffix, fileMode);
     return true;
 }
 

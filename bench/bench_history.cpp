@@ -1,0 +1,183 @@
+#include "stores/glossary_store.h"
+#include "stores/history_store.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QEventLoop>
+#include <QTemporaryDir>
+
+#include <benchmark/benchmark.h>
+#include <sqlite3.h>
+
+using namespace nivora;
+using namespace Qt::Literals::StringLiterals;
+
+namespace {
+
+QString source(qint64 number)
+{
+    return u"我们明天上午十点在会议室讨论第%1季度的预算安排，请准时参加。"_s.arg(number);
+}
+
+// A history of `rows` sentences, made anew for each program run.
+class History
+{
+public:
+    explicit History(qint64 rows)
+        : m_path(m_folder.path() + u"/Nivora/history.sqlite"_s)
+        , m_store([] { return true; }, m_path)
+    {
+        sqlite3 *database = nullptr;
+        sqlite3_open(QFile::encodeName(m_path).constData(), &database);
+        const QByteArray fill =
+            "PRAGMA synchronous=OFF; BEGIN;"
+            "WITH RECURSIVE c(x) AS (SELECT 0 UNION ALL SELECT x+1 FROM c WHERE x+1<" +
+            QByteArray::number(rows) +
+            ") INSERT INTO history SELECT "
+            "printf('%08X-0000-4000-8000-%012X',(x*2654435761)%4294967296,x),1600000000+x*0.1,"
+            "'我们明天上午十点在会议室讨论第'||x||'季度的预算安排，请准时参加。',"
+            "'明日の午前10時に会議室で第'||x||'四半期の予算について話し合います。ご参加ください。',"
+            "'chinese','japanese' FROM c; COMMIT;";
+        sqlite3_exec(database, fill.constData(), nullptr, nullptr, nullptr);
+        sqlite3_close(database);
+    }
+
+    HistoryStore &store() { return m_store; }
+    const QString &path() const { return m_path; }
+
+private:
+    QTemporaryDir m_folder;
+    QString m_path;
+    HistoryStore m_store;
+};
+
+History &history(benchmark::State &state)
+{
+    static std::map<qint64, std::unique_ptr<History>> histories;
+    auto &history = histories[state.range(0)];
+    if (!history)
+        history = std::make_unique<History>(state.range(0));
+    return *history;
+}
+
+constexpr qint64 small = 10'000;
+constexpr qint64 large = 1'000'000;
+
+// The first use, which is the first trigger's unless the store is made earlier.
+void openStore(benchmark::State &state)
+{
+    const QString path = history(state).path();
+    for (auto _ : state)
+        HistoryStore store([] { return true; }, path);
+}
+BENCHMARK(openStore)->Arg(small)->Arg(large)->Unit(benchmark::kMicrosecond);
+
+void findTranslation(benchmark::State &state)
+{
+    HistoryStore &store = history(state).store();
+    qint64 number = 0;
+    for (auto _ : state) {
+        number = (number + 7919) % state.range(0);
+        if (!store.latestTranslation(source(number), Language::Japanese))
+            state.SkipWithError("not found");
+    }
+}
+BENCHMARK(findTranslation)->Arg(small)->Arg(large)->Unit(benchmark::kMicrosecond);
+
+void missTranslation(benchmark::State &state)
+{
+    HistoryStore &store = history(state).store();
+    qint64 number = 0;
+    for (auto _ : state) {
+        number += 7919;
+        benchmark::DoNotOptimize(store.latestTranslation(source(-number), Language::Japanese));
+    }
+}
+BENCHMARK(missTranslation)->Arg(small)->Arg(large)->Unit(benchmark::kMicrosecond);
+
+void recordTranslation(benchmark::State &state)
+{
+    HistoryStore &store = history(state).store();
+    static qint64 number = 0;
+    double longest = 0;
+    for (auto _ : state) {
+        const auto start = std::chrono::steady_clock::now();
+        store.record(u"新的句子 %1"_s.arg(++number), u"新しい文"_s, Language::Chinese,
+                     Language::Japanese);
+        const std::chrono::duration<double, std::milli> took =
+            std::chrono::steady_clock::now() - start;
+        longest = std::max(longest, took.count());
+    }
+    state.counters["longest_ms"] = longest;
+}
+BENCHMARK(recordTranslation)->Arg(small)->Arg(large)->Unit(benchmark::kMicrosecond)->UseRealTime();
+
+// What a window waits for after a key in its search field, and how long that
+// key keeps the main thread.
+void search(benchmark::State &state, const QString &term)
+{
+    HistoryStore &store = history(state).store();
+    QEventLoop loop;
+    QObject::connect(&store, &HistoryStore::changed, &loop, &QEventLoop::quit);
+    store.setWatched(true);
+    loop.exec();
+    double main = 0;
+    for (auto _ : state) {
+        const auto start = std::chrono::steady_clock::now();
+        store.applySearch(term);
+        const std::chrono::duration<double, std::micro> took =
+            std::chrono::steady_clock::now() - start;
+        main = std::max(main, took.count());
+        loop.exec();
+    }
+    state.counters["found"] = double(store.entries().size());
+    state.counters["main_thread_us"] = main;
+    store.setWatched(false);
+}
+BENCHMARK_CAPTURE(search, everything, u""_s)
+    ->Arg(small)
+    ->Arg(large)
+    ->Unit(benchmark::kMillisecond)
+    ->UseRealTime();
+BENCHMARK_CAPTURE(search, common, u"会议"_s)
+    ->Arg(small)
+    ->Arg(large)
+    ->Unit(benchmark::kMillisecond)
+    ->UseRealTime();
+BENCHMARK_CAPTURE(search, rare, u"9999季"_s)
+    ->Arg(small)
+    ->Arg(large)
+    ->Unit(benchmark::kMillisecond)
+    ->UseRealTime();
+
+// One keystroke in the settings' list of terms.
+void editTerm(benchmark::State &state)
+{
+    QTemporaryDir folder;
+    const QString path = folder.path() + u"/glossary.json"_s;
+    QByteArray json = "[";
+    for (qint64 i = 0; i < state.range(0); ++i)
+        json += (i ? "," : "") + "{\"id\":\""_ba +
+                QUuid::createUuid().toByteArray(QUuid::WithoutBraces) +
+                "\",\"zh\":\"报价单\",\"ja\":\"見積書\"}";
+    QFile file(path);
+    if (!file.open(QIODevice::WriteOnly) || file.write(json + ']') < 0)
+        return state.SkipWithError("no file");
+    file.close();
+    GlossaryStore store(path);
+    GlossaryTerm term = store.terms().back();
+    for (auto _ : state) {
+        term.zh = term.zh == u"甲" ? u"乙"_s : u"甲"_s;
+        store.update(term);
+    }
+}
+BENCHMARK(editTerm)->Arg(100)->Arg(10'000)->Unit(benchmark::kMillisecond)->UseRealTime();
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    QCoreApplication application(argc, argv);
+    benchmark::Initialize(&argc, argv);
+    benchmark::RunSpecifiedBenchmarks();
+}
