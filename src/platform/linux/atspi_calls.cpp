@@ -30,6 +30,17 @@ std::optional<QDBusArgument> container(const QVariantList &arguments, QLatin1Str
     return argument;
 }
 
+AtspiObject readObject(const QDBusArgument &argument)
+{
+    AtspiObject object;
+    QDBusObjectPath path;
+    argument.beginStructure();
+    argument >> object.service >> path;
+    argument.endStructure();
+    object.path = path.path();
+    return object;
+}
+
 } // namespace
 
 QDBusPendingCall AtspiCalls::send(QDBusMessage message)
@@ -86,17 +97,16 @@ std::vector<AtspiObject> AtspiCalls::objects(QDBusPendingCall call)
     if (!list)
         return objects;
     list->beginArray();
-    while (!list->atEnd()) {
-        AtspiObject object;
-        QDBusObjectPath path;
-        list->beginStructure();
-        *list >> object.service >> path;
-        list->endStructure();
-        object.path = path.path();
-        objects.push_back(std::move(object));
-    }
+    while (!list->atEnd())
+        objects.push_back(readObject(*list));
     list->endArray();
     return objects;
+}
+
+std::optional<AtspiObject> AtspiCalls::object(QDBusPendingCall call)
+{
+    const auto structure = container(arguments(std::move(call)), "(so)"_L1);
+    return structure ? std::optional(readObject(*structure)) : std::nullopt;
 }
 
 QStringList AtspiCalls::strings(QDBusPendingCall call)

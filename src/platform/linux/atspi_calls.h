@@ -6,6 +6,7 @@
 #include <QString>
 #include <QVariant>
 
+#include <optional>
 #include <utility>
 #include <vector>
 
@@ -23,9 +24,12 @@ struct AtspiObject
 namespace atspi {
 
 inline constexpr auto accessible = QLatin1StringView("org.a11y.atspi.Accessible");
+inline constexpr auto application = QLatin1StringView("org.a11y.atspi.Application");
 inline constexpr auto collection = QLatin1StringView("org.a11y.atspi.Collection");
 inline constexpr auto component = QLatin1StringView("org.a11y.atspi.Component");
 inline constexpr auto editableText = QLatin1StringView("org.a11y.atspi.EditableText");
+inline constexpr auto hyperlink = QLatin1StringView("org.a11y.atspi.Hyperlink");
+inline constexpr auto hypertext = QLatin1StringView("org.a11y.atspi.Hypertext");
 inline constexpr auto text = QLatin1StringView("org.a11y.atspi.Text");
 inline constexpr auto rootPath = QLatin1StringView("/org/a11y/atspi/accessible/root");
 
@@ -59,6 +63,7 @@ public:
     // empty or 0 for any other answer.
     QVariant property(QDBusPendingCall call);
     std::vector<AtspiObject> objects(QDBusPendingCall call);
+    std::optional<AtspiObject> object(QDBusPendingCall call);
     QStringList strings(QDBusPendingCall call);
     // The 64 bits of a set of states.
     quint64 states(QDBusPendingCall call);

@@ -13,6 +13,9 @@ constexpr uint onScreen = 0; // the space of places: of the whole screen
 // Stands in a text for a part of it that is an element of its own.
 constexpr QChar embeddedObject{0xfffc};
 
+// Elements within elements whose places are looked at.
+constexpr int deepestPlace = 8;
+
 // GTK measures a range character by character, each from the start of its line:
 // 4000 characters of one line take it 0.3 s. Of a longer range than this only the
 // ends are measured.
@@ -60,14 +63,34 @@ QStringList pairs(const QVariantList &arguments)
     return pairs;
 }
 
+bool isBeyondBasicPlane(const QString &text)
+{
+    return std::ranges::any_of(text, [](QChar unit) { return unit.isSurrogate(); });
+}
+
+// Firefox counts in UTF-16 and makes up for that with a filler after each
+// character of two units.
+QString withoutFillers(const QString &text)
+{
+    constexpr QChar filler{0xfeff};
+    QString plain;
+    plain.reserve(text.size());
+    for (const QChar unit : text) {
+        if (unit != filler || plain.isEmpty() || !plain.back().isLowSurrogate())
+            plain.append(unit);
+    }
+    return plain;
+}
+
 } // namespace
 
 struct AtspiElement::Selection
 {
+    bool isEmpty() const { return start == end; }
+
     int start = 0;
     int end = 0;
-    // Whether its text is the whole of what the user sees selected.
-    bool isWhole = true;
+    int count = 0; // of the selections, of which this is the first
 };
 
 AtspiElement::Answer AtspiElement::inspect(AtspiCalls &calls)
@@ -77,8 +100,9 @@ AtspiElement::Answer AtspiElement::inspect(AtspiCalls &calls)
     const auto interfaces = calls.send(m_object, atspi::accessible, "GetInterfaces"_L1);
     const auto attributes = calls.send(m_object, atspi::accessible, "GetAttributes"_L1);
     const auto frame = calls.send(m_object, atspi::component, "GetExtents"_L1, {onScreen});
-    const auto name =
-        calls.sendGet({m_object.service, atspi::rootPath}, atspi::accessible, "Name"_L1);
+    const AtspiObject program{m_object.service, atspi::rootPath};
+    const auto name = calls.sendGet(program, atspi::accessible, "Name"_L1);
+    const auto toolkit = calls.sendGet(program, atspi::application, "ToolkitName"_L1);
 
     const auto roleNumber = calls.arguments(role).value(0).toUInt();
     const auto stateBits = calls.states(states);
@@ -88,6 +112,11 @@ AtspiElement::Answer AtspiElement::inspect(AtspiCalls &calls)
     m_hasText = interfaceNames.contains(atspi::text);
     m_frame = extents(calls.arguments(frame));
     m_programName = calls.property(name).toString();
+    const auto toolkitName = calls.property(toolkit).toString();
+    if (toolkitName == "Gecko"_L1)
+        m_toolkit = Toolkit::Gecko;
+    else if (toolkitName == "Chromium"_L1)
+        m_toolkit = Toolkit::Chromium;
     if (stateBits == 0)
         return Answer::None;
     return has(stateBits, AtspiState::Focused) ? Answer::Focused : Answer::Unfocused;
@@ -101,55 +130,131 @@ platform::FocusedElement AtspiElement::read(AtspiCalls &calls) const
     element.frame = m_frame;
     if (m_kind.hasText)
         readText(calls, element);
+    else if (m_kind.hidesText)
+        element.selectedText = QString();
     return element;
+}
+
+std::optional<AtspiElement::Selection> AtspiElement::askSelection(AtspiCalls &calls) const
+{
+    const auto caretCall = calls.sendGet(m_object, atspi::text, "CaretOffset"_L1);
+    const auto countCall = calls.send(m_object, atspi::text, "GetNSelections"_L1);
+    const auto endsCall = calls.send(m_object, atspi::text, "GetSelection"_L1, {0});
+
+    const int caret = calls.property(caretCall).toInt();
+    const auto count = calls.arguments(countCall);
+    const auto ends = calls.arguments(endsCall);
+    if (count.isEmpty())
+        return std::nullopt;
+    const int selections = count.first().toInt();
+    if (selections <= 0 || ends.size() != 2)
+        return Selection{.start = caret, .end = caret, .count = selections};
+    return Selection{.start = std::min(ends[0].toInt(), ends[1].toInt()),
+                     .end = std::max(ends[0].toInt(), ends[1].toInt()),
+                     .count = selections};
 }
 
 void AtspiElement::readText(AtspiCalls &calls, platform::FocusedElement &element) const
 {
     const auto countCall = calls.sendGet(m_object, atspi::text, "CharacterCount"_L1);
-    const auto caretCall = calls.sendGet(m_object, atspi::text, "CaretOffset"_L1);
-    const auto selectionsCall = calls.send(m_object, atspi::text, "GetNSelections"_L1);
-    const auto selectionCall = calls.send(m_object, atspi::text, "GetSelection"_L1, {0});
-
+    const auto selection = askSelection(calls);
     const auto count = calls.property(countCall);
-    const auto caret = calls.property(caretCall);
-    const auto selections = calls.arguments(selectionsCall);
-    const auto ends = calls.arguments(selectionCall);
-    if (count.isNull() || selections.isEmpty())
+    if (count.isNull() || !selection)
         return;
     element.characterCount = count.toInt();
-
-    Selection selection{.start = caret.toInt(), .end = caret.toInt()};
-    if (selections.first().toInt() > 0 && ends.size() == 2)
-        selection = {std::min(ends[0].toInt(), ends[1].toInt()),
-                     std::max(ends[0].toInt(), ends[1].toInt())};
-    element.selectedTextRange = {selection.start, selection.end - selection.start};
-
-    const bool touchesEdge = selection.start <= 0 || selection.end >= *element.characterCount;
-    selection.isWhole = selections.first().toInt() <= 1 && (m_kind.standsAlone || !touchesEdge);
-    if (selection.start == selection.end) {
-        if (selection.isWhole)
-            element.selectedText = QString();
-        readCaret(calls, selection.start, element);
-    } else {
-        selection.isWhole = selection.isWhole && !m_kind.misreadsSelection;
-        readSelection(calls, selection, element);
+    element.selectedTextRange = {selection->start, selection->end - selection->start};
+    if (!selection->isEmpty()) {
+        readSelection(calls, *selection, element);
+        return;
     }
+
+    // Elsewhere than in a field and in a browser, whose focused element holds all
+    // of a selection, it may go on in the next element.
+    const bool touchesEdge = selection->start <= 0 || selection->end >= *element.characterCount;
+    const bool mayGoOn = !m_kind.standsAlone && !isInBrowser() && touchesEdge;
+    // Chromium: none in a page where all is selected, an empty one where an end of
+    // it cannot be told.
+    const bool isUnsure = m_toolkit == Toolkit::Chromium && (isPage() || selection->count > 0);
+    if (!mayGoOn && !isUnsure && selection->count <= 1)
+        element.selectedText = QString();
+    // What a browser says of the insertion point in a page is not seen there.
+    if (!isPage() && selection->start >= 0)
+        readCaret(calls, selection->start, element);
 }
 
 void AtspiElement::readSelection(AtspiCalls &calls, const Selection &selection,
                                  platform::FocusedElement &element) const
 {
-    const auto textCall =
-        calls.send(m_object, atspi::text, "GetText"_L1, {selection.start, selection.end});
-    const auto text = calls.arguments(textCall);
-    // The part that is an element of its own is missing from the text.
-    if (!text.isEmpty() && selection.isWhole && !text.first().toString().contains(embeddedObject))
-        element.selectedText = text.first().toString();
-    element.selectedTextBounds = bounds(calls, selection);
+    const auto text = textOf(calls, selection);
+    const bool touchesEdge = selection.start <= 0 || selection.end >= *element.characterCount;
+    const bool isWhole = selection.count == 1 && !m_kind.misreadsSelection &&
+                         (m_kind.standsAlone || isInBrowser() || !touchesEdge);
+    // The part that is an element of its own is missing from the text, and a page
+    // is copied otherwise than it is told: without the bullets of its lists and
+    // with what is hidden from accessibility alone.
+    if (text && isWhole && !isPage() && !text->contains(embeddedObject))
+        element.selectedText = text;
+    element.selectedTextBounds = place(calls, selection, text, deepestPlace);
     // The first answer of a Firefox field can be empty, the second is true.
     if (!element.selectedTextBounds)
-        element.selectedTextBounds = bounds(calls, selection);
+        element.selectedTextBounds = place(calls, selection, text, deepestPlace);
+}
+
+// Absent where the program is known to tell of another part than what is selected.
+std::optional<QString> AtspiElement::textOf(AtspiCalls &calls, const Selection &selection) const
+{
+    // Chromium takes the characters before an offset for units of UTF-16: any
+    // character of two units shifts it.
+    const bool countsUnits = m_toolkit == Toolkit::Chromium;
+    const int start = countsUnits ? 0 : selection.start;
+    const auto answer =
+        calls.arguments(calls.send(m_object, atspi::text, "GetText"_L1, {start, selection.end}));
+    if (answer.isEmpty())
+        return std::nullopt;
+    const auto text = answer.first().toString();
+    if (countsUnits)
+        return isBeyondBasicPlane(text) ? std::nullopt : std::optional(text.mid(selection.start));
+    return m_toolkit == Toolkit::Gecko ? withoutFillers(text) : text;
+}
+
+// Where a selection begins and ends with elements of their own, their parts of it
+// tell the place: Firefox's own account has an element too many.
+std::optional<QRectF> AtspiElement::place(AtspiCalls &calls, const Selection &selection,
+                                          const std::optional<QString> &text, int depth) const
+{
+    if (depth > 0 && text && text->startsWith(embeddedObject) && text->endsWith(embeddedObject)) {
+        const auto first = placeWithin(calls, selection.start, depth - 1);
+        const auto last = selection.end - selection.start > 1
+                              ? placeWithin(calls, selection.end - 1, depth - 1)
+                              : first;
+        if (first && last)
+            return first->united(*last);
+    }
+    return bounds(calls, selection);
+}
+
+// Where the selected part is of the element that stands at this offset.
+std::optional<QRectF> AtspiElement::placeWithin(AtspiCalls &calls, int offset, int depth) const
+{
+    const auto index =
+        calls.arguments(calls.send(m_object, atspi::hypertext, "GetLinkIndex"_L1, {offset}))
+            .value(0, -1)
+            .toInt();
+    if (index < 0)
+        return std::nullopt;
+    const auto link = calls.object(calls.send(m_object, atspi::hypertext, "GetLink"_L1, {index}));
+    if (!link)
+        return std::nullopt;
+    const auto object = calls.object(calls.send(*link, atspi::hyperlink, "GetObject"_L1, {0}));
+    if (!object)
+        return std::nullopt;
+    AtspiElement element(*object);
+    if (element.inspect(calls) == Answer::None)
+        return std::nullopt;
+    const auto selection = element.m_kind.hasText ? element.askSelection(calls) : std::nullopt;
+    if (!selection || selection->isEmpty())
+        return element.m_frame;
+    return element.place(calls, *selection, element.textOf(calls, *selection), depth);
 }
 
 std::optional<QRectF> AtspiElement::bounds(AtspiCalls &calls, const Selection &selection) const

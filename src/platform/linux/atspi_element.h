@@ -31,16 +31,27 @@ public:
 
 private:
     struct Selection;
+    enum class Toolkit { Other, Gecko, Chromium };
 
+    bool isInBrowser() const { return m_toolkit != Toolkit::Other; }
+    // What a browser shows and the user cannot write in.
+    bool isPage() const { return isInBrowser() && !m_kind.takesText; }
+
+    std::optional<Selection> askSelection(AtspiCalls &calls) const;
+    std::optional<QString> textOf(AtspiCalls &calls, const Selection &selection) const;
     void readText(AtspiCalls &calls, platform::FocusedElement &element) const;
     void readSelection(AtspiCalls &calls, const Selection &selection,
                        platform::FocusedElement &element) const;
+    std::optional<QRectF> place(AtspiCalls &calls, const Selection &selection,
+                                const std::optional<QString> &text, int depth) const;
+    std::optional<QRectF> placeWithin(AtspiCalls &calls, int offset, int depth) const;
     std::optional<QRectF> bounds(AtspiCalls &calls, const Selection &selection) const;
     QDBusPendingCall sendCharacter(AtspiCalls &calls, int offset) const;
     void readCaret(AtspiCalls &calls, int caret, platform::FocusedElement &element) const;
 
     AtspiObject m_object;
     AtspiKind m_kind;
+    Toolkit m_toolkit = Toolkit::Other;
     bool m_hasText = false;
     std::optional<QRectF> m_frame;
     QString m_programName;

@@ -125,6 +125,7 @@ AtspiKind AtspiKind::of(uint accessibleRole, quint64 states, const QStringList &
         kind.role = u"AXTextField"_s;
         kind.subrole = u"AXSecureTextField"_s;
         kind.takesText = true;
+        kind.hidesText = true;
         return kind;
     }
     kind.hasText = interfaces.contains(atspi::text);

@@ -25,7 +25,9 @@ inline bool has(quint64 states, AtspiState state)
 // What kind of element an accessible is, in the terms that this program tests.
 //
 // The rules, in their order:
-//  - A password entry is "AXSecureTextField". None of its text is ever asked for.
+//  - A password entry is "AXSecureTextField". None of its text is ever asked for,
+//    and none counts as selected: Chromium shows a selected password to whoever
+//    asks for PRIMARY, where it would be looked for otherwise.
 //  - A terminal is a text area: it takes what is pasted at its prompt. Toolkits do
 //    not call it editable, since its text cannot be set.
 //  - A text with the state "editable" is a combo box if that is its role, otherwise
@@ -50,6 +52,7 @@ struct AtspiKind
     bool hasText = false;      // and it may be read
     bool hasComponent = false; // it has a place on the screen
     bool takesText = false;
+    bool hidesText = false; // a password's
     // What its text says of the selection is all there is to it. Elsewhere, in a
     // paragraph or a web page, the selection may go on in another element.
     bool standsAlone = false;
