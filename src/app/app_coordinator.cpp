@@ -21,6 +21,11 @@ constexpr auto insertionPollPeriod = 20ms;
 constexpr auto warmUpDelay = 0ms;
 constexpr platform::KeyChord triggerChord{Qt::Key_O, Qt::ControlModifier | Qt::AltModifier};
 
+QString noSettingsProgram()
+{
+    return AppCoordinator::tr("没有找到系统设置程序");
+}
+
 } // namespace
 
 AppCoordinator::AppCoordinator(const platform::Services &services, const QUrl &cloudEndpoint)
@@ -159,11 +164,23 @@ void AppCoordinator::askForAccessibility(const QString &message, const QString &
         });
 }
 
+void AppCoordinator::showScreenPermissionAlert()
+{
+    m_screenAlert = showAlert(
+        {tr("需要屏幕录制权限"),
+         tr("「截图翻译」需要屏幕录制权限。请在系统设置→隐私与安全性→屏幕录制中开启 "
+            "Nivora，然后重新启动 App。"),
+         {tr("打开系统设置"), tr("取消")}},
+        [this](int button) {
+            if (button == 0 && !m_permissions.openScreenRecordingSettings())
+                m_screenAlert = showAlert({noSettingsProgram(), QString(), {tr("好")}}, [](int) {});
+        });
+}
+
 void AppCoordinator::openAccessibilitySettings()
 {
     if (!m_permissions.openAccessibilitySettings())
-        askForAccessibility(tr("没有找到系统设置程序"),
-                            tr("Nivora 可以直接打开辅助功能服务（AT-SPI）。"));
+        askForAccessibility(noSettingsProgram(), tr("Nivora 可以直接打开辅助功能服务（AT-SPI）。"));
 }
 
 void AppCoordinator::waitForAccessibilityThenStart()

@@ -48,6 +48,7 @@ private Q_SLOTS:
     void accessIsAskedForAndWaitedFor();
     void accessGrantedElsewhereEndsTheQuestion();
     void aDesktopWithoutSettingsLeavesAWayToGrantAccess();
+    void aScreenThatMayNotBeReadLeadsToTheSettings();
     void aTakenChordLeavesTheDoubleTap();
     void nobodySignedInOpensNoPanel_data();
     void nobodySignedInOpensNoPanel();
@@ -165,6 +166,24 @@ void TestAppCoordinator::aDesktopWithoutSettingsLeavesAWayToGrantAccess()
     QVERIFY(alertButton(u"开启"_s));
     alertButton(u"开启"_s)->click();
     QCOMPARE(m_desktop->accessibility.trustRequests(), 1);
+}
+
+void TestAppCoordinator::aScreenThatMayNotBeReadLeadsToTheSettings()
+{
+    start();
+    m_coordinator->showScreenPermissionAlert();
+    alertButton(u"取消"_s)->click();
+    QVERIFY(m_desktop->settingsPanes.opened().empty());
+    m_coordinator->showScreenPermissionAlert();
+    alertButton(u"打开系统设置"_s)->click();
+    QCOMPARE(m_desktop->settingsPanes.opened(),
+             std::vector{platform::SettingsPane::ScreenRecording});
+    QVERIFY(!alertButton(u"好"_s));
+    m_desktop->settingsPanes.setInstalled(false);
+    m_coordinator->showScreenPermissionAlert();
+    alertButton(u"打开系统设置"_s)->click();
+    QVERIFY(alertButton(u"好"_s));
+    alertButton(u"好"_s)->click();
 }
 
 void TestAppCoordinator::aTakenChordLeavesTheDoubleTap()

@@ -45,10 +45,10 @@ public Q_SLOTS:
     {
         for (const QString &uri : uris) {
             const QUrl link(uri, QUrl::StrictMode);
-            if (link.scheme() == "nivora"_L1)
+            if (link.isValid() && link.scheme() == "nivora"_L1)
                 Q_EMIT m_application.linkOpened(link);
             else
-                qCWarning(log::app) << "A link of another scheme was not opened";
+                qCWarning(log::app) << "A link was not opened: it is none of this program's";
         }
     }
 

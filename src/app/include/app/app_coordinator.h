@@ -55,6 +55,9 @@ public:
     // is missing.
     void openAccessibilitySettings();
 
+    // Says why the screen cannot be read, with a way to the desktop's settings.
+    void showScreenPermissionAlert();
+
     // Called where somebody has to sign in before anything can be translated.
     std::function<void()> onSignInRequired;
 
@@ -90,6 +93,7 @@ private:
 
     platform::Task m_permissionPoll;
     platform::Task m_permissionPrompt;
+    platform::Task m_screenAlert;
     platform::Task m_warmUp;
     platform::Task m_deferredTrigger; // waits for an insertion to end
     // Where the user was at the last trigger: the only window pasted into.

@@ -1,0 +1,119 @@
+#include "platform_linux/dbus_application.h"
+
+#include "support/desktop_session.h"
+
+#include <QDBusConnection>
+#include <QDBusMessage>
+#include <QSignalSpy>
+#include <QTest>
+
+using namespace Qt::Literals::StringLiterals;
+using namespace nivora;
+using linuxdesktop::DBusApplication;
+
+// The program's name on a real session bus, called from a second connection as
+// a desktop or another start of the program calls it.
+class TestDBusApplication : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase();
+
+    void aSecondStartBringsTheFirstForward();
+    void actionsArriveByName();
+    void onlyLinksOfTheProgramAreOpened_data();
+    void onlyLinksOfTheProgramAreOpened();
+
+private:
+    static QDBusMessage call(const QString &method, const QVariantList &arguments)
+    {
+        auto connection = QDBusConnection::connectToBus(QDBusConnection::SessionBus, u"caller"_s);
+        auto message = QDBusMessage::createMethodCall(u"app.nivora"_s, u"/app/nivora"_s,
+                                                      u"org.freedesktop.Application"_s, method);
+        message.setArguments(arguments);
+        return connection.call(message, QDBus::BlockWithGui);
+    }
+
+    test::DesktopSession m_session;
+};
+
+void TestDBusApplication::initTestCase()
+{
+    QVERIFY2(m_session.start({.windowManager = false, .accessibility = false}),
+             qUtf8Printable(m_session.error()));
+    qputenv("DBUS_SESSION_BUS_ADDRESS", m_session.busAddress().toUtf8());
+}
+
+void TestDBusApplication::aSecondStartBringsTheFirstForward()
+{
+    DBusApplication first;
+    std::optional<DBusApplication::Role> role;
+    auto acquisition = first.acquire([&](auto given) { role = given; });
+    QVERIFY(!role);
+    QTRY_COMPARE(role, DBusApplication::Role::Primary);
+
+    QSignalSpy activated(&first, &DBusApplication::activated);
+    QCOMPARE(call(u"Activate"_s, {QVariantMap()}).type(), QDBusMessage::ReplyMessage);
+    QCOMPARE(activated.count(), 1);
+
+    // The program again, as another process.
+    auto *second = m_session.launch(QCoreApplication::applicationFilePath(), {u"--start-again"_s});
+    QVERIFY(second);
+    QTRY_COMPARE(activated.count(), 2);
+    QTRY_COMPARE(second->state(), QProcess::NotRunning);
+    QCOMPARE(second->exitCode(), int(DBusApplication::Role::Secondary));
+}
+
+void TestDBusApplication::actionsArriveByName()
+{
+    DBusApplication application;
+    std::optional<DBusApplication::Role> role;
+    auto acquisition = application.acquire([&](auto given) { role = given; });
+    QTRY_COMPARE(role, DBusApplication::Role::Primary);
+    QSignalSpy requested(&application, &DBusApplication::actionRequested);
+    call(u"ActivateAction"_s, {u"panel"_s, QVariant(QVariantList()), QVariantMap()});
+    QCOMPARE(requested.count(), 1);
+    QCOMPARE(requested.first().first(), u"panel"_s);
+}
+
+void TestDBusApplication::onlyLinksOfTheProgramAreOpened_data()
+{
+    QTest::addColumn<QString>("link");
+    QTest::addColumn<bool>("opened");
+    QTest::newRow("ours") << u"nivora://auth?code=1"_s << true;
+    QTest::newRow("ours in capitals") << u"NIVORA://auth?code=1"_s << true;
+    QTest::newRow("a file") << u"file:///etc/passwd"_s << false;
+    QTest::newRow("a page") << u"https://example.org/nivora:"_s << false;
+    QTest::newRow("a command") << u"javascript:alert(1)"_s << false;
+    QTest::newRow("broken") << u"nivora://[bad"_s << false;
+    QTest::newRow("empty") << u""_s << false;
+}
+
+void TestDBusApplication::onlyLinksOfTheProgramAreOpened()
+{
+    QFETCH(const QString, link);
+    QFETCH(const bool, opened);
+    DBusApplication application;
+    std::optional<DBusApplication::Role> role;
+    auto acquisition = application.acquire([&](auto given) { role = given; });
+    QTRY_COMPARE(role, DBusApplication::Role::Primary);
+    QSignalSpy links(&application, &DBusApplication::linkOpened);
+    call(u"Open"_s, {QStringList{link}, QVariantMap()});
+    QCOMPARE(links.count(), opened ? 1 : 0);
+}
+
+int main(int argc, char *argv[])
+{
+    QCoreApplication application(argc, argv);
+    if (application.arguments().contains(u"--start-again"_s)) {
+        DBusApplication again;
+        const auto acquisition =
+            again.acquire([](auto role) { QCoreApplication::exit(int(role)); });
+        return QCoreApplication::exec();
+    }
+    TestDBusApplication test;
+    return QTest::qExec(&test, argc, argv);
+}
+
+#include "tst_dbus_application.moc"
