@@ -14,6 +14,7 @@
 
 #include <functional>
 #include <optional>
+#include <utility>
 #include <vector>
 
 namespace nivora {
@@ -131,7 +132,13 @@ private:
     void clearResult();
 
     template<typename Value>
-    void assign(Value &field, Value value, void (TranslationViewModel::*changed)());
+    void assign(Value &field, Value value, void (TranslationViewModel::*changed)())
+    {
+        if (field == value)
+            return;
+        field = std::move(value);
+        Q_EMIT(this->*changed)();
+    }
     void setSourceText(const QString &text);
     void setContextText(const QString &text);
     void setDirection(Language detected, Language target);

@@ -1,0 +1,204 @@
+#include "session_test.h"
+
+#include <QSignalSpy>
+#include <QTest>
+
+using namespace nivora;
+using namespace nivora::test;
+using namespace Qt::Literals::StringLiterals;
+using localcloud::eventStream;
+
+// What the user does in the panel, and the direction that follows from it.
+class TestTranslationInput : public SessionTest
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init() { start(); }
+
+    void theDirectionFollowsTheRule();
+    void aChosenTargetStandsUntilTheNextTrigger();
+    void aChosenTargetRunsOnlyWhereThereIsSomethingToReplace();
+    void typingClearsTheResultWhileLiveTranslationIsOff();
+    void liveTranslationWaitsForTheTextToRest();
+    void aPendingRunOutlivesATrigger();
+    void theProgramsOwnTextIsNoEdit();
+    void aReplyCarriesTheOthersWordsAsBackground();
+    void copyingShowsForAMoment();
+    void theMainButtonFollowsTheSituation_data();
+    void theMainButtonFollowsTheSituation();
+};
+
+void TestTranslationInput::theDirectionFollowsTheRule()
+{
+    m_session->prepareManualInput(true, std::nullopt);
+    QCOMPARE(m_session->detectedSource(), Language::Auto);
+    QCOMPARE(m_session->effectiveTarget(), Language::Japanese);
+    m_settings->secondaryLanguageRaw.set(u"english"_s);
+    m_session->editSource(u"报价"_s);
+    QCOMPARE(m_session->effectiveTarget(), Language::English);
+    m_settings->defaultTargetLanguageRaw.set(u"nonsense"_s); // counts as Chinese
+    m_settings->secondaryLanguageRaw.set(u"nonsense"_s);     // counts as Japanese
+    m_session->editSource(u"报价单"_s);
+    QCOMPARE(m_session->effectiveTarget(), Language::Japanese);
+    m_session->editSource(u"hello"_s);
+    QCOMPARE(m_session->effectiveTarget(), Language::Chinese);
+    m_session->editSource(u"  "_s); // keeps the direction
+    QCOMPARE(m_session->effectiveTarget(), Language::Chinese);
+}
+
+void TestTranslationInput::aChosenTargetStandsUntilTheNextTrigger()
+{
+    m_server->setHandler([](const auto &) { return eventStream({u"x"_s}); });
+    m_session->setSource(u"hello"_s, true, std::nullopt);
+    m_session->selectTarget(Language::Korean);
+    QTRY_COMPARE(phase(), Phase::Kind::Done);
+    m_session->editSource(u"hello there"_s);
+    m_session->translateNow();
+    QCOMPARE(m_session->effectiveTarget(), Language::Korean);
+    m_session->setSource(u"hello"_s, true, std::nullopt);
+    QCOMPARE(m_session->effectiveTarget(), Language::Chinese);
+    m_session->selectTarget(Language::Korean);
+    m_session->prepareManualInput(false, std::nullopt);
+    m_session->editSource(u"hello"_s);
+    QCOMPARE(m_session->effectiveTarget(), Language::Chinese);
+}
+
+void TestTranslationInput::aChosenTargetRunsOnlyWhereThereIsSomethingToReplace()
+{
+    m_server->setHandler([](const auto &) { return eventStream({u"x"_s}); });
+    m_session->prepareManualInput(false, std::nullopt);
+    m_session->selectTarget(Language::Korean);
+    m_session->editSource(u"hello"_s);
+    m_session->selectTarget(Language::English);
+    QCOMPARE(m_session->detectedSource(), Language::English);
+    QCOMPARE(phase(), Phase::Kind::Idle); // waits for the button
+    m_settings->liveTranslate.set(true);
+    m_session->selectTarget(Language::Korean);
+    QCOMPARE(phase(), Phase::Kind::Loading);
+    QTRY_COMPARE(phase(), Phase::Kind::Done);
+    QCOMPARE(bodyOf(m_server->requests().last())[u"target"].toString(), u"korean"_s);
+}
+
+void TestTranslationInput::typingClearsTheResultWhileLiveTranslationIsOff()
+{
+    m_server->enqueue(eventStream({u"x"_s}, {.usage = localcloud::TokenCounts{1, 1}}));
+    m_session->prepareManualInput(true, std::nullopt);
+    m_session->editSource(u"甲"_s);
+    m_session->translateNow();
+    QTRY_COMPARE(phase(), Phase::Kind::Done);
+    m_session->editSource(u"甲乙"_s);
+    QCOMPARE(phase(), Phase::Kind::Idle);
+    QCOMPARE(m_session->translatedText(), QString());
+    QCOMPARE(m_session->lastTokens(), std::nullopt);
+}
+
+void TestTranslationInput::liveTranslationWaitsForTheTextToRest()
+{
+    m_settings->liveTranslate.set(true);
+    m_server->setHandler([](const auto &) { return eventStream({u"x"_s}); });
+    m_session->prepareManualInput(true, std::nullopt);
+    QElapsedTimer sinceLastEdit;
+    for (const QString &text : {u"甲"_s, u"甲乙"_s, u"甲乙丙"_s}) {
+        m_session->editSource(text);
+        sinceLastEdit.start();
+    }
+    QTRY_COMPARE(phase(), Phase::Kind::Done);
+    QVERIFY(sinceLastEdit.elapsed() >= 1000);
+    QCOMPARE(m_server->requests().size(), 1);
+    QCOMPARE(bodyOf(m_server->requests().first())[u"text"].toString(), u"甲乙丙"_s);
+}
+
+void TestTranslationInput::aPendingRunOutlivesATrigger()
+{
+    m_settings->liveTranslate.set(true);
+    m_server->setHandler([](const auto &) { return eventStream({u"x"_s}); });
+    m_session->prepareManualInput(true, std::nullopt);
+    m_session->editSource(u"甲"_s);
+    m_session->setSource(u"乙"_s, true, std::nullopt);
+    QTRY_COMPARE(m_server->requests().size(), 2);
+    QTRY_COMPARE(phase(), Phase::Kind::Done);
+    QCOMPARE(bodyOf(m_server->requests().last())[u"text"].toString(), u"乙"_s);
+}
+
+void TestTranslationInput::theProgramsOwnTextIsNoEdit()
+{
+    m_server->setHandler([](const auto &) { return eventStream({u"x"_s}); });
+    m_session->setSource(u"甲"_s, true, std::nullopt);
+    m_session->sourceEdited(); // an editor that reports the text back
+    QTRY_COMPARE(phase(), Phase::Kind::Done);
+    m_session->sourceEdited(); // the second time it is the user
+    QCOMPARE(phase(), Phase::Kind::Idle);
+}
+
+void TestTranslationInput::aReplyCarriesTheOthersWordsAsBackground()
+{
+    m_server->setHandler([](const auto &) { return eventStream({u"x"_s}); });
+    m_session->setSource(u" Could you send the quotation? "_s, false, std::nullopt);
+    QTRY_COMPARE(phase(), Phase::Kind::Done);
+    QVERIFY(m_session->showReply());
+
+    m_session->prepareReply(m_session->sourceText(), m_session->detectedSource());
+    QCOMPARE(m_session->mode(), PanelMode::Reply);
+    QCOMPARE(m_session->contextText(), u"Could you send the quotation?"_s);
+    QCOMPARE(m_session->sourceText(), QString());
+    QCOMPARE(m_session->effectiveTarget(), Language::English);
+    m_session->editSource(u"马上发"_s);
+    m_session->translateNow();
+    QTRY_COMPARE(phase(), Phase::Kind::Done);
+    const QJsonObject body = bodyOf(m_server->requests().last());
+    QCOMPARE(body[u"target"].toString(), u"english"_s);
+    QCOMPARE(body[u"background"].toString(), u"Could you send the quotation?"_s);
+    QCOMPARE(m_session->primaryAction(), PrimaryAction::Copy);
+}
+
+void TestTranslationInput::copyingShowsForAMoment()
+{
+    m_session->copyResult(); // nothing to copy
+    QVERIFY(!m_session->justCopied());
+    QCOMPARE(m_clipboard->changeCount(), 0);
+
+    m_server->enqueue(eventStream({u"x"_s}));
+    m_session->setSource(u"甲"_s, true, std::nullopt);
+    QTRY_COMPARE(phase(), Phase::Kind::Done);
+    m_session->copyResult();
+    QVERIFY(m_session->justCopied());
+    QCOMPARE(m_clipboard->text(), u"x"_s);
+    QTRY_VERIFY(!m_session->justCopied());
+}
+
+void TestTranslationInput::theMainButtonFollowsTheSituation_data()
+{
+    QTest::addColumn<PanelMode>("mode");
+    QTest::addColumn<bool>("target");
+    QTest::addColumn<PrimaryAction>("action");
+    QTest::newRow("selection in a field") << PanelMode::Selection << true << PrimaryAction::Replace;
+    QTest::newRow("selection elsewhere") << PanelMode::Selection << false << PrimaryAction::None;
+    QTest::newRow("compose for a field") << PanelMode::Compose << true << PrimaryAction::Insert;
+    QTest::newRow("compose for nobody") << PanelMode::Compose << false << PrimaryAction::Copy;
+}
+
+void TestTranslationInput::theMainButtonFollowsTheSituation()
+{
+    QFETCH(PanelMode, mode);
+    QFETCH(bool, target);
+    m_server->enqueue(eventStream({u"x"_s}));
+    if (mode == PanelMode::Selection) {
+        m_session->setSource(u"甲"_s, target, std::nullopt);
+    } else {
+        m_session->prepareManualInput(target, std::nullopt);
+        m_session->editSource(u"甲"_s);
+        m_session->translateNow();
+    }
+    QCOMPARE(m_session->primaryAction(), PrimaryAction::None);
+    QTRY_COMPARE(phase(), Phase::Kind::Done);
+    QTEST(m_session->primaryAction(), "action");
+
+    QString inserted;
+    m_session->insertHandler = [&](const QString &text) { inserted = text; };
+    m_session->insert();
+    QCOMPARE(inserted, u"x"_s);
+}
+
+QTEST_GUILESS_MAIN(TestTranslationInput)
+#include "tst_translation_input.moc"
