@@ -30,13 +30,27 @@ constexpr auto accessibilityBound = 350ms; // the interface promises 300 ms
 constexpr auto exposureBound = 250ms;
 constexpr auto exposureStep = 40ms;
 constexpr auto clipboardBound = 300ms;
+constexpr auto responseBound = 200ms;
 constexpr auto copyBound = 350ms;
 constexpr auto copyStep = 20ms;
+// Each wait has its own bound; this one holds for all of them together, so that
+// several programs that do not answer cost no more than one. What it leaves of a
+// trigger's 1.2 s goes into opening the panel.
+constexpr auto captureBound = 1000ms;
+// A copy is only asked for while there is this much time to see it through:
+// where it comes later, nobody would put the clipboard back.
+constexpr auto leastCopyTime = 400ms;
 
 // A taller selection says little about where the user looks.
 constexpr double tallestSelection = 120; // device pixels
 // A taller element is a container rather than a field.
 constexpr double tallestField = 400; // device pixels
+
+std::chrono::milliseconds within(std::chrono::milliseconds bound, const QDeadlineTimer &deadline)
+{
+    return std::min(
+        bound, std::chrono::ceil<std::chrono::milliseconds>(deadline.remainingTimeAsDuration()));
+}
 
 QString describe(std::optional<bool> value, const QString &unknown = u"nil"_s)
 {
@@ -71,6 +85,7 @@ FocusDiag focusDiag(const FocusedElement &element, std::optional<bool> editable,
 
 Selection SelectionService::capture() const
 {
+    const QDeadlineTimer deadline(captureBound, Qt::PreciseTimer);
     runEventLoop(settleTime);
 
     Selection selection;
@@ -82,7 +97,8 @@ Selection SelectionService::capture() const
     if (!selection.overOwnWindow)
         selection.window = front;
 
-    const auto element = focusedElement(selection.window ? selection.window->processId : 0);
+    const auto element =
+        focusedElement(selection.window ? selection.window->processId : 0, deadline);
     if (element) {
         selection.focusedEditable = editability(*element);
         qCDebug(log::selection).noquote() << u"聚焦: app=%1 role=%2 editable=%3"_s.arg(
@@ -104,13 +120,13 @@ Selection SelectionService::capture() const
         // Where accessibility knows the element, its answer about the selection
         // stands: what PRIMARY holds may long have been deselected.
         if (!element || !element->selectedText) {
-            if (const auto text = primaryText(*selection.window)) {
+            if (const auto text = primaryText(*selection.window, deadline)) {
                 selection.text = *text;
                 logCaptured(u"PRIMARY 直读成功", selection);
                 return selection;
             }
         }
-        const auto text = captureViaClipboard(*selection.window);
+        const auto text = captureViaClipboard(*selection.window, deadline);
         if (text && !text->trimmed().isEmpty()) {
             selection.text = *text;
             logCaptured(u"剪贴板降级成功", selection);
@@ -124,28 +140,30 @@ Selection SelectionService::capture() const
     return selection;
 }
 
-std::optional<FocusedElement> SelectionService::focusedElement(qint64 frontProcess) const
+std::optional<FocusedElement> SelectionService::focusedElement(qint64 frontProcess,
+                                                               const QDeadlineTimer &deadline) const
 {
-    auto element = readFocusedElement();
+    auto element = readFocusedElement(deadline);
     if (element && editability(*element) == true)
         return element;
     if (frontProcess == 0 || !m_services.accessibility.requestExposure(frontProcess))
         return element;
     // The program has just been asked to show what it has; that takes a moment.
-    const QDeadlineTimer deadline(exposureBound);
-    while (!deadline.hasExpired()) {
+    const QDeadlineTimer exposed(within(exposureBound, deadline));
+    while (!exposed.hasExpired()) {
         runEventLoop(exposureStep);
-        element = readFocusedElement();
+        element = readFocusedElement(deadline);
         if (element && editability(*element) == true)
             return element;
     }
-    return readFocusedElement();
+    return readFocusedElement(deadline);
 }
 
-std::optional<FocusedElement> SelectionService::readFocusedElement() const
+std::optional<FocusedElement>
+SelectionService::readFocusedElement(const QDeadlineTimer &deadline) const
 {
     return awaitResult<std::optional<FocusedElement>>(
-               accessibilityBound,
+               within(accessibilityBound, deadline),
                [this](auto done) {
                    return m_services.accessibility.readFocusedElement(std::move(done));
                })
@@ -215,11 +233,13 @@ std::optional<QRectF> SelectionService::elementFrame(const FocusedElement &eleme
     return frame;
 }
 
-std::optional<QString> SelectionService::primaryText(const ForeignWindow &window) const
+std::optional<QString> SelectionService::primaryText(const ForeignWindow &window,
+                                                     const QDeadlineTimer &deadline) const
 {
+    const auto bound = within(clipboardBound, deadline);
     const auto primary =
-        awaitResult<std::optional<platform::PrimarySelection>>(clipboardBound, [this](auto done) {
-            return m_services.primarySelection.read(clipboardBound, std::move(done));
+        awaitResult<std::optional<platform::PrimarySelection>>(bound, [&](auto done) {
+            return m_services.primarySelection.read(bound, std::move(done));
         }).value_or(std::nullopt);
     if (!primary || primary->stale || primary->text.isEmpty())
         return std::nullopt;
@@ -229,7 +249,8 @@ std::optional<QString> SelectionService::primaryText(const ForeignWindow &window
     return primary->text;
 }
 
-std::optional<QString> SelectionService::captureViaClipboard(const ForeignWindow &window) const
+std::optional<QString> SelectionService::captureViaClipboard(const ForeignWindow &window,
+                                                             const QDeadlineTimer &deadline) const
 {
     const auto gesture = gesturesFor(window).copy;
     if (!gesture)
@@ -237,25 +258,36 @@ std::optional<QString> SelectionService::captureViaClipboard(const ForeignWindow
     platform::Clipboard &clipboard = m_services.clipboard;
 
     // Without a whole backup the user's clipboard would be lost: then not at all.
+    const auto backupBound = within(clipboardBound, deadline);
     const auto backup =
-        awaitResult<std::optional<platform::ClipboardContents>>(clipboardBound, [&](auto done) {
-            return clipboard.read(clipboardBound, std::move(done));
+        awaitResult<std::optional<platform::ClipboardContents>>(backupBound, [&](auto done) {
+            return clipboard.read(backupBound, std::move(done));
         }).value_or(std::nullopt);
-    if (!backup || !m_services.windowSystem.hasInputFocus(window.id))
+    if (!backup)
+        return std::nullopt;
+    // A program that hangs would copy when it wakes up, with nobody there to put
+    // the clipboard back.
+    const bool responding =
+        awaitResult<bool>(responseBound, [&](auto done) {
+            return m_services.windowSystem.isResponding(window.id, responseBound, std::move(done));
+        }).value_or(false);
+    if (!responding || deadline.remainingTimeAsDuration() < leastCopyTime ||
+        !m_services.windowSystem.hasInputFocus(window.id))
         return std::nullopt;
 
     const quint64 before = clipboard.changeCount();
     if (!m_services.keySynthesizer.press(*gesture))
         return std::nullopt;
-    const QDeadlineTimer deadline(copyBound);
-    while (clipboard.changeCount() == before && !deadline.hasExpired())
+    const QDeadlineTimer copied(copyBound);
+    while (clipboard.changeCount() == before && !copied.hasExpired())
         runEventLoop(copyStep);
     // A program that ignored the key press has left the clipboard as it was.
     if (clipboard.changeCount() == before)
         return std::nullopt;
 
-    const auto text = awaitResult<std::optional<QString>>(clipboardBound, [&](auto done) {
-                          return clipboard.readText(clipboardBound, std::move(done));
+    const auto textBound = within(clipboardBound, deadline);
+    const auto text = awaitResult<std::optional<QString>>(textBound, [&](auto done) {
+                          return clipboard.readText(textBound, std::move(done));
                       }).value_or(std::nullopt);
     clipboard.setContents(*backup);
     return text;

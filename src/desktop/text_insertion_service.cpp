@@ -16,6 +16,8 @@ constexpr auto backupBound = 300ms;
 // From lending the text to the key press: the panel's window has gone by then
 // and the focus is usually back.
 constexpr auto pressDelay = 80ms;
+// As long as a slow program may take to fetch the text.
+constexpr auto responseBound = 1000ms;
 // From the key press to the old clipboard.
 constexpr auto restoreDelay = 300ms;
 // While waiting for the focus, or for a slow program to fetch the text.
@@ -24,6 +26,11 @@ constexpr int focusPolls = 15;
 constexpr int fetchPolls = 50;
 
 } // namespace
+
+TextInsertionService::~TextInsertionService()
+{
+    giveBack();
+}
 
 void TextInsertionService::insertViaPaste(const QString &text,
                                           const platform::ForeignWindow &window)
@@ -48,7 +55,7 @@ void TextInsertionService::lend(const QString &text)
     m_services.clipboard.setText(text, platform::Clipboard::Privacy::Concealed);
     m_step = platform::delay(pressDelay, [this] {
         if (m_services.windowSystem.hasInputFocus(m_window.id))
-            return press();
+            return awaitResponse();
         m_services.windowSystem.requestActivation(m_window.id);
         awaitFocus(focusPolls);
     });
@@ -57,7 +64,7 @@ void TextInsertionService::lend(const QString &text)
 void TextInsertionService::awaitFocus(int attemptsLeft)
 {
     if (m_services.windowSystem.hasInputFocus(m_window.id))
-        return press();
+        return awaitResponse();
     if (attemptsLeft == 0) {
         // A paste into another window is worse than none.
         qCWarning(log::app) << "The window to paste into has lost the focus: the text stays on "
@@ -66,6 +73,20 @@ void TextInsertionService::awaitFocus(int attemptsLeft)
         return;
     }
     m_step = platform::delay(pollStep, [this, attemptsLeft] { awaitFocus(attemptsLeft - 1); });
+}
+
+void TextInsertionService::awaitResponse()
+{
+    // A program that hangs would paste when it wakes up, whatever the clipboard
+    // holds by then.
+    m_step =
+        m_services.windowSystem.isResponding(m_window.id, responseBound, [this](bool responding) {
+            if (responding && m_services.windowSystem.hasInputFocus(m_window.id))
+                return press();
+            qCWarning(log::app) << "The window to paste into does not answer: the text stays on "
+                                   "the clipboard";
+            m_backup.reset();
+        });
 }
 
 void TextInsertionService::press()

@@ -34,6 +34,8 @@ private Q_SLOTS:
     void anEmptyClipboardIsEmptyAgain();
     void aSlowProgramIsWaitedFor();
     void anotherWindowIsNeverPastedInto();
+    void aProgramThatHangsIsNotPastedInto();
+    void theClipboardComesBackWhenTheProgramEnds();
     void theFocusIsAskedForOnce();
     void aSecondTextKeepsTheUsersClipboard();
     void terminalsAreSentTheirOwnKeys_data();
@@ -108,6 +110,26 @@ void TestTextInsertionService::anotherWindowIsNeverPastedInto()
     QTest::qWait(600); // longer than the focus is waited for
     QCOMPARE(presses(), 0u);
     QCOMPARE(m_desktop->clipboard.text(), u"x"_s); // there for the user to paste
+}
+
+void TestTextInsertionService::aProgramThatHangsIsNotPastedInto()
+{
+    m_desktop->windowSystem.setResponding(false);
+    TextInsertionService service(m_desktop->services());
+    service.insertViaPaste(u"x"_s, editor);
+    QTRY_VERIFY(!service.isUnderWay());
+    QCOMPARE(presses(), 0u);
+    QCOMPARE(m_desktop->clipboard.text(), u"x"_s);
+}
+
+void TestTextInsertionService::theClipboardComesBackWhenTheProgramEnds()
+{
+    {
+        TextInsertionService service(m_desktop->services());
+        service.insertViaPaste(u"x"_s, editor);
+        QTRY_COMPARE(m_desktop->clipboard.text(), u"x"_s);
+    }
+    QCOMPARE(m_desktop->clipboard.contents(), usersContents());
 }
 
 void TestTextInsertionService::theFocusIsAskedForOnce()

@@ -10,38 +10,46 @@ namespace nivora::linuxdesktop {
 enum class X11Atom : std::size_t {
     AtomPair,
     Clipboard,
+    ClipboardManager,
     Incr,
     Multiple,
     NetActiveWindow,
     NetSupportingWmCheck,
     NetWmCmS0,
     NetWmPid,
+    NetWmPing,
     Primary,
+    SaveTargets,
     String,
     Targets,
     TextPlainUtf8,
     Timestamp,
     Transfer,
     Utf8String,
+    WmProtocols,
 };
 
 inline constexpr std::array x11AtomNames{
     "ATOM_PAIR",
     "CLIPBOARD",
+    "CLIPBOARD_MANAGER",
     "INCR",
     "MULTIPLE",
     "_NET_ACTIVE_WINDOW",
     "_NET_SUPPORTING_WM_CHECK",
     "_NET_WM_CM_S0",
     "_NET_WM_PID",
+    "_NET_WM_PING",
     "PRIMARY",
+    "SAVE_TARGETS",
     "STRING",
     "TARGETS",
     "text/plain;charset=utf-8",
     "TIMESTAMP",
     "NIVORA_TRANSFER",
     "UTF8_STRING",
+    "WM_PROTOCOLS",
 };
-static_assert(x11AtomNames.size() == static_cast<std::size_t>(X11Atom::Utf8String) + 1);
+static_assert(x11AtomNames.size() == static_cast<std::size_t>(X11Atom::WmProtocols) + 1);
 
 } // namespace nivora::linuxdesktop

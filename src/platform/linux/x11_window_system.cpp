@@ -1,5 +1,7 @@
 #include "x11_window_system.h"
 
+#include "x11_window_ping.h"
+
 namespace nivora::linuxdesktop {
 
 namespace {
@@ -155,6 +157,13 @@ void X11WindowSystem::requestActivation(platform::WindowId window)
                    XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY | XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT,
                    reinterpret_cast<const char *>(&message));
     m_connection.flush();
+}
+
+platform::Task X11WindowSystem::isResponding(platform::WindowId window,
+                                             std::chrono::milliseconds deadline,
+                                             std::function<void(bool)> done) const
+{
+    return platform::Task(new X11WindowPing(m_connection, window, deadline, std::move(done)));
 }
 
 bool X11WindowSystem::isCompositing() const

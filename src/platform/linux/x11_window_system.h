@@ -17,6 +17,8 @@ public:
     std::optional<platform::ForeignWindow> activeWindow() const override;
     bool hasInputFocus(platform::WindowId window) const override;
     void requestActivation(platform::WindowId window) override;
+    platform::Task isResponding(platform::WindowId window, std::chrono::milliseconds deadline,
+                                std::function<void(bool)> done) const override;
     bool isCompositing() const override;
 
 private:

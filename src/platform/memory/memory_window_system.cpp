@@ -14,6 +14,14 @@ void MemoryWindowSystem::requestActivation(platform::WindowId window)
         setActiveWindow(m_activatable);
 }
 
+platform::Task MemoryWindowSystem::isResponding(platform::WindowId,
+                                                std::chrono::milliseconds deadline,
+                                                std::function<void(bool)> done) const
+{
+    return platform::delay(m_responding ? std::chrono::milliseconds::zero() : deadline,
+                           [this, done = std::move(done)] { done(m_responding); });
+}
+
 void MemoryWindowSystem::setActiveWindow(std::optional<platform::ForeignWindow> window)
 {
     m_active = std::move(window);

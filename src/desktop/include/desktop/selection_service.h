@@ -3,6 +3,7 @@
 #include "platform/selection.h"
 #include "platform/services.h"
 
+#include <QDeadlineTimer>
 #include <QRectF>
 #include <QString>
 
@@ -25,9 +26,8 @@ public:
     {
     }
 
-    // Main thread. Waits in turns of the event loop, about 0.7 s at most, with
-    // the time of a program that does not answer on top (0.3 s each for
-    // accessibility and clipboard).
+    // Main thread. Waits in turns of the event loop, 1 s at most, programs that
+    // do not answer included.
     platform::Selection capture() const;
 
     // Whether the element takes text: absent when nothing is known of it.
@@ -41,10 +41,14 @@ public:
     static std::optional<QRectF> elementFrame(const platform::FocusedElement &element);
 
 private:
-    std::optional<platform::FocusedElement> focusedElement(qint64 frontProcess) const;
-    std::optional<platform::FocusedElement> readFocusedElement() const;
-    std::optional<QString> primaryText(const platform::ForeignWindow &window) const;
-    std::optional<QString> captureViaClipboard(const platform::ForeignWindow &window) const;
+    std::optional<platform::FocusedElement> focusedElement(qint64 frontProcess,
+                                                           const QDeadlineTimer &deadline) const;
+    std::optional<platform::FocusedElement>
+    readFocusedElement(const QDeadlineTimer &deadline) const;
+    std::optional<QString> primaryText(const platform::ForeignWindow &window,
+                                       const QDeadlineTimer &deadline) const;
+    std::optional<QString> captureViaClipboard(const platform::ForeignWindow &window,
+                                               const QDeadlineTimer &deadline) const;
 
     platform::Services m_services;
 };

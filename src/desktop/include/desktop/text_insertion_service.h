@@ -22,18 +22,24 @@ public:
     {
     }
 
+    // The clipboard's old content comes back now, where it has not yet.
+    ~TextInsertionService();
+    TextInsertionService(const TextInsertionService &) = delete;
+    TextInsertionService &operator=(const TextInsertionService &) = delete;
+
     // Returns at once; the work takes about 0.4 s. The keys are pressed only
     // while `window` has the focus. Where that cannot be had, or the program has
     // no way to paste, the text stays on the clipboard for the user to paste.
     // A second call within that time takes the place of the first.
     void insertViaPaste(const QString &text, const platform::ForeignWindow &window);
 
-    // From the call until the clipboard is the user's again, at most about 2 s.
+    // From the call until the clipboard is the user's again, at most about 3 s.
     bool isUnderWay() const { return m_step.isRunning(); }
 
 private:
     void lend(const QString &text);
     void awaitFocus(int attemptsLeft);
+    void awaitResponse();
     void press();
     void awaitFetch(int attemptsLeft);
     void giveBack();

@@ -1,7 +1,11 @@
 #pragma once
 
+#include "platform/task.h"
+
 #include <QString>
 
+#include <chrono>
+#include <functional>
 #include <optional>
 
 namespace nivora::platform {
@@ -35,6 +39,17 @@ public:
 
     // Asks the window manager to activate the window. It may refuse.
     virtual void requestActivation(WindowId window) = 0;
+
+    // Whether the window's program handles its events: it answers through this
+    // window within `deadline`. Yes for a program that does not take such
+    // questions, and from a system that has no way to ask.
+    virtual Task isResponding(WindowId window, std::chrono::milliseconds deadline,
+                              std::function<void(bool)> done) const
+    {
+        Q_UNUSED(window)
+        Q_UNUSED(deadline)
+        return delay({}, [done = std::move(done)] { done(true); });
+    }
 
     // Whether the desktop blends windows with what lies behind them.
     virtual bool isCompositing() const = 0;
