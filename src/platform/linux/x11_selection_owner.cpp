@@ -7,6 +7,7 @@ namespace {
 // Clipboard managers ask for this before they decide what to do with the text;
 // that is no use of the text.
 constexpr QByteArrayView privacyHint("x-kde-passwordManagerHint");
+constexpr QByteArrayView privacyValue("secret");
 
 } // namespace
 
@@ -20,6 +21,17 @@ X11SelectionOwner::X11SelectionOwner(X11Connection &connection, xcb_atom_t selec
 const platform::ClipboardContents *X11SelectionOwner::contents() const
 {
     return m_offer ? &m_offer->contents : nullptr;
+}
+
+std::vector<xcb_atom_t> X11SelectionOwner::targetsToKeep() const
+{
+    std::vector<xcb_atom_t> targets;
+    for (const Form &form : m_forms) {
+        if (!form.counts && form.bytes == privacyValue)
+            return {};
+        targets.push_back(form.target);
+    }
+    return targets;
 }
 
 void X11SelectionOwner::offer(X11Offer offer)

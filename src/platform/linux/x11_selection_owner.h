@@ -29,6 +29,9 @@ public:
 
     // What is offered now, null when another program holds the selection.
     const platform::ClipboardContents *contents() const;
+    // The targets of the offer; none when another program holds the selection, or
+    // when the offer asks clipboard managers to look away.
+    std::vector<xcb_atom_t> targetsToKeep() const;
     xcb_window_t window() const { return m_window; }
     // Whether a change to this owner, with this event number, is our own doing.
     // To be asked for each change, in the order of arrival.

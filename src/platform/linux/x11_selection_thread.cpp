@@ -9,6 +9,7 @@ namespace nivora::linuxdesktop {
 namespace {
 
 constexpr int patienceMs = 1000;
+constexpr std::chrono::milliseconds handOverBound{500};
 
 } // namespace
 
@@ -37,8 +38,16 @@ X11SelectionThread::~X11SelectionThread()
     QMetaObject::invokeMethod(
         &state->context,
         [state] {
-            state->worker.reset();
-            state->thread.quit();
+            state->worker->handOver(handOverBound, [state] {
+                // Not from within the worker, which ends here.
+                QMetaObject::invokeMethod(
+                    &state->context,
+                    [state] {
+                        state->worker.reset();
+                        state->thread.quit();
+                    },
+                    Qt::QueuedConnection);
+            });
         },
         Qt::QueuedConnection);
     if (state->thread.wait(patienceMs))

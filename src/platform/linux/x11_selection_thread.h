@@ -13,8 +13,9 @@ class X11SelectionThread final
 public:
     // Waits until the worker is connected, for at most a second.
     explicit X11SelectionThread(const QByteArray &displayName);
-    // Waits for the thread, for at most a second. A worker that hangs longer than
-    // that is left to the end of the process.
+    // Waits for the thread, for at most a second, half of which a clipboard manager
+    // has to take over what is on the clipboard. A worker that hangs longer is left
+    // to the end of the process.
     ~X11SelectionThread();
     X11SelectionThread(const X11SelectionThread &) = delete;
     X11SelectionThread &operator=(const X11SelectionThread &) = delete;

@@ -185,6 +185,15 @@ void X11SelectionWorker::offer(X11Offer offer)
         m_owner.offer(std::move(offer));
 }
 
+void X11SelectionWorker::handOver(std::chrono::milliseconds deadline, std::function<void()> done)
+{
+    const auto targets = m_owner.targetsToKeep();
+    if (!m_connection.isValid() || targets.empty())
+        return done();
+    m_handOver = std::make_unique<X11HandOver>(m_connection, m_owner.window(), targets, deadline,
+                                               std::move(done));
+}
+
 void X11SelectionWorker::disregardPress(xcb_timestamp_t press)
 {
     m_recency.disregard(press);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/primary_selection.h"
+#include "x11_hand_over.h"
 #include "x11_input_recency.h"
 #include "x11_selection_owner.h"
 #include "x11_selection_read.h"
@@ -31,6 +32,9 @@ public:
     void readPrimary(QDeadlineTimer deadline,
                      Promise<std::optional<platform::PrimarySelection>> promise);
     void offer(X11Offer offer);
+    // Hands what this program has put on the clipboard to the clipboard manager,
+    // where there is one; `done` follows, within about `deadline`.
+    void handOver(std::chrono::milliseconds deadline, std::function<void()> done);
     void disregardPress(xcb_timestamp_t press);
 
 private:
@@ -48,6 +52,7 @@ private:
     X11SelectionOwner m_owner;
     std::unique_ptr<Watch> m_watch;
     std::vector<std::unique_ptr<X11SelectionRead>> m_reads;
+    std::unique_ptr<X11HandOver> m_handOver;
 };
 
 } // namespace nivora::linuxdesktop
