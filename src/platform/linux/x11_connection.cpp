@@ -12,7 +12,8 @@
 namespace nivora::linuxdesktop {
 
 X11Connection::X11Connection(const QByteArray &displayName)
-    : m_atoms(x11AtomNames.size())
+    : m_displayName(displayName)
+    , m_atoms(x11AtomNames.size())
 {
     int screenNumber = 0;
     m_connection =

@@ -50,6 +50,7 @@ public:
     bool isValid() const { return m_valid; }
     xcb_connection_t *xcb() const { return m_connection; }
     xcb_window_t root() const { return m_root; }
+    const QByteArray &displayName() const { return m_displayName; }
     xcb_atom_t atom(X11Atom atom) const { return m_atoms[static_cast<std::size_t>(atom)]; }
 
     // The reply to a request, as in reply<xcb_get_property_reply>(cookie). Null
@@ -92,6 +93,7 @@ private:
     void dispatch();
     void checkError();
 
+    QByteArray m_displayName;
     xcb_connection_t *m_connection = nullptr;
     bool m_valid = false;
     bool m_dispatchScheduled = false;

@@ -7,6 +7,15 @@
 
 namespace nivora::linuxdesktop {
 
+namespace {
+
+// A server that is busy with the new layout may not answer in time, and another
+// program may hold the key in its own old layout's place for a moment.
+constexpr int retries = 10;
+constexpr std::chrono::seconds retryPause{1};
+
+} // namespace
+
 X11HotKey::X11HotKey(X11Connection &connection, std::function<void(xcb_timestamp_t)> pressSeen)
     : X11EventHandler(connection)
     , m_keyboard(connection)
@@ -16,7 +25,13 @@ X11HotKey::X11HotKey(X11Connection &connection, std::function<void(xcb_timestamp
     // A new layout is announced by several events; one look after the last does.
     m_mappingChanged.setSingleShot(true);
     m_mappingChanged.setInterval(0);
-    QObject::connect(&m_mappingChanged, &QTimer::timeout, [this] { reserveAgain(); });
+    QObject::connect(&m_mappingChanged, &QTimer::timeout, [this] {
+        m_retriesLeft = retries;
+        reserveAgain();
+    });
+    m_retry.setSingleShot(true);
+    m_retry.setInterval(retryPause);
+    QObject::connect(&m_retry, &QTimer::timeout, [this] { reserveAgain(); });
 }
 
 bool X11HotKey::grab(const platform::KeyChord &chord, std::function<void()> pressed)
@@ -24,7 +39,7 @@ bool X11HotKey::grab(const platform::KeyChord &chord, std::function<void()> pres
     if (!connection().isValid())
         return false;
     for (Reserved &reserved : m_reserved) {
-        if (reserved.chord == chord && reserved.code != 0) {
+        if (reserved.chord == chord && reserved.keys.code != 0) {
             reserved.pressed = std::move(pressed);
             return true;
         }
@@ -51,18 +66,32 @@ std::vector<uint16_t> X11HotKey::withLocks(uint16_t modifiers)
 
 bool X11HotKey::reserve(Reserved &reserved)
 {
-    const auto code = m_keyboard.keyFor(reserved.chord.key);
+    auto code = m_keyboard.keyFor(reserved.chord.key);
+    if (!code)
+        code = X11Keyboard::usualPlaceOf(reserved.chord.key);
     const auto modifiers = m_keyboard.modifierMask(reserved.chord.modifiers);
-    if (!code || !modifiers)
-        return false;
-    reserved.code = *code;
-    reserved.modifiers = *modifiers;
-    reserved.states = withLocks(*modifiers);
+    Keys wanted;
+    if (code && modifiers) {
+        reserved.modifiers = *modifiers;
+        wanted = {*code, withLocks(*modifiers)};
+    }
+    if (wanted == reserved.keys)
+        return wanted.code != 0;
+    // The new before the old goes, so that there is no moment without.
+    if (!take(wanted)) {
+        giveUp(wanted, {});
+        wanted = {};
+    }
+    giveUp(std::exchange(reserved.keys, wanted), reserved.keys);
+    return reserved.keys.code != 0;
+}
 
+bool X11HotKey::take(const Keys &keys)
+{
     xcb_connection_t *c = connection().xcb();
     std::vector<xcb_void_cookie_t> cookies;
-    for (const uint16_t state : reserved.states)
-        cookies.push_back(xcb_grab_key_checked(c, 0, connection().root(), state, *code,
+    for (const uint16_t state : keys.states)
+        cookies.push_back(xcb_grab_key_checked(c, 0, connection().root(), state, keys.code,
                                                XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC));
     // Once this has been answered, the checks below need not wait.
     bool granted = connection().synchronise();
@@ -74,28 +103,32 @@ bool X11HotKey::reserve(Reserved &reserved)
         const X11Ptr<xcb_generic_error_t> refused(xcb_request_check(c, cookie));
         granted = !refused;
     }
-    if (!granted)
-        release(reserved);
     return granted;
 }
 
-void X11HotKey::release(Reserved &reserved)
+void X11HotKey::giveUp(const Keys &keys, const Keys &except)
 {
     // Ungrabbing what is another's does nothing.
-    for (const uint16_t state : reserved.states)
-        xcb_ungrab_key(connection().xcb(), reserved.code, connection().root(), state);
-    connection().synchronise();
-    reserved.states.clear();
-    reserved.code = 0;
+    for (const uint16_t state : keys.states) {
+        if (keys.code != except.code || !std::ranges::count(except.states, state))
+            xcb_ungrab_key(connection().xcb(), keys.code, connection().root(), state);
+    }
+    connection().flush();
 }
 
 void X11HotKey::reserveAgain()
 {
-    for (Reserved &reserved : m_reserved) {
-        release(reserved);
-        if (!reserve(reserved))
-            qCWarning(log::hotkey) << "a chord could not be kept on the new keyboard layout";
+    bool complete = true;
+    for (Reserved &reserved : m_reserved)
+        complete = reserve(reserved) && complete;
+    if (complete) {
+        m_retriesLeft = 0;
+        return;
     }
+    if (m_retriesLeft-- > 0)
+        m_retry.start();
+    else
+        qCWarning(log::hotkey) << "a chord could not be kept on the new keyboard layout";
 }
 
 void X11HotKey::handleEvent(const xcb_generic_event_t &event)
@@ -153,7 +186,7 @@ void X11HotKey::handlePress(const xcb_key_press_event_t &event)
         modifiers |= m_keyboard.modifierMask(modifier).value_or(0);
     modifiers &= event.state;
     for (const Reserved &reserved : m_reserved) {
-        if (reserved.code == event.detail && reserved.modifiers == modifiers) {
+        if (reserved.keys.code == event.detail && reserved.modifiers == modifiers) {
             const auto pressed = reserved.pressed; // it may be replaced by the call
             pressed();
             return;

@@ -23,13 +23,19 @@ public:
     bool grab(const platform::KeyChord &chord, std::function<void()> pressed) override;
 
 private:
+    struct Keys
+    {
+        xcb_keycode_t code = 0;       // 0: none
+        std::vector<uint16_t> states; // the modifiers with each combination of locks
+
+        bool operator==(const Keys &) const = default;
+    };
     struct Reserved
     {
         platform::KeyChord chord;
         std::function<void()> pressed;
-        xcb_keycode_t code = 0; // 0: not grabbed now
         uint16_t modifiers = 0;
-        std::vector<uint16_t> states; // the modifiers with each combination of locks
+        Keys keys; // those grabbed now
     };
 
     void handleEvent(const xcb_generic_event_t &event) override;
@@ -37,7 +43,8 @@ private:
     void handleRelease(xcb_keycode_t code);
     bool isRepeat(const xcb_key_press_event_t &event);
     bool reserve(Reserved &reserved);
-    void release(Reserved &reserved);
+    bool take(const Keys &keys);
+    void giveUp(const Keys &keys, const Keys &except);
     void reserveAgain();
     std::vector<uint16_t> withLocks(uint16_t modifiers);
 
@@ -48,6 +55,8 @@ private:
     xcb_keycode_t m_held = 0; // the key whose press was the last one, until it is up
     xcb_timestamp_t m_lastPress = 0;
     QTimer m_mappingChanged;
+    QTimer m_retry;
+    int m_retriesLeft = 0;
 };
 
 } // namespace nivora::linuxdesktop

@@ -16,9 +16,6 @@ bool X11KeySynthesizer::press(const platform::KeyChord &chord)
 {
     if (!m_connection.hasExtension(xcb_test_id))
         return false;
-    const auto key = m_keyboard.keyFor(chord.key, m_keyboard.currentLayout());
-    if (!key)
-        return false;
     std::vector<xcb_keycode_t> modifiers;
     for (const auto modifier :
          {Qt::ShiftModifier, Qt::ControlModifier, Qt::AltModifier, Qt::MetaModifier}) {
@@ -32,6 +29,12 @@ bool X11KeySynthesizer::press(const platform::KeyChord &chord)
     // Without knowing what is held, anything might arrive.
     const auto held = m_keyboard.pressedKeys();
     if (!held)
+        return false;
+
+    auto key = m_keyboard.keyFor(chord.key, m_keyboard.currentLayout());
+    if (!key)
+        key = m_keyboard.addKey(chord.key);
+    if (!key)
         return false;
 
     for (std::size_t code = 0; code < held->size(); ++code) {

@@ -62,12 +62,28 @@ xcb_keysym_t symbolOf(Qt::Key key)
 // A key code has two columns for each of the first two layouts: what it gives
 // without and with Shift.
 constexpr int columnsPerLayout = 2;
+constexpr int layoutsInTable = 2;
 
 } // namespace
 
 X11Keyboard::X11Keyboard(X11Connection &connection)
     : X11EventHandler(connection)
 {
+}
+
+X11Keyboard::~X11Keyboard()
+{
+    if (m_addedKeys.empty())
+        return;
+    ensureLoaded();
+    for (const AddedKey &added : m_addedKeys) {
+        // A new layout has taken it away already.
+        if (!connection().isValid() || symbol(added.code, 0) != added.symbol)
+            continue;
+        const xcb_keysym_t nothing = NoSymbol;
+        xcb_change_keyboard_mapping(connection().xcb(), 1, added.code, 1, &nothing);
+    }
+    connection().flush();
 }
 
 void X11Keyboard::handleEvent(const xcb_generic_event_t &event)
@@ -93,6 +109,7 @@ void X11Keyboard::ensureLoaded()
         return; // the tables of before serve until the server answers again
 
     m_loaded = true;
+    m_layouts.reset();
     m_firstCode = setup->min_keycode;
     m_columns = mapping->keysyms_per_keycode;
     const auto *symbols = xcb_get_keyboard_mapping_keysyms(mapping.get());
@@ -150,21 +167,32 @@ platform::KeyEvent::Key X11Keyboard::shiftSide(xcb_keycode_t code)
     }
 }
 
+std::optional<xcb_keycode_t> X11Keyboard::keyInColumn(int column, xcb_keysym_t wanted) const
+{
+    const int codes = m_columns > 0 ? int(m_symbols.size()) / m_columns : 0;
+    for (int i = 0; i < codes; ++i) {
+        const xcb_keycode_t code = m_firstCode + i;
+        if (symbol(code, column) == wanted)
+            return code;
+    }
+    return std::nullopt;
+}
+
 std::optional<xcb_keycode_t> X11Keyboard::keyFor(Qt::Key key, int layout)
 {
     ensureLoaded();
     const xcb_keysym_t wanted = symbolOf(key);
-    if (wanted == NoSymbol || m_columns == 0)
+    if (wanted == NoSymbol)
         return std::nullopt;
-    const int codes = int(m_symbols.size()) / m_columns;
-    for (const int column : {layout * columnsPerLayout, 0, columnsPerLayout}) {
-        for (int i = 0; i < codes; ++i) {
-            const xcb_keycode_t code = m_firstCode + i;
-            if (symbol(code, column) == wanted)
+    if (layout < layoutsInTable) {
+        for (const int each : {layout, 0, 1}) {
+            if (const auto code = keyInColumn(each * columnsPerLayout, wanted))
                 return code;
         }
     }
-    return std::nullopt;
+    if (!m_layouts)
+        m_layouts = X11Layouts::read(connection().displayName());
+    return m_layouts->keyFor(wanted, layout);
 }
 
 int X11Keyboard::currentLayout()
@@ -173,10 +201,51 @@ int X11Keyboard::currentLayout()
         return 0;
     const auto pointer = connection().reply<xcb_query_pointer_reply>(
         xcb_query_pointer(connection().xcb(), connection().root()));
-    // The core state carries the layout in the two bits above the buttons. The
-    // core tables hold two layouts for certain.
-    const int layout = pointer ? (pointer->mask >> 13) & 3 : 0;
-    return layout < 2 ? layout : 0;
+    // The core state carries the layout in the two bits above the buttons.
+    return pointer ? (pointer->mask >> 13) & 3 : 0;
+}
+
+std::optional<xcb_keycode_t> X11Keyboard::usualPlaceOf(Qt::Key key)
+{
+    // The letter rows from left to right; their key codes follow on one another.
+    struct Row
+    {
+        QByteArrayView letters;
+        xcb_keycode_t first;
+    };
+    constexpr Row rows[] = {{"QWERTYUIOP", 24}, {"ASDFGHJKL", 38}, {"ZXCVBNM", 52}};
+    if (key < Qt::Key_A || key > Qt::Key_Z)
+        return std::nullopt;
+    for (const Row &row : rows) {
+        const auto place = row.letters.indexOf(char(key));
+        if (place >= 0)
+            return xcb_keycode_t(row.first + place);
+    }
+    return std::nullopt;
+}
+
+std::optional<xcb_keycode_t> X11Keyboard::addKey(Qt::Key key)
+{
+    ensureLoaded();
+    const xcb_keysym_t wanted = symbolOf(key);
+    if (!connection().isValid() || wanted < 'a' || wanted > 'z' || m_columns == 0)
+        return std::nullopt;
+    // From the end, where keyboards have the keys that hardly any has.
+    for (int code = m_firstCode + int(m_symbols.size()) / m_columns - 1; code >= m_firstCode;
+         --code) {
+        const bool isFree = std::all_of(&m_symbols[(code - m_firstCode) * m_columns],
+                                        &m_symbols[(code - m_firstCode) * m_columns] + m_columns,
+                                        [](xcb_keysym_t each) { return each == NoSymbol; });
+        if (!isFree || m_modifierKeys.test(code))
+            continue;
+        const xcb_keysym_t capital = wanted - 'a' + 'A';
+        const xcb_keysym_t symbols[] = {wanted, capital};
+        xcb_change_keyboard_mapping(connection().xcb(), 1, xcb_keycode_t(code), 2, symbols);
+        m_loaded = false;
+        m_addedKeys.push_back({xcb_keycode_t(code), wanted});
+        return xcb_keycode_t(code);
+    }
+    return std::nullopt;
 }
 
 std::optional<int> X11Keyboard::modifierRow(std::initializer_list<xcb_keysym_t> symbols)

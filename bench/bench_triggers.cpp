@@ -1,0 +1,278 @@
+// What the triggers cost: the wait for the selection, the work while somebody
+// types, the wake-ups of a program at rest and what many triggers leave behind.
+// On a desktop of its own. The argument is the number of triggers (default 300).
+
+#include "desktop/hot_key_monitor.h"
+#include "desktop/selection_service.h"
+#include "platform/selection.h"
+#include "platform/services.h"
+#include "platform_linux/linux_backend.h"
+#include "support/accessibility_tree.h"
+#include "support/desktop_session.h"
+#include "support/editor.h"
+#include "support/product.h"
+#include "support/wait.h"
+#include "support/x11_driver.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QFile>
+#include <QTcpServer>
+
+#include <X11/keysym.h>
+#include <xcb/res.h>
+
+#include <algorithm>
+#include <cstdio>
+#include <map>
+#include <memory>
+#include <unistd.h>
+
+using namespace Qt::Literals::StringLiterals;
+using namespace std::chrono_literals;
+using namespace nivora;
+using namespace nivora::test;
+
+namespace {
+
+constexpr auto patience = 20s;
+constexpr int captures = 25;
+constexpr auto typing = 20s;
+constexpr auto betweenKeys = 100ms;
+constexpr auto rest = 10s;
+
+void pause(std::chrono::milliseconds span)
+{
+    waitUntil([] { return false; }, span, 1ms);
+}
+
+QByteArray contents(const QString &path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+qint64 valueOf(const QByteArray &lines, const QByteArray &name)
+{
+    for (const QByteArray &line : lines.split('\n')) {
+        if (line.startsWith(name))
+            return line.sliced(name.size()).simplified().split(' ').first().toLongLong();
+    }
+    return 0;
+}
+
+// Of every thread: its name, how often it woke and its processor time in ticks.
+struct Thread
+{
+    QByteArray name;
+    qint64 wakeUps = 0;
+    qint64 ticks = 0;
+};
+
+std::map<QString, Thread> threadsOf(qint64 process)
+{
+    std::map<QString, Thread> threads;
+    const QString folder = u"/proc/%1/task/"_s.arg(process);
+    for (const QString &id : QDir(folder).entryList(QDir::Dirs | QDir::NoDotAndDotDot)) {
+        const QByteArray status = contents(folder + id + u"/status"_s);
+        const QByteArray stat = contents(folder + id + u"/stat"_s);
+        const auto fields = stat.sliced(stat.lastIndexOf(')') + 2).split(' ');
+        // The list begins with the third field of the manual; these are 14 and 15.
+        threads[id] = {contents(folder + id + u"/comm"_s).trimmed(),
+                       valueOf(status, "voluntary_ctxt_switches:"),
+                       fields.value(11).toLongLong() + fields.value(12).toLongLong()};
+    }
+    return threads;
+}
+
+void reportThreads(const char *what, qint64 process, std::chrono::milliseconds span,
+                   const std::map<QString, Thread> &before)
+{
+    qint64 wakeUps = 0;
+    qint64 ticks = 0;
+    QByteArray details;
+    for (const auto &[id, now] : threadsOf(process)) {
+        const auto old = before.find(id);
+        const Thread start = old == before.end() ? Thread{} : old->second;
+        wakeUps += now.wakeUps - start.wakeUps;
+        ticks += now.ticks - start.ticks;
+        if (now.wakeUps != start.wakeUps)
+            details += ' ' + now.name + ' ' + QByteArray::number(now.wakeUps - start.wakeUps);
+    }
+    const double seconds = double(ticks) / double(sysconf(_SC_CLK_TCK));
+    std::printf("%s, %lld s: %.3f %% of one core, %lld wake-ups (%s )\n", what,
+                static_cast<long long>(span.count() / 1000),
+                100 * seconds * 1000 / double(span.count()), static_cast<long long>(wakeUps),
+                details.constData());
+}
+
+// What the server keeps for the clients of one process.
+qint64 serverResources(xcb_connection_t *c, qint64 process)
+{
+    const auto hold = [](auto *reply) {
+        return std::unique_ptr<std::remove_pointer_t<decltype(reply)>, decltype(&std::free)>(
+            reply, &std::free);
+    };
+    const auto clients = hold(xcb_res_query_clients_reply(c, xcb_res_query_clients(c), nullptr));
+    qint64 count = 0;
+    for (int i = 0; clients && i < xcb_res_query_clients_clients_length(clients.get()); ++i) {
+        const uint32_t base = xcb_res_query_clients_clients(clients.get())[i].resource_base;
+        const xcb_res_client_id_spec_t spec{base, XCB_RES_CLIENT_ID_MASK_LOCAL_CLIENT_PID};
+        const auto ids =
+            hold(xcb_res_query_client_ids_reply(c, xcb_res_query_client_ids(c, 1, &spec), nullptr));
+        if (!ids || ids->num_ids == 0)
+            continue;
+        const auto first = xcb_res_query_client_ids_ids_iterator(ids.get());
+        if (xcb_res_client_id_value_value_length(first.data) == 0 ||
+            *xcb_res_client_id_value_value(first.data) != uint32_t(process))
+            continue;
+        const auto kinds = hold(xcb_res_query_client_resources_reply(
+            c, xcb_res_query_client_resources(c, base), nullptr));
+        for (int k = 0; kinds && k < xcb_res_query_client_resources_types_length(kinds.get()); ++k)
+            count += xcb_res_query_client_resources_types(kinds.get())[k].count;
+    }
+    return count;
+}
+
+// From the second press of Shift to the end of the capture, in this process.
+void measureCaptures(X11Driver &user, const Editor &editor)
+{
+    linuxdesktop::LinuxBackend backend;
+    const platform::Services services = backend.services();
+    const SelectionService selections(services);
+    HotKeyMonitor monitor(services.keyEventTap);
+    std::vector<double> times;
+    int right = 0;
+    Clock::time_point pressed;
+    bool done = false;
+    monitor.onDoubleShift = [&] {
+        const auto captured = selections.capture();
+        times.push_back(millisecondsBetween(pressed, Clock::now()));
+        right += captured.text == editor.selectedText();
+        done = true;
+    };
+    monitor.start();
+    for (int round = 0; round < captures; ++round) {
+        pause(400ms);
+        user.hold(XK_Shift_L);
+        user.release(XK_Shift_L);
+        pause(100ms);
+        done = false;
+        pressed = Clock::now();
+        user.hold(XK_Shift_L);
+        user.release(XK_Shift_L);
+        waitUntil([&] { return done; }, patience, 100us);
+    }
+    if (times.empty())
+        return;
+    std::ranges::sort(times);
+    std::printf("second Shift to the end of the capture: median %.1f ms, %.1f to %.1f ms of %zu, "
+                "%d right\n",
+                times[times.size() / 2], times.front(), times.back(), times.size(), right);
+}
+
+void measureTyping(X11Driver &user, qint64 process)
+{
+    user.press({XK_Control_L, XK_End});
+    pause(1s);
+    const auto before = threadsOf(process);
+    const auto start = Clock::now();
+    constexpr X11Driver::Symbol letters[] = {XK_t, XK_h, XK_e, XK_space, XK_q, XK_u, XK_i, XK_c};
+    for (int key = 0; Clock::now() - start < typing; ++key) {
+        user.hold(letters[std::size_t(key) % std::size(letters)]);
+        pause(40ms);
+        user.release(letters[std::size_t(key) % std::size(letters)]);
+        waitUntil([&] { return Clock::now() >= start + (key + 1) * betweenKeys; }, 1s, 1ms);
+    }
+    reportThreads("typing 10 keys a second", process,
+                  std::chrono::duration_cast<std::chrono::milliseconds>(Clock::now() - start),
+                  before);
+}
+
+void measureTriggers(X11Driver &user, const Product &product, const QByteArray &display, int count)
+{
+    const std::unique_ptr<xcb_connection_t, decltype(&xcb_disconnect)> connection(
+        xcb_connect(display.constData(), nullptr), &xcb_disconnect);
+    xcb_res_query_version_reply_t *version = xcb_res_query_version_reply(
+        connection.get(), xcb_res_query_version(connection.get(), 1, 2), nullptr);
+    std::free(version);
+    const qint64 process = product.processId();
+    const auto report = [&](int done) {
+        const QString proc = u"/proc/%1/"_s.arg(process);
+        std::printf(
+            "after %5d triggers: %lld KiB private, %lld descriptors, %lld threads, "
+            "%lld resources of the X server\n",
+            done,
+            static_cast<long long>(valueOf(contents(proc + u"smaps_rollup"_s), "Private_Dirty:")),
+            static_cast<long long>(
+                QDir(proc + u"fd"_s).entryList(QDir::AllEntries | QDir::System).size()),
+            static_cast<long long>(valueOf(contents(proc + u"status"_s), "Threads:")),
+            static_cast<long long>(serverResources(connection.get(), process)));
+        std::fflush(stdout);
+    };
+    for (int done = 0; done <= count; ++done) {
+        // The first ones fill caches.
+        if (done == 20 || done == count || (done > 0 && done % 1000 == 0))
+            report(done);
+        if (done % 2 == 0)
+            user.tapShiftTwice(80ms);
+        else
+            user.press({XK_Control_L, XK_Alt_L, XK_o});
+        if (!user.waitForMapped(Product::panel(), patience)) {
+            std::printf("no panel at trigger %d\n", done);
+            return;
+        }
+        const auto closes = [&] {
+            user.press({XK_Escape});
+            return user.waitForGone(Product::panel(), 1s);
+        };
+        if (!waitUntil(closes, patience)) {
+            std::printf("the panel stays at trigger %d\n", done);
+            return;
+        }
+    }
+}
+
+} // namespace
+
+int main(int argc, char *argv[])
+{
+    const QCoreApplication application(argc, argv);
+    const int triggers = argc > 1 ? QByteArray(argv[1]).toInt() : 300;
+    DesktopSession session;
+    if (!session.start({})) {
+        std::fprintf(stderr, "%s\n", qUtf8Printable(session.error()));
+        return 1;
+    }
+    X11Driver user(session.displayName());
+    const AccessibilityTree tree(session.accessibilityBusAddress());
+    Editor editor(session, user, tree);
+    if (!editor.open(Editor::Toolkit::Gtk, u"a few words in a field"_s) || !editor.selectAll()) {
+        std::fprintf(stderr, "no editor\n");
+        return 1;
+    }
+    for (const char *name : {"DISPLAY", "DBUS_SESSION_BUS_ADDRESS", "XDG_CONFIG_HOME",
+                             "XDG_DATA_HOME", "XDG_RUNTIME_DIR", "HOME"})
+        qputenv(name, session.environment().value(QLatin1StringView(name)).toUtf8());
+    measureCaptures(user, editor);
+
+    // Nobody listens there: each translation fails at once.
+    QTcpServer placeholder;
+    placeholder.listen(QHostAddress::LocalHost);
+    const QString nobody = u"http://127.0.0.1:%1"_s.arg(placeholder.serverPort());
+    placeholder.close();
+    Product product(session, user, tree);
+    if (!product.start({{u"hasCompletedOnboarding"_s, true},
+                        {u"useCustomBackend"_s, true},
+                        {u"apiBaseURL"_s, nobody}})) {
+        std::fprintf(stderr, "the product does not start\n%s\n", qUtf8Printable(product.log()));
+        return 1;
+    }
+    pause(3s);
+    const auto before = threadsOf(product.processId());
+    pause(rest);
+    reportThreads("at rest", product.processId(), rest, before);
+    measureTyping(user, product.processId());
+    measureTriggers(user, product, session.displayName(), triggers);
+    return 0;
+}
