@@ -44,6 +44,10 @@ private Q_SLOTS:
     void activeWindowIsDescribed();
     void focusFollowsActivation();
     void windowWithoutAManagerIsFoundByTheFocus();
+    void focusIsMovedWhereNobodyElseDoes();
+    void keysWithoutAFocusGoToThePointer_data();
+    void keysWithoutAFocusGoToThePointer();
+    void launcherThatTookTheKeysIsActive();
     void windowsMayVanishAtAnyTime();
     void everythingIsHarmlessWithoutAServer();
     void everythingIsHarmlessOnceTheServerIsGone();
@@ -137,6 +141,93 @@ void TestX11Windows::windowWithoutAManagerIsFoundByTheFocus()
     peer.synchronise();
     QVERIFY(!windows.activeWindow());
     QVERIFY(!windows.hasInputFocus(window));
+}
+
+void TestX11Windows::focusIsMovedWhereNobodyElseDoes()
+{
+    X11Desktop desktop(m_bare.displayName());
+    auto &windows = desktop.windowSystem();
+    X11Peer peer(m_bare.displayName());
+    const auto editor = openWindow(peer, QByteArray("a\0A", 4));
+    const auto field = peer.createWindow(0, editor);
+    xcb_map_window(peer.xcb(), field);
+    xcb_set_input_focus(peer.xcb(), XCB_INPUT_FOCUS_NONE, field, XCB_CURRENT_TIME);
+    peer.synchronise();
+    const auto focus = [&] {
+        const auto reply = X11Peer::hold(
+            xcb_get_input_focus_reply(peer.xcb(), xcb_get_input_focus(peer.xcb()), nullptr));
+        return reply->focus;
+    };
+    QCOMPARE(activeId(desktop, windows), editor);
+
+    const auto panel = openWindow(peer, QByteArray("b\0B", 4));
+    windows.requestActivation(panel);
+    QTRY_VERIFY(windows.hasInputFocus(panel));
+    // It goes: the field has the keys again.
+    xcb_unmap_window(peer.xcb(), panel);
+    peer.synchronise();
+    QTRY_COMPARE(focus(), field);
+
+    xcb_map_window(peer.xcb(), panel);
+    peer.synchronise();
+    windows.requestActivation(panel);
+    QTRY_VERIFY(windows.hasInputFocus(panel));
+    windows.requestActivation(editor);
+    QTRY_COMPARE(focus(), field);
+    // What it had has been taken back already.
+    xcb_set_input_focus(peer.xcb(), XCB_INPUT_FOCUS_NONE, editor, XCB_CURRENT_TIME);
+    xcb_unmap_window(peer.xcb(), panel);
+    peer.synchronise();
+    QVERIFY(windows.hasInputFocus(editor));
+    QCoreApplication::processEvents();
+    QCOMPARE(focus(), editor);
+}
+
+void TestX11Windows::keysWithoutAFocusGoToThePointer_data()
+{
+    QTest::addColumn<bool>("onRoot");
+    QTest::newRow("focus follows the pointer") << false;
+    QTest::newRow("focus on the root") << true;
+}
+
+void TestX11Windows::keysWithoutAFocusGoToThePointer()
+{
+    QFETCH(const bool, onRoot);
+    X11Desktop desktop(m_bare.displayName());
+    auto &windows = desktop.windowSystem();
+    X11Peer peer(m_bare.displayName());
+    // A frame, as older window managers put around a program's window.
+    const auto frame = peer.createWindow(0);
+    const auto window = peer.createWindow(0, frame);
+    peer.setProperty(window, XCB_ATOM_WM_CLASS, XCB_ATOM_STRING, QByteArray("a\0A", 4));
+    xcb_map_window(peer.xcb(), window);
+    xcb_map_window(peer.xcb(), frame);
+    xcb_warp_pointer(peer.xcb(), XCB_NONE, window, 0, 0, 0, 0, 20, 20);
+    xcb_set_input_focus(peer.xcb(), XCB_INPUT_FOCUS_NONE,
+                        onRoot ? peer.root() : xcb_window_t(XCB_INPUT_FOCUS_POINTER_ROOT),
+                        XCB_CURRENT_TIME);
+    peer.synchronise();
+    QCOMPARE(activeId(desktop, windows), window);
+    QVERIFY(windows.hasInputFocus(window));
+}
+
+void TestX11Windows::launcherThatTookTheKeysIsActive()
+{
+    X11Desktop desktop(m_managed.displayName());
+    auto &windows = desktop.windowSystem();
+    X11Peer peer(m_managed.displayName());
+    const auto editor = openWindow(peer, QByteArray("a\0A", 4));
+    QTRY_VERIFY(windows.hasInputFocus(editor));
+    const auto launcher = peer.createWindow(0);
+    const uint32_t unmanaged = 1;
+    xcb_change_window_attributes(peer.xcb(), launcher, XCB_CW_OVERRIDE_REDIRECT, &unmanaged);
+    peer.setProperty(launcher, XCB_ATOM_WM_CLASS, XCB_ATOM_STRING, QByteArray("l\0L", 4));
+    xcb_map_window(peer.xcb(), launcher);
+    xcb_set_input_focus(peer.xcb(), XCB_INPUT_FOCUS_NONE, launcher, XCB_CURRENT_TIME);
+    peer.synchronise();
+    QTRY_COMPARE(activeId(desktop, windows), launcher);
+    QVERIFY(windows.hasInputFocus(launcher));
+    QVERIFY(!windows.hasInputFocus(editor));
 }
 
 void TestX11Windows::windowsMayVanishAtAnyTime()
