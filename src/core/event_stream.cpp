@@ -64,10 +64,7 @@ void LineSplitter::finish(const std::function<bool(QByteArrayView)> &line)
         emitLine({}, line);
 }
 
-namespace {
-
-// Strings, and numbers in their shortest decimal form; nothing else is text.
-std::optional<QString> lenientString(const QJsonValue &value)
+std::optional<QString> lenientText(const QJsonValue &value)
 {
     if (value.isString())
         return value.toString();
@@ -78,6 +75,8 @@ std::optional<QString> lenientString(const QJsonValue &value)
         return QString::number(whole);
     return QString::number(value.toDouble(), 'g', QLocale::FloatingPointShortest);
 }
+
+namespace {
 
 bool isAbsent(const QJsonValue &value)
 {
@@ -100,7 +99,7 @@ std::optional<QString> contentOf(const QJsonObject &chunk)
     }
     if (list.isEmpty())
         return std::nullopt;
-    return lenientString(list.first().toObject()[u"delta"].toObject()[u"content"]);
+    return lenientText(list.first().toObject()[u"delta"].toObject()[u"content"]);
 }
 
 std::optional<qint64> wholeNumber(const QJsonValue &value)

@@ -8,6 +8,8 @@
 #include <functional>
 #include <optional>
 
+class QJsonValue;
+
 namespace nivora {
 
 // Cuts a byte stream into lines. LF, CR and CRLF end a line, wherever the bytes
@@ -40,6 +42,10 @@ struct StreamEvent
     std::optional<QString> content;
     std::optional<TokenUsage> usage;
 };
+
+// A content field as services write it: strings, and numbers in their shortest
+// decimal form; absent for everything else.
+std::optional<QString> lenientText(const QJsonValue &value);
 
 // Reads one line of the stream; absent for every line that carries no event.
 // Malformed JSON gives an event without content.

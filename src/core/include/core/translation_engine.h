@@ -10,7 +10,7 @@
 
 #include <QJsonObject>
 #include <QNetworkAccessManager>
-#include <QString>
+#include <QStringList>
 
 #include <functional>
 #include <optional>
@@ -34,6 +34,12 @@ public:
         std::function<void(const std::optional<TranslationError> &)> onFinished;
     };
 
+    // An error comes with an empty result.
+    using OnText =
+        std::function<void(const QString &text, const std::optional<TranslationError> &error)>;
+    using OnVariants = std::function<void(const QStringList &variants,
+                                          const std::optional<TranslationError> &error)>;
+
     TranslationEngine();
 
     // Streams a translation. One retry, 400 ms after a passing network fault,
@@ -42,11 +48,30 @@ public:
                              const TranslationOptions &options, const TranslationConfig &config,
                              Callbacks callbacks);
 
+    // The same translation as one answer, without options, usage or id. The text
+    // is trimmed, and empty when the service found nothing to say. One retry as
+    // above, also for an answer that broke off.
+    platform::Task translateOnce(const QString &text, Language target,
+                                 const TranslationConfig &config, OnText done);
+
+    // Up to `count` different phrasings, in the service's order; perhaps none.
+    platform::Task variants(const QString &text, Language target, int count,
+                            const TranslationConfig &config, OnVariants done);
+
+    // The phrasings in an answer of one a line, without numbers, bullets and
+    // repeats. Stops once `max` are kept, so that 0 still gives the first.
+    static QStringList parseVariants(const QString &answer, int max);
+
     // The cloud's request body.
     static QJsonObject translateBody(const QString &text, Language target,
                                      const TranslationOptions &options, bool stream);
 
 private:
+    // In the form of either backend.
+    static QJsonObject translateRequestBody(const QString &text, Language target,
+                                            const TranslationOptions &options,
+                                            const TranslationConfig &config, bool stream);
+
     QNetworkAccessManager m_session;
 };
 

@@ -1,0 +1,68 @@
+#pragma once
+
+#include "core/translation_config.h"
+#include "core/translation_error.h"
+
+#include "platform/task.h"
+
+#include <QJsonObject>
+#include <QNetworkReply>
+#include <QNetworkRequest>
+
+class QNetworkAccessManager;
+
+namespace nivora {
+
+// One prompt as the whole conversation, for endpoints of the user's own.
+QJsonObject chatBody(const QString &prompt, const QString &model, double temperature);
+
+// One request to the translation service, with its one retry, up to the point
+// where the answer's bytes get a meaning.
+class ServiceRequest : public platform::Operation
+{
+protected:
+    enum class Answer {
+        Stream, // counts as it comes, so that nothing is retried once it has begun
+        Whole,  // counts when it is complete, so that a broken one is worth a retry
+    };
+
+    ServiceRequest(QNetworkAccessManager &session, const TranslationConfig &config, Answer answer,
+                   const QJsonObject &body);
+
+    // A status from 200 to 299 has arrived; again after a retry.
+    virtual void onAccepted(const QNetworkReply &reply) = 0;
+    // The next bytes of an accepted answer.
+    virtual void onBytes(const QByteArray &bytes) = 0;
+    // All bytes of an accepted answer were given. Must finish().
+    virtual void onComplete() = 0;
+    // There will be no answer, or no more of it. Must finish().
+    virtual void onFailed(const TranslationError &error) = 0;
+
+    static TranslationError invalidResponse();
+
+private:
+    bool authorize(const QByteArray &apiToken);
+    void send();
+    void onMetaData();
+    bool followRedirect();
+    void onReadyRead();
+    void onReplyFinished();
+    bool isWholeDespite(QNetworkReply::NetworkError error) const;
+    void failOrRetry(NetworkFault fault, const QString &description);
+    void dropReply();
+    void stop() override;
+
+    QNetworkAccessManager &m_session;
+    QNetworkRequest m_request;
+    QByteArray m_body;
+    Answer m_answer;
+
+    QNetworkReply *m_reply = nullptr;
+    qint64 m_received = 0;  // bytes of the answer's body
+    platform::Task m_pause; // before the next attempt
+    int m_redirects = 0;
+    bool m_retried = false;
+    bool m_accepted = false; // a status from 200 to 299 has arrived
+};
+
+} // namespace nivora
