@@ -3,6 +3,7 @@
 #include "platform_linux/atspi_accessibility.h"
 #include "platform_linux/desktop_settings_panes.h"
 #include "platform_linux/json_preferences.h"
+#include "platform_linux/mecab_tokenizer.h"
 #include "platform_linux/secret_libsecret_store.h"
 #include "platform_linux/x11_desktop.h"
 
@@ -16,6 +17,7 @@ struct LinuxBackend::Parts
     AtspiAccessibility accessibility{QString(), x11.windowSystem()};
     JsonPreferences preferences{JsonPreferences::defaultPath()};
     DesktopSettingsPanes settingsPanes;
+    MecabTokenizer japaneseTokenizer;
 };
 
 LinuxBackend::LinuxBackend()
@@ -44,6 +46,7 @@ platform::Services LinuxBackend::services()
         .primarySelection = parts.x11.primarySelection(),
         .windowSystem = parts.x11.windowSystem(),
         .settingsPanes = parts.settingsPanes,
+        .japaneseTokenizer = parts.japaneseTokenizer,
     };
 }
 

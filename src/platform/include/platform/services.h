@@ -5,6 +5,7 @@ namespace nivora::platform {
 class Accessibility;
 class Clipboard;
 class GlobalHotKey;
+class JapaneseTokenizer;
 class KeyEventTap;
 class KeySynthesizer;
 class Preferences;
@@ -27,6 +28,7 @@ struct Services
     PrimarySelectionReader &primarySelection;
     WindowSystem &windowSystem;
     SettingsPanes &settingsPanes;
+    JapaneseTokenizer &japaneseTokenizer;
 };
 
 } // namespace nivora::platform

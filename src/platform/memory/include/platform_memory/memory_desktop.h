@@ -3,6 +3,7 @@
 #include "platform/services.h"
 #include "platform_memory/memory_accessibility.h"
 #include "platform_memory/memory_clipboard.h"
+#include "platform_memory/memory_japanese_tokenizer.h"
 #include "platform_memory/memory_keys.h"
 #include "platform_memory/memory_preferences.h"
 #include "platform_memory/memory_primary_selection.h"
@@ -26,12 +27,14 @@ struct MemoryDesktop
     MemoryPrimarySelectionReader primarySelection;
     MemoryWindowSystem windowSystem;
     MemorySettingsPanes settingsPanes;
+    MemoryJapaneseTokenizer japaneseTokenizer;
 
     // Borrows from this object.
     platform::Services services()
     {
-        return {preferences,   secrets,   keyEventTap,      hotKey,      keySynthesizer,
-                accessibility, clipboard, primarySelection, windowSystem, settingsPanes};
+        return {preferences,    secrets,       keyEventTap,      hotKey,
+                keySynthesizer, accessibility, clipboard,        primarySelection,
+                windowSystem,   settingsPanes, japaneseTokenizer};
     }
 };
 
