@@ -294,8 +294,9 @@ private Q_SLOTS:
     void emptyFirstExtentsAreAskedForAgain()
     {
         auto script = selecting(entry, 1, 0, 20);
-        script.insert(u"emptyExtents"_s, 1);
-        QVERIFY(start({{u"only"_s, script}}, {u"only"_s}));
+        script.insert(u"emptyExtents"_s, 2);
+        const QJsonObject program{{u"toolkit"_s, u"Gecko"_s}};
+        QVERIFY(start({{u"only"_s, script}, {u"root"_s, program}}, {u"only"_s}));
         const auto found = find();
         QVERIFY(found);
         QCOMPARE(found->selectedTextBounds, QRectF(100, 200, 10, 10));

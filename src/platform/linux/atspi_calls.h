@@ -31,6 +31,9 @@ inline constexpr auto editableText = QLatin1StringView("org.a11y.atspi.EditableT
 inline constexpr auto hyperlink = QLatin1StringView("org.a11y.atspi.Hyperlink");
 inline constexpr auto hypertext = QLatin1StringView("org.a11y.atspi.Hypertext");
 inline constexpr auto text = QLatin1StringView("org.a11y.atspi.Text");
+// Names of toolkits
+inline constexpr auto chromium = QLatin1StringView("Chromium");
+inline constexpr auto gecko = QLatin1StringView("Gecko");
 inline constexpr auto rootPath = QLatin1StringView("/org/a11y/atspi/accessible/root");
 
 } // namespace atspi

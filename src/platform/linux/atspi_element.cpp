@@ -2,9 +2,12 @@
 
 #include <QDBusArgument>
 
+#include <thread>
+
 namespace nivora::linuxdesktop {
 
 using namespace Qt::Literals::StringLiterals;
+using namespace std::chrono_literals;
 
 namespace {
 
@@ -12,6 +15,11 @@ constexpr uint onScreen = 0; // the space of places: of the whole screen
 
 // Stands in a text for a part of it that is an element of its own.
 constexpr QChar embeddedObject{0xfffc};
+
+// Firefox asks the process of the page for places when it is first asked, and
+// answers without until it has them.
+constexpr auto placeWait = 20ms;
+constexpr int mostPlaceWaits = 6;
 
 // Elements within elements whose places are looked at.
 constexpr int deepestPlace = 8;
@@ -113,16 +121,34 @@ AtspiElement::Answer AtspiElement::inspect(AtspiCalls &calls)
     m_frame = extents(calls.arguments(frame));
     m_programName = calls.property(name).toString();
     const auto toolkitName = calls.property(toolkit).toString();
-    if (toolkitName == "Gecko"_L1)
+    if (toolkitName == atspi::gecko)
         m_toolkit = Toolkit::Gecko;
-    else if (toolkitName == "Chromium"_L1)
+    else if (toolkitName == atspi::chromium)
         m_toolkit = Toolkit::Chromium;
     if (stateBits == 0)
         return Answer::None;
     return has(stateBits, AtspiState::Focused) ? Answer::Focused : Answer::Unfocused;
 }
 
-platform::FocusedElement AtspiElement::read(AtspiCalls &calls) const
+platform::FocusedElement AtspiElement::read(AtspiCalls &calls)
+{
+    auto element = readOnce(calls);
+    const auto lacksPlace = [&] {
+        return !element.frame || (element.selectedTextRange && !element.selectedTextBounds &&
+                                  element.selectedTextRange->length > 0);
+    };
+    for (int i = 0; i < mostPlaceWaits && m_toolkit == Toolkit::Gecko && lacksPlace(); ++i) {
+        std::this_thread::sleep_for(placeWait);
+        if (calls.isOver())
+            break;
+        m_frame = extents(
+            calls.arguments(calls.send(m_object, atspi::component, "GetExtents"_L1, {onScreen})));
+        element = readOnce(calls);
+    }
+    return element;
+}
+
+platform::FocusedElement AtspiElement::readOnce(AtspiCalls &calls) const
 {
     platform::FocusedElement element;
     m_kind.describe(element);
@@ -195,9 +221,6 @@ void AtspiElement::readSelection(AtspiCalls &calls, const Selection &selection,
     if (text && isWhole && !isPage() && !text->contains(embeddedObject))
         element.selectedText = text;
     element.selectedTextBounds = place(calls, selection, text, deepestPlace);
-    // The first answer of a Firefox field can be empty, the second is true.
-    if (!element.selectedTextBounds)
-        element.selectedTextBounds = place(calls, selection, text, deepestPlace);
 }
 
 // Absent where the program is known to tell of another part than what is selected.

@@ -24,10 +24,12 @@ public:
     // Asks what kind of element it is: one round trip.
     Answer inspect(AtspiCalls &calls);
     bool hasText() const { return m_hasText; }
+    bool isOfChromium() const { return m_toolkit == Toolkit::Chromium; }
 
-    // Asks for text and places: two round trips more where it has text. What the
-    // program did not tell stays absent. After inspect().
-    platform::FocusedElement read(AtspiCalls &calls) const;
+    // Asks for text and places: two round trips more where it has text, and a wait
+    // of at most 120 ms where Firefox has yet to find out where it has put things.
+    // What the program did not tell stays absent. After inspect().
+    platform::FocusedElement read(AtspiCalls &calls);
 
 private:
     struct Selection;
@@ -37,6 +39,7 @@ private:
     // What a browser shows and the user cannot write in.
     bool isPage() const { return isInBrowser() && !m_kind.takesText; }
 
+    platform::FocusedElement readOnce(AtspiCalls &calls) const;
     std::optional<Selection> askSelection(AtspiCalls &calls) const;
     std::optional<QString> textOf(AtspiCalls &calls, const Selection &selection) const;
     void readText(AtspiCalls &calls, platform::FocusedElement &element) const;

@@ -57,14 +57,25 @@ std::optional<platform::FocusedElement> AtspiFocus::read(qint64 process, QDeadli
     if (m_lastProcess == 0)
         return std::nullopt;
     auto &wanted = program(m_lastProcess);
-    if (auto element = readKnown(wanted, isActive, calls); element || !isActive || calls.isOver())
+    if (auto element = readKnown(wanted, isActive, calls); element || !isActive)
         return element;
     // Once in vain is enough: a program that tells of its focus will do so at the
     // next change.
-    if (wanted.searched && wanted.focused.empty())
-        return std::nullopt;
+    if (calls.isOver() || (wanted.searched && wanted.focused.empty()))
+        return unseenOf(wanted);
     search(wanted, calls);
-    return readKnown(wanted, isActive, calls);
+    auto element = readKnown(wanted, isActive, calls);
+    return element ? element : unseenOf(wanted);
+}
+
+std::optional<platform::FocusedElement> AtspiFocus::unseenOf(const Program &program)
+{
+    if (!program.isChromium)
+        return std::nullopt;
+    platform::FocusedElement element;
+    element.processId = program.process;
+    element.selectedText = QString();
+    return element;
 }
 
 std::optional<platform::FocusedElement> AtspiFocus::readKnown(Program &program, bool mustHaveFocus,
@@ -74,6 +85,7 @@ std::optional<platform::FocusedElement> AtspiFocus::readKnown(Program &program, 
     for (const auto &object : program.focused) {
         AtspiElement element(object);
         const auto answer = element.inspect(calls);
+        program.isChromium = program.isChromium || element.isOfChromium();
         if (calls.isOver())
             return std::nullopt;
         const bool hasFocus = answer == AtspiElement::Answer::Focused;
@@ -110,8 +122,12 @@ void AtspiFocus::search(Program &program, AtspiCalls &calls)
     for (const auto &service : services) {
         if (m_processes.value(service) != program.process)
             continue;
+        const auto toolkit =
+            calls.sendGet({service, atspi::rootPath}, atspi::application, "ToolkitName"_L1);
         if (const auto focused = search.focusedOf(service))
             found.push_back(*focused);
+        program.isChromium =
+            program.isChromium || calls.property(toolkit).toString() == atspi::chromium;
     }
     if (calls.isOver())
         return;

@@ -28,7 +28,11 @@ public:
     // Finds out, as far as that is not known, what has the focus in a program.
     void prepare(qint64 process, QDeadlineTimer deadline);
 
-    // The focused element of the program with this process id. With 0 that of the
+    // The focused element of the program with this process id. Of a Chromium that
+    // shows nothing but its windows, which it does as it comes, an element of no
+    // known kind in which nothing counts as selected: Chromium offers the text of
+    // a selected password as PRIMARY, where it would be looked for next. It does
+    // not let it be copied. With 0 that of the
     // last program that had the focus: its element no longer does, since the
     // focus is in this program now.
     std::optional<platform::FocusedElement> read(qint64 process, QDeadlineTimer deadline);
@@ -44,6 +48,7 @@ private:
         // text and then of the focus in something around it.
         std::vector<AtspiObject> focused;
         bool searched = false;
+        bool isChromium = false;
     };
 
     Program &program(qint64 process);
@@ -52,6 +57,7 @@ private:
     void search(Program &program, AtspiCalls &calls);
     std::optional<platform::FocusedElement> readKnown(Program &program, bool mustHaveFocus,
                                                       AtspiCalls &calls);
+    static std::optional<platform::FocusedElement> unseenOf(const Program &program);
 
     QDBusConnection m_bus;
     qint64 m_ownProcess;
