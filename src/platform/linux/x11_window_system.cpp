@@ -55,7 +55,9 @@ X11WindowSystem::Focus X11WindowSystem::focus() const
         result.focus = focused->focus;
     result.managed = isManaged(firstWord(check.get()));
     if (!result.managed) {
-        result.active = topLevelOf(result.focus);
+        // A window manager that crashed leaves the focus on nothing. The user still
+        // works where the pointer is, and a paste there can move the focus.
+        result.active = topLevelOf(result.focus != XCB_NONE ? result.focus : windowUnderPointer());
         return result;
     }
     result.active = firstWord(active.get());
