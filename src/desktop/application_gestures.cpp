@@ -56,11 +56,11 @@ bool isOneOf(const auto &classes, const platform::ForeignWindow &window)
 ApplicationGestures gesturesFor(const platform::ForeignWindow &window)
 {
     if (isOneOf(primaryTerminals, window))
-        return {};
+        return {std::nullopt, std::nullopt, false};
     if (isOneOf(otherTerminals, window))
-        return {std::nullopt, terminalPasteChord};
+        return {std::nullopt, terminalPasteChord, false};
     if (isOneOf(vteTerminals, window))
-        return {copyChord, terminalPasteChord};
+        return {copyChord, terminalPasteChord, false};
     return {copyChord, pasteChord};
 }
 

@@ -81,6 +81,19 @@ FocusDiag focusDiag(const FocusedElement &element, std::optional<bool> editable,
     return diag;
 }
 
+// What an element says of itself counts only as far as the program's keys go:
+// without any that paste nothing can be put back, and a terminal puts a text at
+// its prompt, wherever the selection is.
+void limitToGestures(Selection &selection)
+{
+    if (!selection.window)
+        return;
+    const auto gestures = gesturesFor(*selection.window);
+    const bool replaces = !selection.text.trimmed().isEmpty();
+    if (!gestures.paste || (replaces && !gestures.pasteReplaces))
+        selection.focusedEditable = false;
+}
+
 } // namespace
 
 Selection SelectionService::capture() const
@@ -111,6 +124,7 @@ Selection SelectionService::capture() const
             selection.screenRect = elementFrame(*element);
         selection.text = element->selectedText.value_or(QString());
         if (!selection.text.isEmpty()) {
+            limitToGestures(selection);
             logCaptured(u"AX 直读成功", selection);
             return selection;
         }
@@ -122,6 +136,7 @@ Selection SelectionService::capture() const
         if (!element || !element->selectedText) {
             if (const auto text = primaryText(*selection.window, deadline)) {
                 selection.text = *text;
+                limitToGestures(selection);
                 logCaptured(u"PRIMARY 直读成功", selection);
                 return selection;
             }
@@ -129,11 +144,13 @@ Selection SelectionService::capture() const
         const auto text = captureViaClipboard(*selection.window, deadline);
         if (text && !text->trimmed().isEmpty()) {
             selection.text = *text;
+            limitToGestures(selection);
             logCaptured(u"剪贴板降级成功", selection);
             return selection;
         }
     }
 
+    limitToGestures(selection);
     qCDebug(log::selection).noquote() << u"未捕获到选区, 进入空输入态, 有边界=%1, 可编辑=%2"_s.arg(
         QString::number(selection.screenRect.has_value()),
         describe(selection.focusedEditable, u"未知"_s));

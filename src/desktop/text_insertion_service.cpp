@@ -65,13 +65,9 @@ void TextInsertionService::awaitFocus(int attemptsLeft)
 {
     if (m_services.windowSystem.hasInputFocus(m_window.id))
         return awaitResponse();
-    if (attemptsLeft == 0) {
-        // A paste into another window is worse than none.
-        qCWarning(log::app) << "The window to paste into has lost the focus: the text stays on "
-                               "the clipboard";
-        m_backup.reset();
-        return;
-    }
+    // A paste into another window is worse than none.
+    if (attemptsLeft == 0)
+        return leaveOnClipboard("the window to paste into has lost the focus");
     m_step = platform::delay(pollStep, [this, attemptsLeft] { awaitFocus(attemptsLeft - 1); });
 }
 
@@ -83,20 +79,15 @@ void TextInsertionService::awaitResponse()
         m_services.windowSystem.isResponding(m_window.id, responseBound, [this](bool responding) {
             if (responding && m_services.windowSystem.hasInputFocus(m_window.id))
                 return press();
-            qCWarning(log::app) << "The window to paste into does not answer: the text stays on "
-                                   "the clipboard";
-            m_backup.reset();
+            leaveOnClipboard("the window to paste into does not answer");
         });
 }
 
 void TextInsertionService::press()
 {
     const auto gesture = gesturesFor(m_window).paste;
-    if (!gesture || !m_services.keySynthesizer.press(*gesture)) {
-        qCWarning(log::app) << "This program takes no paste keys: the text stays on the clipboard";
-        m_backup.reset();
-        return;
-    }
+    if (!gesture || !m_services.keySynthesizer.press(*gesture))
+        return leaveOnClipboard("the program takes no paste keys");
     m_step = platform::delay(restoreDelay, [this] { awaitFetch(fetchPolls); });
 }
 
@@ -106,6 +97,14 @@ void TextInsertionService::awaitFetch(int attemptsLeft)
     if (m_services.clipboard.fetchCount() > 0 || attemptsLeft == 0)
         return giveBack();
     m_step = platform::delay(pollStep, [this, attemptsLeft] { awaitFetch(attemptsLeft - 1); });
+}
+
+void TextInsertionService::leaveOnClipboard(const char *reason)
+{
+    qCWarning(log::app) << "The text stays on the clipboard:" << reason;
+    m_backup.reset();
+    if (onTextLeftOnClipboard)
+        onTextLeftOnClipboard();
 }
 
 void TextInsertionService::giveBack()

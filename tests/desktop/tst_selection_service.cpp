@@ -69,6 +69,8 @@ private Q_SLOTS:
     void aClipboardThatCannotBeKeptIsNotTouched();
     void aProgramThatHangsIsNotAskedToCopy();
     void aTerminalIsSentNoKeyThatCouldHarm();
+    void aTerminalTakesTextAtItsPromptAlone_data();
+    void aTerminalTakesTextAtItsPromptAlone();
     void ourOwnWindowIsSentNoKey();
     void aProgramThatShowsMoreOnRequestIsAsked();
     void aStuckProgramDoesNotHoldTheTrigger();
@@ -275,6 +277,27 @@ void TestSelectionService::aTerminalIsSentNoKeyThatCouldHarm()
         QCOMPARE(capture().text, QString());
         QVERIFY(m_desktop->keySynthesizer.presses().empty());
     }
+}
+
+void TestSelectionService::aTerminalTakesTextAtItsPromptAlone_data()
+{
+    QTest::addColumn<QString>("className");
+    QTest::addColumn<QString>("selected");
+    QTest::addColumn<bool>("editable");
+    QTest::newRow("a selection cannot be replaced") << u"Xfce4-terminal"_s << u"text"_s << false;
+    QTest::newRow("nothing selected") << u"Xfce4-terminal"_s << u""_s << true;
+    QTest::newRow("blanks count as nothing") << u"Xfce4-terminal"_s << u"  "_s << true;
+    QTest::newRow("no keys to paste with") << u"XTerm"_s << u""_s << false;
+}
+
+void TestSelectionService::aTerminalTakesTextAtItsPromptAlone()
+{
+    QFETCH(QString, className);
+    QFETCH(QString, selected);
+    m_desktop->windowSystem.setActiveWindow(editorWindow(className));
+    m_desktop->accessibility.setElement(field(selected));
+    QFETCH(bool, editable);
+    QCOMPARE(capture().focusedEditable, editable);
 }
 
 void TestSelectionService::ourOwnWindowIsSentNoKey()

@@ -13,6 +13,8 @@ struct ApplicationGestures
 {
     std::optional<platform::KeyChord> copy;
     std::optional<platform::KeyChord> paste;
+    // Whether what is pasted takes the place of the selected text.
+    bool pasteReplaces = true;
 };
 
 ApplicationGestures gesturesFor(const platform::ForeignWindow &window);

@@ -7,6 +7,7 @@
 
 #include <QString>
 
+#include <functional>
 #include <optional>
 
 namespace nivora {
@@ -29,9 +30,14 @@ public:
 
     // Returns at once; the work takes about 0.4 s. The keys are pressed only
     // while `window` has the focus. Where that cannot be had, or the program has
-    // no way to paste, the text stays on the clipboard for the user to paste.
+    // no way to paste, the text stays on the clipboard for the user to paste, and
+    // onTextLeftOnClipboard tells.
     // A second call within that time takes the place of the first.
     void insertViaPaste(const QString &text, const platform::ForeignWindow &window);
+
+    // The text could not be put into the program and is on the clipboard instead,
+    // where the user's own content was. Called at most once for each text.
+    std::function<void()> onTextLeftOnClipboard;
 
     // From the call until the clipboard is the user's again, at most about 3 s.
     bool isUnderWay() const { return m_step.isRunning(); }
@@ -42,6 +48,7 @@ private:
     void awaitResponse();
     void press();
     void awaitFetch(int attemptsLeft);
+    void leaveOnClipboard(const char *reason);
     void giveBack();
 
     platform::Services m_services;
