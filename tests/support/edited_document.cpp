@@ -14,7 +14,7 @@ using namespace std::chrono_literals;
 namespace {
 
 constexpr auto patience = 10s;
-constexpr auto keysBound = 1s;
+constexpr auto keysBound = 4s;
 const auto guards = u"〔〕"_s;
 
 class EditedDocument final : public Application

@@ -39,7 +39,7 @@ const Program &programOf(Editor::Toolkit toolkit)
                                      {},
                                      u"GottCode/FocusWriter.conf"_s,
                                      "[Window]\nFullscreen=false\n"};
-    static const Program featherPad{u"featherpad"_s, u"featherpad"_s, {u"--standalone"_s}, {}, {}};
+    static const Program featherPad{u"FeatherPad"_s, u"featherpad"_s, {u"--standalone"_s}, {}, {}};
     switch (toolkit) {
     case Editor::Toolkit::Gtk:
         return mousepad;
