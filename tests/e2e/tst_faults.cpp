@@ -1,0 +1,380 @@
+#include "lying_owner.h"
+#include "road.h"
+#include "scripted_program.h"
+
+#include "localcloud/event_stream.h"
+#include "support/watchdog.h"
+
+#include <QDBusConnection>
+#include <QDBusConnectionInterface>
+#include <QDBusMessage>
+#include <QDBusReply>
+#include <QDBusVariant>
+#include <QTest>
+
+#include <X11/keysym.h>
+
+#include <csignal>
+#include <cstring>
+
+using namespace Qt::Literals::StringLiterals;
+using namespace std::chrono_literals;
+using namespace nivora;
+using namespace nivora::test;
+
+namespace {
+
+// From the second press of Shift to the panel on the screen.
+constexpr double answerBound = 1200; // ms
+// For how long the product's main thread may not answer. On a quiet machine it is
+// 3 to 11 ms, the opening of the panel; one that compiles three programs at a time
+// was seen to make 150 of them. Any wait for another program would be 250 or more.
+constexpr double silenceBound = 200; // ms
+// Reading five megabytes through for their language and putting them into a
+// request takes its time, in one go.
+constexpr double longTextSilenceBound = 600; // ms
+
+const QByteArray fromBefore("from before");
+const QByteArray htmlFromBefore("<i>from before</i>");
+
+struct Scene
+{
+    Road road;
+    std::optional<ScriptedProgram> program;
+    std::optional<LyingOwner> liar;
+    std::vector<pid_t> stopped;
+
+    explicit Scene(const DesktopSession::Options &options)
+        : road(options)
+    {
+    }
+    ~Scene() { wakeAll(); }
+
+    bool openProgram(const QByteArray &copied = "copied")
+    {
+        program.emplace(road.session);
+        program->onCopy = [this, copied] { program->copy(copied); };
+        return program->open(*road.user, patience);
+    }
+    bool openEditor(const QString &text = u"请发一下报价"_s)
+    {
+        return road.open(Editor::Toolkit::Gtk, text);
+    }
+
+    bool stop(qint64 process)
+    {
+        if (process <= 0 || ::kill(pid_t(process), SIGSTOP) != 0)
+            return false;
+        stopped.push_back(pid_t(process));
+        return true;
+    }
+    void wakeAll()
+    {
+        for (const pid_t process : std::exchange(stopped, {}))
+            ::kill(process, SIGCONT);
+    }
+
+    // Of a program that owns this selection and will say nothing.
+    bool stopOwner(const QString &selection)
+    {
+        auto *owner = road.session.launch(u"xclip"_s, {u"-quiet"_s, u"-selection"_s, selection});
+        if (!owner)
+            return false;
+        owner->write(fromBefore);
+        owner->closeWriteChannel();
+        const auto isTaken = [&] {
+            return (selection == "primary"_L1
+                        ? road.clipboard->selection()
+                        : road.clipboard->text()) == QString::fromLatin1(fromBefore);
+        };
+        if (!waitUntil(isTaken, patience))
+            return false;
+        rememberClipboard();
+        return stop(owner->processId());
+    }
+
+    bool tell(LyingOwner::Lie lie)
+    {
+        liar.emplace(road.session.displayName(), lie);
+        // Others hang on these until they are ended.
+        if (lie != LyingOwner::Lie::NeverDelivers && lie != LyingOwner::Lie::EndlessPieces)
+            rememberClipboard();
+        return liar->owns();
+    }
+
+    pid_t editorProcess() const
+    {
+        const X11Peer peer(road.session.displayName());
+        const auto property = peer.property(road.editor->window(), peer.atom("_NET_WM_PID"));
+        quint32 process = 0;
+        if (property.size() == sizeof process)
+            std::memcpy(&process, property.constData(), sizeof process);
+        return pid_t(process);
+    }
+
+    bool killEditor() const
+    {
+        const pid_t process = editorProcess();
+        return process > 0 && ::kill(process, SIGKILL) == 0;
+    }
+
+    // Both the bus and the program that would start it anew.
+    bool killAccessibilityBus() const
+    {
+        const auto processOf = [](const QString &bus, const QString &service) {
+            const auto name = u"of the test "_s + service;
+            const QDBusReply<uint> process =
+                QDBusConnection::connectToBus(bus, name).interface()->servicePid(service);
+            QDBusConnection::disconnectFromBus(name);
+            return process.isValid() ? pid_t(process.value()) : 0;
+        };
+        const auto bus =
+            processOf(road.session.accessibilityBusAddress(), u"org.freedesktop.DBus"_s);
+        const auto launcher = processOf(road.session.busAddress(), u"org.a11y.Bus"_s);
+        return bus > 0 && launcher > 0 && ::kill(launcher, SIGKILL) == 0 &&
+               ::kill(bus, SIGKILL) == 0;
+    }
+
+    void rememberClipboard()
+    {
+        text = road.clipboard->read("UTF8_STRING");
+        html = road.clipboard->read("text/html");
+    }
+
+    bool switchAccessibilityOff() const
+    {
+        const auto name = u"of the test"_s;
+        auto change = QDBusMessage::createMethodCall(
+            u"org.a11y.Bus"_s, u"/org/a11y/bus"_s, u"org.freedesktop.DBus.Properties"_s, u"Set"_s);
+        change << u"org.a11y.Status"_s << u"IsEnabled"_s
+               << QVariant::fromValue(QDBusVariant(false));
+        const auto answer =
+            QDBusConnection::connectToBus(road.session.busAddress(), name).call(change);
+        QDBusConnection::disconnectFromBus(name);
+        return answer.type() == QDBusMessage::ReplyMessage;
+    }
+
+    // Whether the clipboard is what it was before the trigger.
+    bool isClipboardKept() const
+    {
+        if (liar && liar->owns())
+            return true;
+        const auto isKept = [&] {
+            return road.clipboard->read("UTF8_STRING") == text &&
+                   road.clipboard->read("text/html") == html;
+        };
+        return waitUntil(isKept, patience);
+    }
+
+    // The clipboard's content, as others read it.
+    std::optional<QByteArray> text = fromBefore;
+    std::optional<QByteArray> html = htmlFromBefore;
+};
+
+struct Fault
+{
+    DesktopSession::Options options{};
+    Trigger trigger = Trigger::DoubleShift;
+    // Brings the desktop into the state in which the trigger comes.
+    std::function<bool(Scene &)> prepare{};
+    // What happens this long after the trigger.
+    std::chrono::milliseconds delay{0};
+    std::function<bool(Scene &)> strike{};
+    QString translated{}; // what is asked of the service; empty: the panel is for typing
+    double silence = silenceBound;
+    int copies = -1; // how often the program was asked to copy; -1: any number
+};
+
+} // namespace
+
+Q_DECLARE_METATYPE(Fault)
+
+// Programs that hang, die and lie, one at a time. Whatever they do, the trigger
+// answers, the product goes on, and the clipboard is the user's afterwards.
+class TestFaults : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void triggerAnswersAndTheClipboardIsKept_data();
+    void triggerAnswersAndTheClipboardIsKept();
+    void pasteIsHeldBackFromAWindowThatCannotTakeIt_data();
+    void pasteIsHeldBackFromAWindowThatCannotTakeIt();
+};
+
+void TestFaults::triggerAnswersAndTheClipboardIsKept_data()
+{
+    QTest::addColumn<Fault>("fault");
+    const auto row = [](const char *name, Fault fault) { QTest::newRow(name) << std::move(fault); };
+    using Lie = LyingOwner::Lie;
+    const DesktopSession::Options usual;
+    const DesktopSession::Options withoutAccessibility{.accessibility = false};
+    const DesktopSession::Options withoutManager{.windowManager = false};
+    const auto openProgram = [](Scene &scene) { return scene.openProgram(); };
+
+    row("none", {.prepare = openProgram, .translated = u"copied"_s, .copies = 1});
+    row("the editor with the focus is stopped", {.prepare = [](Scene &scene) {
+            return scene.openEditor() && scene.stop(scene.editorProcess());
+        }});
+    row("the editor is stopped, with the chord",
+        {.trigger = Trigger::Chord, .prepare = [](Scene &scene) {
+             return scene.openEditor() && scene.stop(scene.editorProcess());
+         }});
+    row("the owner of PRIMARY is stopped",
+        {.prepare =
+             [](Scene &scene) { return scene.openProgram() && scene.stopOwner(u"primary"_s); },
+         .translated = u"copied"_s,
+         .copies = 1});
+    row("the clipboard's owner is stopped",
+        {.prepare =
+             [](Scene &scene) { return scene.openProgram() && scene.stopOwner(u"clipboard"_s); },
+         .copies = 0});
+    for (const auto delay : {10ms, 55ms}) {
+        row(qPrintable(u"the editor is killed after %1 ms"_s.arg(delay.count())),
+            {.prepare = [](Scene &scene) { return scene.openEditor(); },
+             .delay = delay,
+             .strike = [](Scene &scene) { return scene.killEditor(); }});
+    }
+    row("the program dies of its copy keys", {.prepare = [](Scene &scene) {
+            scene.openProgram();
+            scene.program->onCopy = [&scene] { scene.program->die(); };
+            return true;
+        }});
+    row("the program dies with the copy it made", {.prepare = [](Scene &scene) {
+            scene.openProgram();
+            scene.program->onCopy = [&scene] {
+                scene.program->copy("copied");
+                scene.program->die();
+            };
+            return true;
+        }});
+    row("no accessibility bus", {.options = withoutAccessibility,
+                                 .trigger = Trigger::Chord,
+                                 .prepare = openProgram,
+                                 .translated = u"copied"_s,
+                                 .copies = 1});
+    row("accessibility is switched off",
+        {.prepare =
+             [](Scene &scene) { return scene.openProgram() && scene.switchAccessibilityOff(); },
+         .translated = u"copied"_s,
+         .copies = 1});
+    row("the accessibility bus dies",
+        {.prepare =
+             [](Scene &scene) { return scene.openProgram() && scene.killAccessibilityBus(); },
+         .translated = u"copied"_s,
+         .copies = 1});
+    row("no window manager", {.options = withoutManager,
+                              .prepare = openProgram,
+                              .translated = u"copied"_s,
+                              .copies = 1});
+    const auto long5 = u"一二三四五六七八九十\n"_s.repeated(5 * 1024 * 1024 / 31).trimmed();
+    row("five megabytes are copied",
+        {.prepare = [long5](Scene &scene) { return scene.openProgram(long5.toUtf8()); },
+         .translated = long5,
+         .silence = longTextSilenceBound});
+    for (const auto &[name, lie] :
+         {std::pair{"the clipboard delivers nothing", Lie::NeverDelivers},
+          std::pair{"the clipboard never ends", Lie::EndlessPieces},
+          std::pair{"the clipboard's types are wrong", Lie::WrongTypes},
+          std::pair{"the clipboard's sizes are wrong", Lie::WrongSizes},
+          std::pair{"the clipboard offers a sentence", Lie::UnreadableOffer}}) {
+        const bool readable = lie != Lie::NeverDelivers && lie != Lie::EndlessPieces;
+        row(name, {.prepare =
+                       [lie = lie](Scene &scene) { return scene.openProgram() && scene.tell(lie); },
+                   .translated = readable ? u"copied"_s : QString(),
+                   .copies = readable});
+    }
+}
+
+void TestFaults::triggerAnswersAndTheClipboardIsKept()
+{
+    QFETCH(const Fault, fault);
+    Scene scene(fault.options);
+    Road &road = scene.road;
+    QVERIFY2(road.begin(), qUtf8Printable(road.problem()));
+    road.server.setHandler(
+        [](const localcloud::Request &) { return localcloud::eventStream({u"はい"_s}); });
+    QVERIFY(road.clipboard->offer({{"UTF8_STRING", fromBefore}, {"text/html", htmlFromBefore}}));
+    QVERIFY2(fault.prepare(scene), qUtf8Printable(road.problem()));
+
+    Watchdog watchdog(road.session.busAddress(), u"app.nivora"_s, u"/app/nivora"_s);
+    Clock::time_point pulled = Clock::now();
+    if (fault.trigger == Trigger::DoubleShift)
+        pulled = road.user->tapShiftTwice();
+    else
+        road.pull(fault.trigger);
+    if (fault.strike) {
+        waitUntil([&] { return Clock::now() - pulled >= fault.delay; }, 1s, 200us);
+        QVERIFY(fault.strike(scene));
+    }
+    const auto panel = road.user->waitForMapped(Product::panel(), patience);
+    const double answered = millisecondsBetween(pulled, Clock::now());
+    QVERIFY2(panel, qUtf8Printable(road.problem()));
+    if (!fault.translated.isEmpty()) {
+        QVERIFY2(road.waitForRequests(1), qUtf8Printable(road.problem()));
+        QVERIFY(road.prompt(0).endsWith(u"\n\n"_s + fault.translated));
+    } else {
+        QVERIFY(road.server.requests().isEmpty());
+    }
+    const double silence = watchdog.longestSilence();
+    qInfo("answered after %.0f ms, longest silence %.0f ms", answered, silence);
+
+    if (fault.copies >= 0)
+        QCOMPARE(scene.program->copies, fault.copies);
+    // What a program does that wakes up now belongs to it.
+    scene.wakeAll();
+    if (road.editor && fault.strike == nullptr)
+        QVERIFY(waitUntil([&] { return !road.editor->text().isNull(); }, patience));
+    QVERIFY(scene.isClipboardKept());
+    QVERIFY(road.product->isRunning());
+    QVERIFY2(answered < answerBound, qPrintable(QString::number(answered)));
+    QVERIFY2(silence < fault.silence, qPrintable(QString::number(silence)));
+}
+
+void TestFaults::pasteIsHeldBackFromAWindowThatCannotTakeIt_data()
+{
+    QTest::addColumn<bool>("destroyed");
+    QTest::newRow("destroyed") << true;
+    QTest::newRow("of a stopped program") << false;
+}
+
+void TestFaults::pasteIsHeldBackFromAWindowThatCannotTakeIt()
+{
+    QFETCH(const bool, destroyed);
+    const auto source = u"请发一下报价"_s;
+    const auto translation = u"見積もり"_s;
+    Scene scene({});
+    Road &road = scene.road;
+    QVERIFY2(road.begin(), qUtf8Printable(road.problem()));
+    road.server.enqueue(localcloud::eventStream({translation}));
+    QVERIFY2(destroyed ? scene.openProgram(source.toUtf8()) : scene.openEditor(source),
+             qUtf8Printable(road.problem()));
+    road.pull(Trigger::DoubleShift);
+    QVERIFY2(road.product->waitForPanel(patience), qUtf8Printable(road.problem()));
+    QVERIFY2(road.product->waitForTranslation(translation, patience),
+             qUtf8Printable(road.problem()));
+
+    if (destroyed)
+        scene.program->destroyWindow();
+    else
+        QVERIFY(scene.stop(scene.editorProcess()));
+    Watchdog watchdog(road.session.busAddress(), u"app.nivora"_s, u"/app/nivora"_s);
+    road.user->press({XK_Control_L, XK_Return});
+    QVERIFY(road.product->waitForPanelGone(patience));
+    // For the user to paste where it is wanted.
+    QVERIFY(waitUntil([&] { return road.product->log().contains("stays on the clipboard"_L1); },
+                      patience));
+    const double silence = watchdog.longestSilence();
+    qInfo("longest silence %.0f ms", silence);
+    QCOMPARE(road.clipboard->text(), translation);
+    scene.wakeAll();
+    if (destroyed)
+        QCOMPARE(scene.program->pastes, 0);
+    else
+        QVERIFY(road.editor->waitForText(source, patience));
+    QVERIFY(road.product->isRunning());
+    QVERIFY2(silence < silenceBound, qPrintable(QString::number(silence)));
+}
+
+QTEST_GUILESS_MAIN(TestFaults)
+#include "tst_faults.moc"
