@@ -1,13 +1,14 @@
-#include "platform/clipboard.h"
+#include "clipboard_reading.h"
 #include "platform_linux/x11_desktop.h"
 #include "support/clipboard_peer.h"
 #include "support/desktop_session.h"
-#include "support/wait.h"
-#include "support/x11_peer.h"
 
 #include <QElapsedTimer>
 #include <QFile>
 #include <QTest>
+#include <QThread>
+
+#include <atomic>
 
 using namespace nivora;
 using namespace std::chrono_literals;
@@ -15,76 +16,11 @@ using namespace Qt::Literals::StringLiterals;
 using linuxdesktop::X11Desktop;
 using platform::Clipboard;
 using platform::ClipboardContents;
+using test::noise;
+using test::readAll;
+using test::readText;
+using test::sixMegabytes;
 using test::X11Peer;
-
-namespace {
-
-constexpr int sixMegabytes = 6 * 1024 * 1024;
-
-QByteArray noise(int size)
-{
-    QByteArray bytes(size, Qt::Uninitialized);
-    quint32 state = 0x2545f491;
-    for (char &byte : bytes) {
-        state = state * 1664525 + 1013904223;
-        byte = char(state >> 24);
-    }
-    return bytes;
-}
-
-// Waits for the answer to a reading of either kind.
-template<typename Result, typename Read>
-std::optional<Result> await(Read &&read)
-{
-    std::optional<Result> result;
-    bool answered = false;
-    const platform::Task task = read([&](std::optional<Result> value) {
-        result = std::move(value);
-        answered = true;
-    });
-    if (!test::waitUntil([&] { return answered; }, 10s, 200us))
-        qWarning("a reading was not answered at all");
-    return result;
-}
-
-std::optional<QString> readText(Clipboard &clipboard, std::chrono::milliseconds deadline = 5s)
-{
-    return await<QString>([&](auto done) { return clipboard.readText(deadline, std::move(done)); });
-}
-
-std::optional<ClipboardContents> readAll(Clipboard &clipboard,
-                                         std::chrono::milliseconds deadline = 5s)
-{
-    return await<ClipboardContents>(
-        [&](auto done) { return clipboard.read(deadline, std::move(done)); });
-}
-
-// A program that owns the clipboard and answers as the test says.
-class Owner
-{
-public:
-    using Answer = std::function<void(const xcb_selection_request_event_t &)>;
-
-    Owner(const QByteArray &displayName, Answer answer)
-        : peer(displayName)
-    {
-        peer.onEvent = [this, answer = std::move(answer)](const xcb_generic_event_t &event) {
-            if (event.response_type == 0)
-                ++errors;
-            if ((event.response_type & 0x7f) != XCB_SELECTION_REQUEST)
-                return;
-            ++requests;
-            answer(reinterpret_cast<const xcb_selection_request_event_t &>(event));
-        };
-        peer.own(peer.atom("CLIPBOARD"), peer.createWindow(0));
-    }
-
-    X11Peer peer;
-    int requests = 0;
-    int errors = 0; // by which many programs would end
-};
-
-} // namespace
 
 class TestX11Clipboard : public QObject
 {
@@ -104,13 +40,8 @@ private Q_SLOTS:
     void severalTargetsAreConvertedAtOnce();
     void emptyContentsEmptyTheClipboard();
     void changesAreCounted();
-    void textIsReadFromWhatTheOwnerHas_data();
-    void textIsReadFromWhatTheOwnerHas();
-    void targetsThatAreRefusedAreLeftOut();
-    void silentOwnerCostsItsDeadlineAndNothingElse();
-    void lateAnswerIsNotTakenForAnothers();
-    void ownerThatDiesInTheMiddleGivesNothing();
-    void cancelledReadingDeliversNothing();
+    void managerTakesOverAtTheEnd_data();
+    void managerTakesOverAtTheEnd();
 
 private:
     Clipboard &clipboard() { return m_desktop->clipboard(); }
@@ -291,165 +222,65 @@ void TestX11Clipboard::changesAreCounted()
     QTRY_COMPARE(clipboard().changeCount(), 6u);
 }
 
-void TestX11Clipboard::textIsReadFromWhatTheOwnerHas_data()
+void TestX11Clipboard::managerTakesOverAtTheEnd_data()
 {
-    QTest::addColumn<QByteArray>("target");
-    QTest::addColumn<QByteArray>("type");
-    QTest::addColumn<QByteArray>("bytes");
-    QTest::addColumn<QString>("text"); // null: none
-    const QByteArray utf8 = u"é 你好"_s.toUtf8();
-    QTest::newRow("UTF8_STRING") << "UTF8_STRING"_qba
-                                 << "UTF8_STRING"_qba << utf8 << u"é 你好"_s;
-    QTest::newRow("a MIME type") << "text/plain;charset=utf-8"_qba
-                                 << "text/plain;charset=utf-8"_qba << utf8 << u"é 你好"_s;
-    QTest::newRow("STRING") << "STRING"_qba
-                            << "STRING"_qba
-                            << "caf\xe9"_qba << u"café"_s;
-    QTest::newRow("STRING in place of UTF8_STRING") << "UTF8_STRING"_qba
-                                                    << "STRING"_qba
-                                                    << "caf\xe9"_qba << u"café"_s;
-    QTest::newRow("no text") << "image/png"_qba
-                             << "image/png"_qba
-                             << "\x89PNG"_qba << QString();
+    QTest::addColumn<Clipboard::Privacy>("privacy");
+    QTest::addColumn<bool>("answers");
+    QTest::addColumn<int>("asked");
+    QTest::newRow("text") << Clipboard::Privacy::Ordinary << true << 1;
+    QTest::newRow("concealed text") << Clipboard::Privacy::Concealed << true << 0;
+    QTest::newRow("a manager that hangs") << Clipboard::Privacy::Ordinary << false << 1;
 }
 
-void TestX11Clipboard::textIsReadFromWhatTheOwnerHas()
+void TestX11Clipboard::managerTakesOverAtTheEnd()
 {
-    QFETCH(const QByteArray, target);
-    QFETCH(const QByteArray, type);
-    QFETCH(const QByteArray, bytes);
-    QFETCH(const QString, text);
-    Owner owner(m_session.displayName(), [&](const xcb_selection_request_event_t &request) {
-        if (request.target == owner.peer.atom(target))
-            owner.peer.answer(request, owner.peer.atom(type), bytes);
-        else
-            owner.peer.notify(request, XCB_NONE);
-    });
-    QCOMPARE(readText(clipboard()), text.isNull() ? std::nullopt : std::optional(text));
-}
+    QFETCH(const Clipboard::Privacy, privacy);
+    QFETCH(const bool, answers);
+    QFETCH(const int, asked);
+    clipboard().setText(u"text"_s, privacy);
+    QCOMPARE(readText(clipboard()), u"text"_s);
 
-void TestX11Clipboard::targetsThatAreRefusedAreLeftOut()
-{
-    Owner owner(m_session.displayName(), [&](const xcb_selection_request_event_t &request) {
-        X11Peer &peer = owner.peer;
-        if (request.target == peer.atom("TARGETS"))
-            // A made-up atom, one twice, side effects, and promises not kept.
-            peer.answer(request,
-                        {peer.atom("TARGETS"), 0x7ffffff, peer.atom("text/html"),
-                         peer.atom("DELETE"), peer.atom("SAVE_TARGETS"), peer.atom("text/refused"),
-                         peer.atom("text/empty-promise"), peer.atom("text/html"),
-                         peer.atom("TIMESTAMP"), peer.atom("MULTIPLE"), peer.atom("PIXMAP"),
-                         peer.atom("GTK_TEXT_BUFFER_CONTENTS")});
-        else if (request.target == peer.atom("text/html"))
-            peer.answer(request, request.target, "<i>x</i>");
-        else if (request.target == peer.atom("text/empty-promise"))
-            peer.notify(request, request.property); // and nothing there
-        else
-            peer.notify(request, XCB_NONE);
-    });
-    ClipboardContents expected;
-    expected.items = {{"text/html", "text/html", 8, "<i>x</i>"}};
-    QCOMPARE(readAll(clipboard()), expected);
-    QCOMPARE(owner.requests, 4);
-}
-
-void TestX11Clipboard::silentOwnerCostsItsDeadlineAndNothingElse()
-{
-    Owner owner(m_session.displayName(), [](const auto &) {});
-    QElapsedTimer timer;
-    timer.start();
-    std::optional<bool> silent;
-    const auto task =
-        clipboard().read(300ms, [&](const auto &contents) { silent = contents.has_value(); });
-    // Meanwhile another reading comes and goes.
-    QCOMPARE(readText(clipboard(), 50ms), std::nullopt);
-    const auto secondEnded = timer.elapsed();
-    QVERIFY2(secondEnded >= 50 && secondEnded < 200, qPrintable(QString::number(secondEnded)));
-    QTRY_COMPARE(silent, false);
-    QVERIFY2(timer.elapsed() >= 300 && timer.elapsed() < 450,
-             qPrintable(QString::number(timer.elapsed())));
-    QVERIFY(owner.requests > 0);
-
-    clipboard().setText(u"ours"_s);
-    QCOMPARE(readText(clipboard(), 200ms), u"ours"_s);
-}
-
-void TestX11Clipboard::lateAnswerIsNotTakenForAnothers()
-{
-    std::optional<xcb_selection_request_event_t> kept;
-    Owner owner(m_session.displayName(), [&](const xcb_selection_request_event_t &request) {
-        if (!kept) {
-            kept = request;
-            return;
+    // The main thread waits for the end: the manager is served by another.
+    std::atomic<bool> ready = false;
+    std::atomic<bool> ended = false;
+    int requests = 0;
+    QByteArray kept;
+    const auto manager = std::unique_ptr<QThread>(QThread::create([&] {
+        X11Peer peer(m_session.displayName());
+        const auto window = peer.createWindow(0);
+        xcb_selection_request_event_t request{};
+        peer.onEvent = [&](const xcb_generic_event_t &event) {
+            const int type = event.response_type & 0x7f;
+            if (type == XCB_SELECTION_REQUEST) {
+                request = reinterpret_cast<const xcb_selection_request_event_t &>(event);
+                requests += request.target == peer.atom("SAVE_TARGETS");
+                if (answers)
+                    xcb_convert_selection(peer.xcb(), window, peer.atom("CLIPBOARD"),
+                                          peer.atom("UTF8_STRING"), peer.atom("KEPT"),
+                                          XCB_CURRENT_TIME);
+            } else if (type == XCB_SELECTION_NOTIFY) {
+                kept = peer.property(window, peer.atom("KEPT"));
+                peer.notify(request, request.property);
+            }
+        };
+        peer.own(peer.atom("CLIPBOARD_MANAGER"), window);
+        ready = true;
+        while (!ended) {
+            peer.synchronise();
+            QThread::msleep(2);
         }
-        const auto type = request.target;
-        owner.peer.answer(*kept, type, "late");
-        owner.peer.answer(request, type, "timely");
-    });
-    QCOMPARE(readText(clipboard(), 50ms), std::nullopt);
-    QVERIFY(kept);
-    QCOMPARE(readText(clipboard()), u"timely"_s);
-    owner.peer.synchronise();
-    QCOMPARE(owner.errors, 0);
-}
-
-void TestX11Clipboard::ownerThatDiesInTheMiddleGivesNothing()
-{
-    auto owner = std::make_unique<X11Peer>(m_session.displayName());
-    int taken = 0;
-    xcb_selection_request_event_t request{};
-    owner->onEvent = [&](const xcb_generic_event_t &event) {
-        const int type = event.response_type & 0x7f;
-        if (type == XCB_SELECTION_REQUEST) {
-            request = reinterpret_cast<const xcb_selection_request_event_t &>(event);
-            const uint32_t size = sixMegabytes;
-            const uint32_t mask = XCB_EVENT_MASK_PROPERTY_CHANGE;
-            xcb_change_window_attributes(owner->xcb(), request.requestor, XCB_CW_EVENT_MASK, &mask);
-            xcb_change_property(owner->xcb(), XCB_PROP_MODE_REPLACE, request.requestor,
-                                request.property, owner->atom("INCR"), 32, 1, &size);
-            owner->notify(request, request.property);
-        } else if (type == XCB_PROPERTY_NOTIFY &&
-                   reinterpret_cast<const xcb_property_notify_event_t &>(event).state ==
-                       XCB_PROPERTY_DELETE &&
-                   ++taken == 1) {
-            owner->setProperty(request.requestor, request.property, request.target, "half");
-        }
-    };
-    owner->own(owner->atom("CLIPBOARD"), owner->createWindow(0));
-    QElapsedTimer timer;
-    timer.start();
-    std::optional<bool> present;
-    const auto task =
-        clipboard().readText(10s, [&](const auto &text) { present = text.has_value(); });
-    QTRY_COMPARE(taken, 2);
-    owner.reset();
-    QTRY_COMPARE(present, false);
-    QVERIFY(timer.elapsed() < 2000); // at its death, not at the deadline
-}
-
-void TestX11Clipboard::cancelledReadingDeliversNothing()
-{
-    Owner owner(m_session.displayName(), [&](const xcb_selection_request_event_t &request) {
-        owner.peer.answer(request, request.target, "x");
-    });
-    bool delivered = false;
-    auto task = clipboard().readText(5s, [&](const auto &) { delivered = true; });
-    task.cancel();
-    QCOMPARE(readText(clipboard()), u"x"_s); // a later one has come round
-    QVERIFY(!delivered);
-
-    // Nor does one that is under way when everything ends.
-    Owner silent(m_session.displayName(), [](const auto &) {});
-    const auto last = clipboard().readText(60s, [&](const auto &text) {
-        QVERIFY(!text);
-        delivered = true;
-    });
-    QTRY_COMPARE(silent.requests, 1);
+    }));
+    manager->start();
+    QTRY_VERIFY(ready);
     QElapsedTimer timer;
     timer.start();
     m_desktop.reset();
-    QVERIFY(timer.elapsed() < 500);
-    QTRY_VERIFY(delivered);
+    const auto took = timer.elapsed();
+    ended = true;
+    manager->wait();
+    QCOMPARE(requests, asked);
+    QCOMPARE(kept, asked && answers ? "text"_qba : QByteArray());
+    QVERIFY2(answers ? took < 400 : took >= 450 && took < 900, qPrintable(QString::number(took)));
 }
 
 QTEST_GUILESS_MAIN(TestX11Clipboard)
