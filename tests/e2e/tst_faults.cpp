@@ -272,6 +272,10 @@ void TestFaults::triggerAnswersAndTheClipboardIsKept_data()
         {.prepare = [long5](Scene &scene) { return scene.openProgram(long5.toUtf8()); },
          .translated = long5,
          .silence = longTextSilenceBound});
+    row("five megabytes are selected in an editor",
+        {.prepare = [long5](Scene &scene) { return scene.openEditor(long5); },
+         .translated = long5,
+         .silence = longTextSilenceBound});
     for (const auto &[name, lie] :
          {std::pair{"the clipboard delivers nothing", Lie::NeverDelivers},
           std::pair{"the clipboard never ends", Lie::EndlessPieces},
