@@ -4,6 +4,8 @@
 
 #include <QPromise>
 
+#include <memory>
+
 namespace nivora {
 
 namespace {

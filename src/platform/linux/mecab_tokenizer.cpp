@@ -9,6 +9,7 @@
 
 #include <mecab.h>
 
+#include <algorithm>
 #include <mutex>
 
 using namespace Qt::Literals::StringLiterals;

@@ -1,5 +1,8 @@
 #include "mecab_words.h"
 
+#include <QList>
+
+#include <algorithm>
 #include <array>
 
 using namespace Qt::Literals::StringLiterals;
