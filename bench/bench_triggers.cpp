@@ -26,7 +26,6 @@
 #include <cstdio>
 #include <map>
 #include <memory>
-#include <unistd.h>
 
 using namespace Qt::Literals::StringLiterals;
 using namespace std::chrono_literals;
@@ -61,12 +60,12 @@ qint64 valueOf(const QByteArray &lines, const QByteArray &name)
     return 0;
 }
 
-// Of every thread: its name, how often it woke and its processor time in ticks.
+// Of every thread: its name, how often it woke and its processor time.
 struct Thread
 {
     QByteArray name;
     qint64 wakeUps = 0;
-    qint64 ticks = 0;
+    qint64 nanoseconds = 0;
 };
 
 std::map<QString, Thread> threadsOf(qint64 process)
@@ -75,12 +74,9 @@ std::map<QString, Thread> threadsOf(qint64 process)
     const QString folder = u"/proc/%1/task/"_s.arg(process);
     for (const QString &id : QDir(folder).entryList(QDir::Dirs | QDir::NoDotAndDotDot)) {
         const QByteArray status = contents(folder + id + u"/status"_s);
-        const QByteArray stat = contents(folder + id + u"/stat"_s);
-        const auto fields = stat.sliced(stat.lastIndexOf(')') + 2).split(' ');
-        // The list begins with the third field of the manual; these are 14 and 15.
         threads[id] = {contents(folder + id + u"/comm"_s).trimmed(),
                        valueOf(status, "voluntary_ctxt_switches:"),
-                       fields.value(11).toLongLong() + fields.value(12).toLongLong()};
+                       contents(folder + id + u"/schedstat"_s).split(' ').first().toLongLong()};
     }
     return threads;
 }
@@ -89,21 +85,20 @@ void reportThreads(const char *what, qint64 process, std::chrono::milliseconds s
                    const std::map<QString, Thread> &before)
 {
     qint64 wakeUps = 0;
-    qint64 ticks = 0;
+    qint64 nanoseconds = 0;
     QByteArray details;
     for (const auto &[id, now] : threadsOf(process)) {
         const auto old = before.find(id);
         const Thread start = old == before.end() ? Thread{} : old->second;
         wakeUps += now.wakeUps - start.wakeUps;
-        ticks += now.ticks - start.ticks;
+        nanoseconds += now.nanoseconds - start.nanoseconds;
         if (now.wakeUps != start.wakeUps)
             details += ' ' + now.name + ' ' + QByteArray::number(now.wakeUps - start.wakeUps);
     }
-    const double seconds = double(ticks) / double(sysconf(_SC_CLK_TCK));
+    const double share = double(nanoseconds) / 1e6 / double(span.count());
     std::printf("%s, %lld s: %.3f %% of one core, %lld wake-ups (%s )\n", what,
-                static_cast<long long>(span.count() / 1000),
-                100 * seconds * 1000 / double(span.count()), static_cast<long long>(wakeUps),
-                details.constData());
+                static_cast<long long>(span.count() / 1000), 100 * share,
+                static_cast<long long>(wakeUps), details.constData());
 }
 
 // What the server keeps for the clients of one process.
