@@ -69,12 +69,31 @@ void AppCoordinator::start()
             [this] { m_hotKey.thresholdMs = m_settings.doubleTapThresholdMs.value(); });
 
     startHotKeyRespectingPermission();
-    m_warmUp = platform::delay(warmUpDelay, [this] { m_panelController.prepare(); });
+    m_warmUp = platform::delay(warmUpDelay, [this] {
+        m_panelController.prepare();
+        historyStore(); // opens the file, which the first trigger would wait for
+    });
+}
+
+HistoryStore &AppCoordinator::historyStore()
+{
+    if (!m_historyStore)
+        m_historyStore =
+            std::make_unique<HistoryStore>([this] { return m_settings.saveHistory.value(); });
+    return *m_historyStore;
 }
 
 void AppCoordinator::wireSession()
 {
     m_viewModel.insertHandler = [this](const QString &text) { insertIntoTarget(text); };
+    m_viewModel.glossaryProvider = [this] { return m_glossaryStore.terms(); };
+    m_viewModel.historyRecorder = [this](const QString &source, const QString &translation,
+                                         Language from, Language to) {
+        historyStore().record(source, translation, from, to);
+    };
+    m_viewModel.historyLookup = [this](const QString &source, Language target) {
+        return historyStore().latestTranslation(source, target);
+    };
     m_viewModel.usageRecorder = [this](const TokenUsage &usage) { m_usageStore.record(usage); };
 }
 

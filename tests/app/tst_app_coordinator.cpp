@@ -9,6 +9,7 @@
 
 #include <QAbstractButton>
 #include <QSignalSpy>
+#include <QTemporaryDir>
 #include <QTest>
 
 using namespace nivora;
@@ -62,6 +63,8 @@ private Q_SLOTS:
     void theEmptyPanelReadsNoSelection();
     void settingsTakeEffectAtOnce();
     void usageIsCounted();
+    void aTextIsPaidForOnce();
+    void theUsersTermsReachTheService();
 
 private:
     void start();
@@ -84,6 +87,7 @@ private:
         return nullptr;
     }
 
+    std::unique_ptr<QTemporaryDir> m_folder;
     std::unique_ptr<localcloud::Server> m_server;
     std::unique_ptr<memory::MemoryDesktop> m_desktop;
     std::unique_ptr<AppCoordinator> m_coordinator;
@@ -96,6 +100,8 @@ void TestAppCoordinator::init()
     m_server = std::make_unique<localcloud::Server>();
     QVERIFY(m_server->listen());
     m_server->setHandler([](const auto &) { return eventStream({u"译文"_s}); });
+    m_folder = std::make_unique<QTemporaryDir>();
+    qputenv("XDG_DATA_HOME", m_folder->path().toUtf8());
     m_desktop = std::make_unique<memory::MemoryDesktop>();
     m_desktop->windowSystem.setActiveWindow(editor);
     m_desktop->secrets.write(u"app.nivora"_s, u"session-token"_s, "token"_ba);
@@ -359,6 +365,31 @@ void TestAppCoordinator::usageIsCounted()
     m_coordinator->viewModel().setSource(u"hello"_s, false, std::nullopt);
     QTRY_COMPARE(m_coordinator->usageStore().promptTokens(), 5);
     QCOMPARE(m_coordinator->usageStore().requestCount(), 1);
+}
+
+void TestAppCoordinator::aTextIsPaidForOnce()
+{
+    m_desktop->preferences.set(u"saveHistory"_s, true);
+    m_desktop->accessibility.setElement(field(u"hello"_s));
+    for (int start = 0; start < 2; ++start) {
+        this->start(); // the second time the program finds what the first one kept
+        doubleTap();
+        QTRY_COMPARE(m_coordinator->viewModel().phase().kind, Phase::Kind::Done);
+        QCOMPARE(m_coordinator->viewModel().translatedText(), u"译文"_s);
+        m_coordinator.reset();
+    }
+    QCOMPARE(m_server->requests().size(), 1);
+}
+
+void TestAppCoordinator::theUsersTermsReachTheService()
+{
+    start();
+    GlossaryStore &glossary = m_coordinator->glossaryStore();
+    glossary.update({glossary.add(), u"报价"_s, u"御見積書"_s});
+    m_desktop->accessibility.setElement(field(u"请发一下报价"_s));
+    doubleTap();
+    QTRY_COMPARE(m_server->requests().size(), 1);
+    QVERIFY(m_server->requests().first().body.contains("御見積書"));
 }
 
 QTEST_MAIN(TestAppCoordinator)

@@ -11,6 +11,8 @@
 #include "desktop/selection_service.h"
 #include "desktop/text_insertion_service.h"
 #include "session/translation_view_model.h"
+#include "stores/glossary_store.h"
+#include "stores/history_store.h"
 #include "stores/keychain_store.h"
 #include "stores/settings_store.h"
 #include "stores/usage_store.h"
@@ -24,6 +26,7 @@
 #include <QUrl>
 
 #include <functional>
+#include <memory>
 #include <optional>
 
 namespace nivora {
@@ -64,6 +67,8 @@ public:
     AppUIState &uiState() { return m_uiState; }
     SettingsStore &settings() { return m_settings; }
     UsageStore &usageStore() { return m_usageStore; }
+    GlossaryStore &glossaryStore() { return m_glossaryStore; }
+    HistoryStore &historyStore();
     TranslationViewModel &viewModel() { return m_viewModel; }
     FloatingPanelController &panelController() { return m_panelController; }
 
@@ -81,7 +86,9 @@ private:
     KeychainStore m_keychain;
     SettingsStore m_settings;
     TranslationEngine m_engine;
+    GlossaryStore m_glossaryStore;
     UsageStore m_usageStore;
+    std::unique_ptr<HistoryStore> m_historyStore; // made at first use
     AuthStore m_authStore;
     SelectionService m_selectionService;
     TextInsertionService m_insertionService;
