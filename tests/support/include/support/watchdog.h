@@ -4,7 +4,7 @@
 #include <QThread>
 
 #include <atomic>
-#include <chrono>
+#include <memory>
 
 namespace nivora::test {
 
@@ -12,16 +12,19 @@ namespace nivora::test {
 // thread of its own puts one question after the other to an object of the program
 // on the session bus; the answer to each comes from the program's main thread, so
 // its round trip is the time for which that thread was busy, and a little more.
+// Time in which the program or this thread were ready to run, and the machine was
+// busy with others, is taken off: it says nothing about the program.
 class Watchdog
 {
 public:
     // `path` is an object that the program's main thread has registered.
-    Watchdog(const QString &busAddress, const QString &service, const QString &path);
+    Watchdog(const QString &busAddress, const QString &service, const QString &path,
+             qint64 processId);
     ~Watchdog();
     Watchdog(const Watchdog &) = delete;
     Watchdog &operator=(const Watchdog &) = delete;
 
-    // Ends the watch: the longest round trip since the start, in milliseconds.
+    // Ends the watch: the longest silence since the start, in milliseconds.
     // Infinity when the program did not answer at all.
     double longestSilence();
 
