@@ -28,6 +28,10 @@ const auto actionInterface = u"org.a11y.atspi.Action"_s;
 
 constexpr uint screenSpace = 0;
 
+// GTK measures a range character by character, which takes it seconds for a long
+// one.
+constexpr int longestMeasuredRange = 200;
+
 // Places in the bit set of states.
 constexpr int stateFocused = 12;
 constexpr int stateShowing = 25;
@@ -130,11 +134,24 @@ QRect AccessibleElement::characterBounds(int character) const
     return {box.value(0).toInt(), box.value(1).toInt(), box.value(2).toInt(), box.value(3).toInt()};
 }
 
+QRect AccessibleElement::cursorBounds() const
+{
+    const int place = cursor();
+    const QRect next = characterBounds(place);
+    if (next.height() > 0 || place <= 0)
+        return {next.x(), next.y(), 0, next.height()};
+    // There is no next one at the end of a text.
+    const QRect last = characterBounds(place - 1);
+    return {last.x() + last.width(), last.y(), 0, last.height()};
+}
+
 QRect AccessibleElement::selectionBounds() const
 {
     const auto range = selection();
     if (!range)
         return {};
+    if (range->second - range->first > longestMeasuredRange)
+        return characterBounds(range->first).united(characterBounds(range->second - 1));
     const auto box =
         call(textInterface, u"GetRangeExtents"_s, {range->first, range->second, screenSpace});
     return {box.value(0).toInt(), box.value(1).toInt(), box.value(2).toInt(), box.value(3).toInt()};

@@ -17,10 +17,6 @@ namespace {
 
 constexpr auto startBound = 20s;
 
-// GTK measures a range character by character, which takes it seconds for a long
-// one.
-constexpr qsizetype longestMeasuredRange = 200;
-
 struct Program
 {
     QString className;
@@ -127,12 +123,7 @@ QString Editor::selectedText() const
 
 QRect Editor::selectionBounds() const
 {
-    if (!m_area)
-        return {};
-    const auto range = m_area->selection();
-    if (!range || range->second - range->first <= longestMeasuredRange)
-        return m_area->selectionBounds();
-    return m_area->characterBounds(range->first).united(m_area->characterBounds(range->second - 1));
+    return m_area ? m_area->selectionBounds() : QRect();
 }
 
 int Editor::cursor() const
@@ -142,10 +133,7 @@ int Editor::cursor() const
 
 QRect Editor::cursorBounds() const
 {
-    if (!m_area)
-        return {};
-    const QRect next = m_area->characterBounds(cursor());
-    return {next.x(), next.y(), 0, next.height()};
+    return m_area ? m_area->cursorBounds() : QRect();
 }
 
 QRect Editor::textArea() const

@@ -26,6 +26,8 @@ struct Program
     QString command;
     QStringList arguments; // the program inside comes after them
     Application::Paste paste;
+    // Its three clicks take only as much of a line as it shows.
+    bool selectsShownAlone = false;
 };
 
 // Takes every byte as it comes, the one of Ctrl+C included.
@@ -37,6 +39,7 @@ public:
     Terminal(const Desk &desk, Program program)
         : m_session(desk.session)
         , m_user(desk.user)
+        , m_tree(desk.tree)
         , m_clipboard(desk.clipboard)
         , m_program(std::move(program))
         , m_sent(desk.session.folder() + u"/sent"_s)
@@ -85,12 +88,14 @@ public:
     {
         const auto lines = m_text.count(u'\n');
         const auto attempt = [&] {
-            if (lines == 0)
+            if (m_program.selectsShownAlone && m_text.size() > m_size.width() * m_size.height())
+                selectFarBack();
+            else if (lines == 0)
                 selectLine();
             else
                 m_user.drag(cell(0, 0) + QPoint(-m_cell.width() / 2 + 1, 0),
                             cell(int(lines), m_size.width() - 1));
-            return waitUntil([&] { return selectedText() == withoutReturns(m_text); }, selectBound);
+            return waitUntil([&] { return plain(selectedText()) == plain(m_text); }, selectBound);
         };
         return waitUntil(attempt, patience);
     }
@@ -111,8 +116,18 @@ public:
         return text;
     }
     QString content() const override { return QString::fromUtf8(read(m_sent)); }
-    QRect place() const override { return {}; }
-    QRect frame() const override { return {}; }
+    QRect place() const override
+    {
+        const auto area = accessible();
+        if (!area)
+            return {};
+        return area->selection() ? area->selectionBounds() : area->cursorBounds();
+    }
+    QRect frame() const override
+    {
+        const auto area = accessible();
+        return area ? area->frame() : QRect();
+    }
     Paste paste() const override { return m_program.paste; }
     X11Driver::WindowId window() const override { return m_window; }
 
@@ -123,7 +138,8 @@ private:
         return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
     }
 
-    static QString withoutReturns(QString text) { return text.remove(u'\r'); }
+    // Some terminals drop the joiners within an emoji.
+    static QString plain(QString text) { return text.remove(u'\r').remove(QChar(0x200d)); }
 
     bool attach(const QByteArray &device)
     {
@@ -158,8 +174,28 @@ private:
             m_user.click();
     }
 
+    // From the start, which has been scrolled away, to the end.
+    void selectFarBack()
+    {
+        constexpr int pages = 60;
+        for (int page = 0; page < pages; ++page)
+            m_user.press({XK_Shift_L, XK_Prior});
+        m_user.movePointer(cell(0, 0) - QPoint(m_cell.width() / 2 - 1, 0));
+        m_user.click();
+        for (int page = 0; page < pages; ++page)
+            m_user.press({XK_Shift_L, XK_Next});
+        m_user.movePointer(cell(m_size.height() - 1, m_size.width() - 1));
+        m_user.click(X11Driver::Button::Right);
+    }
+
+    std::optional<AccessibleElement> accessible() const
+    {
+        return m_tree.find(m_process->processId(), AccessibilityTree::hasRole(u"terminal"_s));
+    }
+
     DesktopSession &m_session;
     X11Driver &m_user;
+    const AccessibilityTree &m_tree;
     ClipboardPeer &m_clipboard;
     Program m_program;
     QString m_sent;
@@ -181,7 +217,8 @@ std::unique_ptr<Application> makeXTerm(const Application::Desk &desk)
                       u"xterm"_s,
                       {u"-geometry"_s, u"80x20+100+60"_s, u"-b"_s, u"0"_s, u"-fa"_s,
                        u"DejaVu Sans Mono"_s, u"-fs"_s, u"9"_s, u"-e"_s},
-                      Application::Paste::Unknown});
+                      Application::Paste::Unknown,
+                      true});
 }
 
 std::unique_ptr<Application> makeXfceTerminal(const Application::Desk &desk)

@@ -190,11 +190,11 @@ void X11Driver::movePointer(QPoint place)
     d->fake(XCB_MOTION_NOTIFY, false, place);
 }
 
-void X11Driver::click()
+void X11Driver::click(Button button)
 {
-    d->fake(XCB_BUTTON_PRESS, XCB_BUTTON_INDEX_1);
+    d->fake(XCB_BUTTON_PRESS, uint8_t(button));
     pause(tapLength);
-    d->fake(XCB_BUTTON_RELEASE, XCB_BUTTON_INDEX_1);
+    d->fake(XCB_BUTTON_RELEASE, uint8_t(button));
     pause(tapLength);
 }
 

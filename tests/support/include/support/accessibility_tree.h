@@ -37,6 +37,7 @@ public:
     int cursor() const; // in characters, -1 when there is none
     // Where these are, in pixels from the top-left of the screen.
     QRect selectionBounds() const;
+    QRect cursorBounds() const; // without a width
     QRect characterBounds(int character) const;
 
     // False when the element does not offer it.

@@ -58,7 +58,8 @@ public:
     // moment of the second press.
     Clock::time_point tapShiftTwice(std::chrono::milliseconds gap = std::chrono::milliseconds(120));
     void movePointer(QPoint place);
-    void click();
+    enum class Button { Left = 1, Right = 3 };
+    void click(Button button = Button::Left);
     // Moves with the left button held.
     void drag(QPoint from, QPoint to);
 
