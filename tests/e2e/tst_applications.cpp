@@ -56,6 +56,13 @@ QString longText(QChar separator)
     return text.first(19'999) + u'。';
 }
 
+QPoint onScreen(const QPoint &anchor, const QSize &panel)
+{
+    const QSize room = screenSize - panel - QSize(screenMargin, screenMargin);
+    return {std::clamp(anchor.x(), screenMargin, room.width()),
+            std::clamp(anchor.y(), screenMargin, room.height())};
+}
+
 } // namespace
 
 // What the product makes of real programs: one row for each program and kind of
@@ -74,7 +81,7 @@ private:
     bool enter(const QString &name, const Maker &make);
     void leave();
     QString problem() const { return m_road ? m_road->problem() : QString(); }
-    QPoint expectedPlace(const QSize &panel) const;
+    QPoint anchor() const;
     bool holds(const QString &name) const { return m_road->product->control(name).has_value(); }
     void takeResultByHand();
     void verifyUsersClipboard();
@@ -139,6 +146,7 @@ void TestApplications::translatesAndPutsBack()
         QCOMPARE(plain(m_application->selectedText()), plain(text));
     }
     const QString before = m_application->content();
+    const QPoint place = anchor();
     QVERIFY(road.clipboard->offer(usersClipboard));
     road.user->movePointer(pointer);
     const auto requests = road.server.requests().size();
@@ -164,9 +172,9 @@ void TestApplications::translatesAndPutsBack()
         return road.user->find(Product::panel()).value_or(X11Driver::Window()).geometry;
     };
     QVERIFY2(
-        waitUntil([&] { return panel().topLeft() == expectedPlace(panel().size()); }, patience),
+        waitUntil([&] { return panel().topLeft() == onScreen(place, panel().size()); }, patience),
         qUtf8Printable(QDebug::toString(panel()) + u" instead of "_s +
-                       QDebug::toString(expectedPlace(panel().size())) + problem()));
+                       QDebug::toString(onScreen(place, panel().size())) + problem()));
 
     using Paste = Application::Paste;
     const auto paste = m_application->paste();
@@ -209,21 +217,15 @@ void TestApplications::verifyUsersClipboard()
     QVERIFY2(waitUntil(isBack, patience), m_road->clipboard->formats().join(' ').constData());
 }
 
-// Below what is selected, or below the field, or else at the pointer, but on the
-// screen.
-QPoint TestApplications::expectedPlace(const QSize &panel) const
+// Below what is selected, or below the field, or else at the pointer.
+QPoint TestApplications::anchor() const
 {
-    QPoint place = pointer + QPoint(0, gapToPointer);
     for (const auto &[near, tallest] : {std::pair(m_application->place(), tallestSelection),
                                         std::pair(m_application->frame(), tallestField)}) {
-        if (near.height() > 0 && near.height() <= tallest) {
-            place = {near.x(), near.y() + near.height() + gapToSelection};
-            break;
-        }
+        if (near.height() > 0 && near.height() <= tallest)
+            return {near.x(), near.y() + near.height() + gapToSelection};
     }
-    const QSize room = screenSize - panel - QSize(screenMargin, screenMargin);
-    return {std::clamp(place.x(), screenMargin, room.width()),
-            std::clamp(place.y(), screenMargin, room.height())};
+    return pointer + QPoint(0, gapToPointer);
 }
 
 bool TestApplications::enter(const QString &name, const Maker &make)
