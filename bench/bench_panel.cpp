@@ -1,3 +1,4 @@
+#include "core/reading_service.h"
 #include "core/translation_engine.h"
 #include "localcloud/event_stream.h"
 #include "localcloud/server.h"
@@ -26,7 +27,12 @@ struct Bench
     KeychainStore keychain{desktop.secrets};
     SettingsStore settings{desktop.preferences, keychain, QUrl(u"http://127.0.0.1"_s)};
     TranslationEngine engine;
-    TranslationViewModel session{engine, settings, desktop.clipboard};
+    ReadingService readings{desktop.japaneseTokenizer};
+    TranslationViewModel session{{.engine = engine,
+                                  .settings = settings,
+                                  .readings = readings,
+                                  .clipboard = desktop.clipboard,
+                                  .settingsPanes = desktop.settingsPanes}};
     FloatingPanelController controller{session, settings, desktop.windowSystem};
 };
 

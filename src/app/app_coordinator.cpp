@@ -37,7 +37,12 @@ AppCoordinator::AppCoordinator(const platform::Services &services, const QUrl &c
     , m_selectionService(services)
     , m_insertionService(services)
     , m_permissions(services.settingsPanes)
-    , m_viewModel(m_engine, m_settings, services.clipboard)
+    , m_readings(services.japaneseTokenizer)
+    , m_viewModel({.engine = m_engine,
+                   .settings = m_settings,
+                   .readings = m_readings,
+                   .clipboard = services.clipboard,
+                   .settingsPanes = services.settingsPanes})
     , m_panelController(m_viewModel, m_settings, services.windowSystem)
     , m_hotKey(services.keyEventTap)
     , m_carbonHotKey(services.hotKey)

@@ -1,7 +1,8 @@
 #include "service_request.h"
 
+#include "http_parts.h"
+
 #include <QCoreApplication>
-#include <QIODevice>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QNetworkAccessManager>
@@ -16,68 +17,12 @@ namespace {
 constexpr auto retryPause = 400ms;
 constexpr int maximumRedirects = 5;
 
-QUrl appendPath(const QUrl &base, QStringView path)
-{
-    QUrl url = base;
-    QString whole = base.path();
-    if (!whole.endsWith(u'/'))
-        whole += u'/';
-    whole += path;
-    url.setPath(whole);
-    return url;
-}
-
 bool isSameOrigin(const QUrl &one, const QUrl &other)
 {
     const int standard = one.scheme() == u"https" ? 443 : 80;
     return one.scheme() == other.scheme() && one.host() == other.host() &&
            one.port(standard) == other.port(standard);
 }
-
-// A value with a control character would end the header line and start another.
-bool isHeaderValue(const QByteArray &value)
-{
-    return std::ranges::none_of(value,
-                                [](char c) { return static_cast<uchar>(c) < 0x20 || c == 0x7F; });
-}
-
-// A request body that can be read once. When a connection breaks before the
-// answer, Qt sends the request again by itself, up to three times and at once,
-// unless the body cannot be rewound. A request costs the user money, so how often
-// it is made is decided here alone.
-class SingleUseBody final : public QIODevice
-{
-public:
-    explicit SingleUseBody(const QByteArray &bytes)
-        : m_bytes(bytes)
-    {
-        open(QIODevice::ReadOnly);
-    }
-
-    bool isSequential() const override { return true; }
-    bool reset() override { return false; }
-    bool atEnd() const override { return m_position == m_bytes.size(); }
-    qint64 bytesAvailable() const override
-    {
-        return m_bytes.size() - m_position + QIODevice::bytesAvailable();
-    }
-
-protected:
-    qint64 readData(char *data, qint64 limit) override
-    {
-        const qint64 size = std::min(limit, m_bytes.size() - m_position);
-        if (size == 0)
-            return limit == 0 ? 0 : -1;
-        std::copy_n(m_bytes.constData() + m_position, size, data);
-        m_position += size;
-        return size;
-    }
-    qint64 writeData(const char *, qint64) override { return -1; }
-
-private:
-    QByteArray m_bytes;
-    qint64 m_position = 0;
-};
 
 } // namespace
 

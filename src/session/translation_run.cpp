@@ -1,6 +1,10 @@
 // The part of the session that runs one translation, from the text to its end.
 #include "session/translation_view_model.h"
 
+#include "back_translation.h"
+#include "reading_line.h"
+#include "variant_list.h"
+
 #include "core/translation_engine.h"
 #include "stores/settings_store.h"
 
@@ -29,11 +33,16 @@ QString styleFor(Language target, const QString &raw)
 void TranslationViewModel::cancelRun()
 {
     m_task.cancel();
+    m_reading->stop();
+    m_backTranslation->stop();
+    m_variants->clear();
 }
 
 void TranslationViewModel::clearResult()
 {
     setTranslatedText({});
+    m_reading->clear();
+    m_backTranslation->clear();
     assign(m_lastTokens, {}, &TranslationViewModel::lastTokensChanged);
     m_lastTid.clear();
 }
@@ -51,6 +60,8 @@ void TranslationViewModel::translateNow()
     const Run run{source, m_detectedSource, target};
     clearResult();
     assign(m_fromHistory, false, &TranslationViewModel::fromHistoryChanged);
+    if (target == Language::Japanese || run.detected == Language::Japanese)
+        m_reading->prepare();
     const TranslationOptions wanted = options(target);
     if (!reuseHistory(run, wanted))
         startRun(run, wanted);
@@ -139,8 +150,19 @@ void TranslationViewModel::afterTranslation(const Run &run, bool recordHistory)
 {
     if (recordHistory && historyRecorder)
         historyRecorder(run.source, m_translatedText, run.detected, run.target);
+    // The reading belongs to the Japanese side, whichever that is.
+    if (run.target == Language::Japanese) {
+        m_reading->show(m_translatedText);
+        if (m_settings.showBackTranslation.value() && m_hasInsertTarget)
+            m_backTranslation->start(m_translatedText,
+                                     [this](const TokenUsage &usage) { onUsage(usage); });
+    } else if (run.detected == Language::Japanese) {
+        m_reading->show(run.source);
+    }
     if (m_settings.autoCopyOnFinish.value())
         copyResult();
+    if (m_settings.autoSpeak.value())
+        speakCurrent();
 }
 
 } // namespace nivora

@@ -1,9 +1,13 @@
 #include "session/translation_view_model.h"
 
-#include "core/language_detector.h"
-#include "stores/settings_store.h"
+#include "back_translation.h"
+#include "reading_line.h"
+#include "variant_list.h"
+#include "voice_input.h"
 
-#include "platform/clipboard.h"
+#include "core/language_detector.h"
+#include "desktop/speech_service.h"
+#include "stores/settings_store.h"
 
 using namespace Qt::Literals::StringLiterals;
 using namespace std::chrono_literals;
@@ -13,17 +17,39 @@ namespace nivora {
 namespace {
 
 constexpr auto liveTranslationRest = 1s;
-constexpr auto copiedStateSpan = 800ms;
 
 } // namespace
 
-TranslationViewModel::TranslationViewModel(TranslationEngine &engine, const SettingsStore &settings,
-                                           platform::Clipboard &clipboard)
-    : m_engine(engine)
-    , m_settings(settings)
-    , m_clipboard(clipboard)
+TranslationViewModel::TranslationViewModel(const Parts &parts)
+    : m_engine(parts.engine)
+    , m_settings(parts.settings)
+    , m_clipboard(parts.clipboard)
+    , m_speech(parts.speech)
+    , m_reading(std::make_unique<ReadingLine>(parts.readings, parts.settings))
+    , m_backTranslation(std::make_unique<BackTranslation>(parts.engine, parts.settings))
+    , m_variants(std::make_unique<VariantList>(parts.engine, parts.settings))
+    , m_voice(std::make_unique<VoiceInput>(parts.speechInput, parts.settingsPanes,
+                                           [this] { return dictationLocale(primaryLanguage()); }))
 {
+    using Self = TranslationViewModel;
+    connect(m_reading.get(), &ReadingLine::textChanged, this, &Self::readingChanged);
+    connect(m_backTranslation.get(), &BackTranslation::replaced, this,
+            &Self::backTranslationReplaced);
+    connect(m_backTranslation.get(), &BackTranslation::appended, this,
+            &Self::backTranslationAppended);
+    connect(m_variants.get(), &VariantList::textsChanged, this, &Self::variantsChanged);
+    connect(m_variants.get(), &VariantList::isLoadingChanged, this, &Self::loadingVariantsChanged);
+    connect(m_voice.get(), &VoiceInput::isListeningChanged, this, &Self::isListeningChanged);
+    connect(m_voice.get(), &VoiceInput::errorChanged, this, &Self::voiceErrorChanged);
+    connect(m_voice.get(), &VoiceInput::heard, this, &Self::hear);
+    if (m_speech) {
+        connect(m_speech, &SpeechService::isSpeakingChanged, this, &Self::isSpeakingChanged);
+        connect(m_speech, &SpeechService::availabilityChanged, this,
+                &Self::isSpeechAvailableChanged);
+    }
 }
+
+TranslationViewModel::~TranslationViewModel() = default;
 
 void TranslationViewModel::setDirection(Language detected, Language target)
 {
@@ -42,32 +68,6 @@ void TranslationViewModel::setTranslatedText(const QString &text)
 bool TranslationViewModel::isTranslating() const
 {
     return m_phase.kind == Phase::Kind::Loading || m_phase.kind == Phase::Kind::Streaming;
-}
-
-bool TranslationViewModel::sourceIsForeign() const
-{
-    return m_detectedSource != Language::Auto && m_detectedSource != primaryLanguage();
-}
-
-bool TranslationViewModel::showReply() const
-{
-    return m_mode == PanelMode::Selection && sourceIsForeign() && !m_hasInsertTarget &&
-           !m_translatedText.isEmpty();
-}
-
-PrimaryAction TranslationViewModel::primaryAction() const
-{
-    if (m_translatedText.isEmpty())
-        return PrimaryAction::None;
-    switch (m_mode) {
-    case PanelMode::Selection:
-        return m_hasInsertTarget ? PrimaryAction::Replace : PrimaryAction::None;
-    case PanelMode::Compose:
-        return m_hasInsertTarget ? PrimaryAction::Insert : PrimaryAction::Copy;
-    case PanelMode::Reply:
-        return PrimaryAction::Copy;
-    }
-    Q_UNREACHABLE();
 }
 
 Language TranslationViewModel::primaryLanguage() const
@@ -94,6 +94,7 @@ Language TranslationViewModel::applyDirection(const QString &trimmedSource)
 void TranslationViewModel::setSource(const QString &text, bool hasInsertTarget,
                                      const std::optional<platform::FocusDiag> &context)
 {
+    leaveResult();
     assign(m_mode, PanelMode::Selection, &TranslationViewModel::modeChanged);
     m_manualTarget.reset();
     m_lastFocusContext = context;
@@ -104,9 +105,19 @@ void TranslationViewModel::setSource(const QString &text, bool hasInsertTarget,
     translateNow();
 }
 
+// What belongs to the text before a trigger, and to nothing after it.
+void TranslationViewModel::leaveResult()
+{
+    stopSpeaking();
+    m_voice->abandon();
+    m_voice->clearError();
+    closeFeedback();
+}
+
 void TranslationViewModel::prepareManualInput(bool hasInsertTarget,
                                               const std::optional<platform::FocusDiag> &context)
 {
+    leaveResult();
     assign(m_mode, PanelMode::Compose, &TranslationViewModel::modeChanged);
     cancelRun();
     m_manualTarget.reset();
@@ -188,23 +199,6 @@ void TranslationViewModel::invalidateTranslation()
     const QString source = m_sourceText.trimmed();
     if (!source.isEmpty())
         applyDirection(source);
-}
-
-void TranslationViewModel::copyResult()
-{
-    if (m_translatedText.isEmpty())
-        return;
-    m_clipboard.setText(m_translatedText);
-    assign(m_justCopied, true, &TranslationViewModel::justCopiedChanged);
-    m_copyReset = platform::delay(copiedStateSpan, [this] {
-        assign(m_justCopied, false, &TranslationViewModel::justCopiedChanged);
-    });
-}
-
-void TranslationViewModel::insert()
-{
-    if (!m_translatedText.isEmpty() && insertHandler)
-        insertHandler(m_translatedText);
 }
 
 void TranslationViewModel::setPinned(bool pinned)

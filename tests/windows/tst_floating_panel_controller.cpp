@@ -1,6 +1,7 @@
 #include "windows/floating_panel.h"
 #include "windows/floating_panel_controller.h"
 
+#include "core/reading_service.h"
 #include "core/translation_engine.h"
 #include "session/translation_view_model.h"
 #include "stores/settings_store.h"
@@ -75,6 +76,7 @@ private:
     std::unique_ptr<KeychainStore> m_keychain;
     std::unique_ptr<SettingsStore> m_settings;
     std::unique_ptr<TranslationEngine> m_engine;
+    std::unique_ptr<ReadingService> m_readings;
     std::unique_ptr<TranslationViewModel> m_session;
     std::unique_ptr<FloatingPanelController> m_controller;
 };
@@ -83,6 +85,7 @@ void TestFloatingPanelController::init()
 {
     m_controller.reset();
     m_session.reset();
+    m_readings.reset();
     m_server = std::make_unique<localcloud::Server>();
     QVERIFY(m_server->listen());
     m_desktop = std::make_unique<memory::MemoryDesktop>();
@@ -90,8 +93,13 @@ void TestFloatingPanelController::init()
     m_settings =
         std::make_unique<SettingsStore>(m_desktop->preferences, *m_keychain, m_server->url());
     m_engine = std::make_unique<TranslationEngine>();
-    m_session =
-        std::make_unique<TranslationViewModel>(*m_engine, *m_settings, m_desktop->clipboard);
+    m_readings = std::make_unique<ReadingService>(m_desktop->japaneseTokenizer);
+    m_session = std::make_unique<TranslationViewModel>(
+        TranslationViewModel::Parts{.engine = *m_engine,
+                                    .settings = *m_settings,
+                                    .readings = *m_readings,
+                                    .clipboard = m_desktop->clipboard,
+                                    .settingsPanes = m_desktop->settingsPanes});
     m_controller =
         std::make_unique<FloatingPanelController>(*m_session, *m_settings, m_desktop->windowSystem);
 }

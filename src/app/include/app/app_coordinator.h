@@ -4,6 +4,7 @@
 #include "app/app_ui_state.h"
 
 #include "account/auth_store.h"
+#include "core/reading_service.h"
 #include "core/translation_engine.h"
 #include "desktop/carbon_hot_key.h"
 #include "desktop/hot_key_monitor.h"
@@ -93,6 +94,7 @@ private:
     SelectionService m_selectionService;
     TextInsertionService m_insertionService;
     PermissionsManager m_permissions;
+    ReadingService m_readings;
     TranslationViewModel m_viewModel;
     FloatingPanelController m_panelController;
     HotKeyMonitor m_hotKey;

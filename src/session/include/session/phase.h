@@ -23,7 +23,19 @@ struct Phase
     bool operator==(const Phase &) const = default;
 };
 
+// Where the user's report on a translation stands.
+enum class FeedbackPhase { Idle, Sending, Sent, Failed };
+
 // What the panel's main button and its key do at this moment.
 enum class PrimaryAction { Replace, Insert, Copy, None };
+
+// What is to be read aloud.
+struct SpeechTarget
+{
+    QString text;
+    QString language; // "ja-JP"
+
+    bool operator==(const SpeechTarget &) const = default;
+};
 
 } // namespace nivora

@@ -11,20 +11,31 @@
 #include "platform/task.h"
 
 #include <QObject>
+#include <QStringList>
 
 #include <functional>
+#include <memory>
 #include <optional>
 #include <utility>
 #include <vector>
 
 namespace nivora {
 
+class BackTranslation;
+class ReadingLine;
+class ReadingService;
 class SettingsStore;
+class SpeechInputService;
+class SpeechService;
 class TranslationEngine;
+class VariantList;
+class VoiceInput;
+struct FeedbackReport;
 
 namespace platform {
 class Clipboard;
-}
+class SettingsPanes;
+} // namespace platform
 
 // The state behind the panel: what it shows, what is being translated and in
 // which direction. One object for the life of the process; every trigger resets
@@ -34,9 +45,21 @@ class TranslationViewModel : public QObject
     Q_OBJECT
 
 public:
-    // The borrowed objects outlive this one.
-    TranslationViewModel(TranslationEngine &engine, const SettingsStore &settings,
-                         platform::Clipboard &clipboard);
+    // What the session works with. Borrowed: all of it outlives the session.
+    struct Parts
+    {
+        TranslationEngine &engine;
+        const SettingsStore &settings;
+        ReadingService &readings;
+        platform::Clipboard &clipboard;
+        platform::SettingsPanes &settingsPanes;
+        // Absent where nothing can be read aloud or dictated.
+        SpeechService *speech = nullptr;
+        SpeechInputService *speechInput = nullptr;
+    };
+
+    explicit TranslationViewModel(const Parts &parts);
+    ~TranslationViewModel() override;
 
     // Ways to the outside, each optional, set once before the first trigger.
     std::function<void(const QString &text)> insertHandler;
@@ -46,6 +69,9 @@ public:
                        Language to)>
         historyRecorder;
     std::function<std::optional<QString>(const QString &source, Language target)> historyLookup;
+    // Hands a report in; `done` is told whether it was taken.
+    std::function<platform::Task(const FeedbackReport &, std::function<void(bool)> done)>
+        feedbackHandler;
 
     QString sourceText() const { return m_sourceText; } // untrimmed
     QString contextText() const { return m_contextText; }
@@ -63,6 +89,24 @@ public:
     std::optional<platform::FocusDiag> lastFocusContext() const { return m_lastFocusContext; }
     const SettingsStore &settings() const { return m_settings; }
 
+    // The reading of the Japanese side, in romaji or hiragana; empty without one.
+    QString reading() const;
+    // A Japanese result in Chinese again, as far as it has arrived.
+    QString backTranslation() const;
+    QStringList variants() const;
+    bool loadingVariants() const;
+    bool isSpeaking() const;
+    bool isSpeechAvailable() const; // false once the desktop's speech service could not be reached
+    bool isListening() const;
+    QString voiceError() const; // empty when there is none
+    // Whether the desktop's settings help against it.
+    bool voiceErrorOpensSettings() const;
+    FeedbackPhase feedbackPhase() const { return m_feedbackPhase; }
+
+    bool canShowVariants() const;
+    // What speakCurrent() would read: always the Japanese side, where there is one.
+    std::optional<SpeechTarget> speechTarget() const;
+    bool canSubmitFeedback() const;
     bool isTranslating() const;
     // Whether the text differs from the user's own language.
     bool sourceIsForeign() const;
@@ -93,6 +137,25 @@ public:
     void insert();
     void setPinned(bool pinned);
 
+    // Asks for other phrasings of a Japanese result.
+    void loadVariants();
+    // Takes one of them as the result. Ends a run that is still under way.
+    void useVariant(const QString &text);
+
+    void speakCurrent();
+    void stopSpeaking();
+
+    // Begins a dictation into the source box, or ends it.
+    void toggleVoice();
+    // Closes the microphone; what was said so far counts no more.
+    void stopListening();
+    void openVoiceSettings();
+
+    // Reports the result on show. `reason` is a raw value of FeedbackReason.
+    void submitFeedback(const QString &reason, const QString &comment);
+    // The form is closed: the next one begins afresh.
+    void closeFeedback();
+
 Q_SIGNALS:
     void sourceTextChanged();
     void contextTextChanged();
@@ -108,6 +171,17 @@ Q_SIGNALS:
     void fromHistoryChanged();
     void lastTokensChanged();
     void justCopiedChanged();
+    void readingChanged();
+    // As for the translation: replaced as a whole, or grown at its end.
+    void backTranslationReplaced();
+    void backTranslationAppended(const QString &piece);
+    void variantsChanged();
+    void loadingVariantsChanged();
+    void isSpeakingChanged();
+    void isSpeechAvailableChanged();
+    void isListeningChanged();
+    void voiceErrorChanged(); // or what it opens
+    void feedbackPhaseChanged();
 
 private:
     struct Run
@@ -130,6 +204,8 @@ private:
     void invalidateTranslation();
     void cancelRun();
     void clearResult();
+    void leaveResult();
+    void hear(const QString &text, bool isFinal);
 
     template<typename Value>
     void assign(Value &field, Value value, void (TranslationViewModel::*changed)())
@@ -147,6 +223,11 @@ private:
     TranslationEngine &m_engine;
     const SettingsStore &m_settings;
     platform::Clipboard &m_clipboard;
+    SpeechService *m_speech;
+    std::unique_ptr<ReadingLine> m_reading;
+    std::unique_ptr<BackTranslation> m_backTranslation;
+    std::unique_ptr<VariantList> m_variants;
+    std::unique_ptr<VoiceInput> m_voice;
 
     QString m_sourceText;
     QString m_contextText;
@@ -160,6 +241,7 @@ private:
     bool m_isPinned = false;
     bool m_fromHistory = false;
     bool m_justCopied = false;
+    FeedbackPhase m_feedbackPhase = FeedbackPhase::Idle;
     std::optional<qint64> m_lastTokens; // of this result, over all its requests
     QString m_lastTid;
     std::optional<platform::FocusDiag> m_lastFocusContext;
@@ -170,6 +252,8 @@ private:
     platform::Task m_task;      // the current run
     platform::Task m_debounce;  // the pending run of live translation
     platform::Task m_copyReset; // takes justCopied back
+    // Each goes on to its end, whatever the panel shows by then.
+    std::vector<platform::Task> m_reports;
 };
 
 } // namespace nivora

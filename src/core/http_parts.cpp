@@ -1,0 +1,40 @@
+#include "http_parts.h"
+
+#include <algorithm>
+
+namespace nivora {
+
+QUrl appendPath(const QUrl &base, QStringView path)
+{
+    QUrl url = base;
+    QString whole = base.path();
+    if (!whole.endsWith(u'/'))
+        whole += u'/';
+    whole += path;
+    url.setPath(whole);
+    return url;
+}
+
+bool isHeaderValue(const QByteArray &value)
+{
+    return std::ranges::none_of(value,
+                                [](char c) { return static_cast<uchar>(c) < 0x20 || c == 0x7F; });
+}
+
+SingleUseBody::SingleUseBody(const QByteArray &bytes)
+    : m_bytes(bytes)
+{
+    open(QIODevice::ReadOnly);
+}
+
+qint64 SingleUseBody::readData(char *data, qint64 limit)
+{
+    const qint64 size = std::min(limit, m_bytes.size() - m_position);
+    if (size == 0)
+        return limit == 0 ? 0 : -1;
+    std::copy_n(m_bytes.constData() + m_position, size, data);
+    m_position += size;
+    return size;
+}
+
+} // namespace nivora
