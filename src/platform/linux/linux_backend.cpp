@@ -1,10 +1,13 @@
 #include "platform_linux/linux_backend.h"
 
 #include "platform_linux/atspi_accessibility.h"
+#include "platform_linux/audio_qt_input.h"
 #include "platform_linux/desktop_settings_panes.h"
 #include "platform_linux/json_preferences.h"
 #include "platform_linux/mecab_tokenizer.h"
 #include "platform_linux/secret_libsecret_store.h"
+#include "platform_linux/speech_offline_recognizer.h"
+#include "platform_linux/speechd_synthesizer.h"
 #include "platform_linux/x11_desktop.h"
 
 namespace nivora::linuxdesktop {
@@ -14,10 +17,14 @@ struct LinuxBackend::Parts
 {
     LibsecretStore secrets;
     X11Desktop x11;
-    AtspiAccessibility accessibility{QString(), x11.windowSystem()};
+    AtspiAccessibility accessibility{QString(), x11.windowSystem(),
+                                     [this](qint64 process) { return x11.gtkScale(process); }};
     JsonPreferences preferences{JsonPreferences::defaultPath()};
     DesktopSettingsPanes settingsPanes;
     MecabTokenizer japaneseTokenizer;
+    SpeechdSynthesizer speechSynthesizer{japaneseTokenizer};
+    OfflineSpeechRecognizer speechRecognizer;
+    QtAudioInput audioInput;
 };
 
 LinuxBackend::LinuxBackend()
@@ -47,6 +54,9 @@ platform::Services LinuxBackend::services()
         .windowSystem = parts.x11.windowSystem(),
         .settingsPanes = parts.settingsPanes,
         .japaneseTokenizer = parts.japaneseTokenizer,
+        .speechSynthesizer = parts.speechSynthesizer,
+        .speechRecognizer = parts.speechRecognizer,
+        .audioInput = parts.audioInput,
     };
 }
 

@@ -3,6 +3,7 @@
 namespace nivora::platform {
 
 class Accessibility;
+class AudioInput;
 class Clipboard;
 class GlobalHotKey;
 class JapaneseTokenizer;
@@ -12,6 +13,8 @@ class Preferences;
 class PrimarySelectionReader;
 class SecretStore;
 class SettingsPanes;
+class SpeechRecognizer;
+class SpeechSynthesizer;
 class WindowSystem;
 
 // One backend's implementation of every interface. Borrowed: whoever makes the
@@ -29,6 +32,9 @@ struct Services
     WindowSystem &windowSystem;
     SettingsPanes &settingsPanes;
     JapaneseTokenizer &japaneseTokenizer;
+    SpeechSynthesizer &speechSynthesizer;
+    SpeechRecognizer &speechRecognizer;
+    AudioInput &audioInput;
 };
 
 } // namespace nivora::platform

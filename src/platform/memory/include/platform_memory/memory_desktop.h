@@ -2,6 +2,7 @@
 
 #include "platform/services.h"
 #include "platform_memory/memory_accessibility.h"
+#include "platform_memory/memory_audio_input.h"
 #include "platform_memory/memory_clipboard.h"
 #include "platform_memory/memory_japanese_tokenizer.h"
 #include "platform_memory/memory_keys.h"
@@ -9,6 +10,8 @@
 #include "platform_memory/memory_primary_selection.h"
 #include "platform_memory/memory_secret_store.h"
 #include "platform_memory/memory_settings_panes.h"
+#include "platform_memory/memory_speech_recognizer.h"
+#include "platform_memory/memory_speech_synthesizer.h"
 #include "platform_memory/memory_window_system.h"
 
 namespace nivora::memory {
@@ -28,13 +31,17 @@ struct MemoryDesktop
     MemoryWindowSystem windowSystem;
     MemorySettingsPanes settingsPanes;
     MemoryJapaneseTokenizer japaneseTokenizer;
+    MemorySpeechSynthesizer speechSynthesizer;
+    MemorySpeechRecognizer speechRecognizer;
+    MemoryAudioInput audioInput;
 
     // Borrows from this object.
     platform::Services services()
     {
-        return {preferences,    secrets,       keyEventTap,      hotKey,
-                keySynthesizer, accessibility, clipboard,        primarySelection,
-                windowSystem,   settingsPanes, japaneseTokenizer};
+        return {preferences,      secrets,       keyEventTap,       hotKey,
+                keySynthesizer,   accessibility, clipboard,         primarySelection,
+                windowSystem,     settingsPanes, japaneseTokenizer, speechSynthesizer,
+                speechRecognizer, audioInput};
     }
 };
 

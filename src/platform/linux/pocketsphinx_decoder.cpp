@@ -1,0 +1,111 @@
+#include "pocketsphinx_decoder.h"
+
+#include <QFile>
+#include <QFileInfo>
+
+#include <pocketsphinx.h>
+#include <sphinxbase/err.h>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace nivora::linuxdesktop {
+
+namespace {
+
+template<auto release>
+struct Releaser
+{
+    template<typename Type>
+    void operator()(Type *object) const
+    {
+        release(object);
+    }
+};
+using Configuration = std::unique_ptr<cmd_ln_t, Releaser<cmd_ln_free_r>>;
+using Decoder = std::unique_ptr<ps_decoder_t, Releaser<ps_free>>;
+
+struct ModelFiles
+{
+    explicit ModelFiles(const QString &folder)
+        : acoustic(folder + "/en-us"_L1)
+        , language(folder + "/en-us.lm.bin"_L1)
+        , words(folder + "/cmudict-en-us.dict"_L1)
+    {
+    }
+
+    QString acoustic, language, words;
+};
+
+// Takes speech apart at its pauses, so that the search never has more than a
+// sentence or two to look back on.
+class PocketsphinxDecoder final : public SpeechDecoder
+{
+public:
+    explicit PocketsphinxDecoder(Decoder decoder)
+        : m_decoder(std::move(decoder))
+    {
+        m_isSound = ps_start_utt(m_decoder.get()) >= 0;
+    }
+
+    bool accept(std::span<const qint16> samples) override
+    {
+        m_isSound = m_isSound && ps_process_raw(m_decoder.get(), samples.data(), samples.size(),
+                                                false, false) >= 0;
+        const bool isInSpeech = m_isSound && ps_get_in_speech(m_decoder.get());
+        if (std::exchange(m_wasInSpeech, isInSpeech) && !isInSpeech && m_isSound) {
+            endUtterance();
+            m_isSound = ps_start_utt(m_decoder.get()) >= 0;
+        }
+        return m_isSound;
+    }
+
+    QString text() override { return joinedSpeech(m_before, hypothesis()); }
+
+    QString finish() override
+    {
+        endUtterance();
+        return m_before;
+    }
+
+private:
+    void endUtterance()
+    {
+        ps_end_utt(m_decoder.get());
+        m_before = joinedSpeech(m_before, hypothesis());
+    }
+    QString hypothesis() const
+    {
+        return QString::fromUtf8(ps_get_hyp(m_decoder.get(), nullptr)).trimmed();
+    }
+
+    Decoder m_decoder;
+    QString m_before; // of the utterances that have ended
+    bool m_isSound = true;
+    bool m_wasInSpeech = false;
+};
+
+} // namespace
+
+bool hasPocketsphinxModel(const QString &folder)
+{
+    const ModelFiles files(folder);
+    return QFileInfo(files.acoustic).isDir() && QFileInfo::exists(files.language) &&
+           QFileInfo::exists(files.words);
+}
+
+std::unique_ptr<SpeechDecoder> makePocketsphinxDecoder(const QString &folder)
+{
+    // It would print what it understands to standard error.
+    err_set_logfp(nullptr);
+    const ModelFiles files(folder);
+    const Configuration configuration(
+        cmd_ln_init(nullptr, ps_args(), true, "-hmm", QFile::encodeName(files.acoustic).constData(),
+                    "-lm", QFile::encodeName(files.language).constData(), "-dict",
+                    QFile::encodeName(files.words).constData(), "-samprate", "16000", nullptr));
+    Decoder decoder(configuration ? ps_init(configuration.get()) : nullptr);
+    if (!decoder)
+        return nullptr;
+    return std::make_unique<PocketsphinxDecoder>(std::move(decoder));
+}
+
+} // namespace nivora::linuxdesktop
