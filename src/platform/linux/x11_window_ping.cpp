@@ -53,7 +53,10 @@ void X11WindowPing::ask()
 void X11WindowPing::watchAnswers(bool watch)
 {
     m_watching = watch;
-    const uint32_t mask = watch ? XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY : XCB_EVENT_MASK_NO_EVENT;
+    // GTK sends its answers under the one mask, Qt under the other.
+    const uint32_t mask = watch
+                              ? XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY | XCB_EVENT_MASK_STRUCTURE_NOTIFY
+                              : XCB_EVENT_MASK_NO_EVENT;
     xcb_change_window_attributes(connection().xcb(), connection().root(), XCB_CW_EVENT_MASK, &mask);
     connection().flush();
 }
