@@ -306,7 +306,8 @@ private Q_SLOTS:
 
     void withoutABusItIsAbsentAtOnce()
     {
-        AtspiAccessibility accessibility(u"unix:path=/nonexistent/bus"_s, *m_windows);
+        AtspiAccessibility accessibility(u"unix:path=/nonexistent/bus"_s, *m_windows,
+                                         [](qint64) { return 1; });
         const auto begin = Clock::now();
         QVERIFY(!accessibility.isTrusted());
         QVERIFY(millisecondsBetween(begin, Clock::now()) < 100);
@@ -319,7 +320,8 @@ private Q_SLOTS:
 private:
     void start()
     {
-        m_accessibility = std::make_unique<AtspiAccessibility>(m_session->busAddress(), *m_windows);
+        m_accessibility = std::make_unique<AtspiAccessibility>(m_session->busAddress(), *m_windows,
+                                                               [](qint64) { return 1; });
         const auto begin = Clock::now();
         QVERIFY(m_accessibility->isTrusted());
         QVERIFY(millisecondsBetween(begin, Clock::now()) < 300);

@@ -166,8 +166,8 @@ private Q_SLOTS:
 
     void init()
     {
-        m_accessibility =
-            std::make_unique<linuxdesktop::AtspiAccessibility>(m_session.busAddress(), m_window);
+        m_accessibility = std::make_unique<linuxdesktop::AtspiAccessibility>(
+            m_session.busAddress(), m_window, [](qint64) { return 1; });
         QVERIFY(m_accessibility->isTrusted());
     }
 

@@ -15,6 +15,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <csignal>
 
 namespace nivora::test {
@@ -61,7 +62,7 @@ private:
 constexpr auto windowManagerConfig = R"(<?xml version="1.0" encoding="UTF-8"?>
 <openbox_config xmlns="http://openbox.org/3.4/rc">
   <focus><focusNew>yes</focusNew><followMouse>no</followMouse></focus>
-  <placement><policy>Smart</policy><center>no</center></placement>
+  <placement><policy>Smart</policy><center>no</center><monitor>Mouse</monitor></placement>
   <theme><name>Clearlooks</name><animateIconify>no</animateIconify></theme>
   <desktops><number>1</number><popupTime>0</popupTime></desktops>
   <keyboard/>
@@ -73,6 +74,32 @@ constexpr auto windowManagerConfig = R"(<?xml version="1.0" encoding="UTF-8"?>
     </context>
   </mouse>
 </openbox_config>
+)";
+
+constexpr auto dummyServerConfig = R"(Section "ServerFlags"
+  Option "AutoAddDevices" "false"
+  Option "AutoAddGPU" "false"
+EndSection
+Section "Device"
+  Identifier "none"
+  Driver "dummy"
+  VideoRam 256000
+EndSection
+Section "Monitor"
+  Identifier "any"
+  HorizSync 5.0-1000.0
+  VertRefresh 5.0-200.0
+EndSection
+Section "Screen"
+  Identifier "all"
+  Device "none"
+  Monitor "any"
+  DefaultDepth 24
+  SubSection "Display"
+    Depth 24
+    Virtual 4096 4096
+  EndSubSection
+EndSection
 )";
 
 constexpr auto busConfig = R"(<!DOCTYPE busconfig PUBLIC
@@ -111,8 +138,8 @@ bool DesktopSession::start(const Options &options)
     if (!m_folder.isValid())
         return fail(u"cannot make a temporary folder"_s);
     prepareEnvironment();
-    return startServer(options.screenSize) && startBus() &&
-           (!options.windowManager || startWindowManager()) &&
+    return startServer(options) && arrangeScreens(options) && setScale(options.scale) &&
+           startBus() && (!options.windowManager || startWindowManager()) &&
            (!options.accessibility || startAccessibility()) && (!options.keyring || startKeyring());
 }
 
@@ -158,22 +185,72 @@ void DesktopSession::prepareEnvironment()
     m_environment.insert(u"GIO_USE_VFS"_s, u"local"_s);
 }
 
-bool DesktopSession::startServer(const QSize &screenSize)
+bool DesktopSession::startServer(const Options &options)
 {
-    auto *server =
-        launch(u"Xvfb"_s, {u"-displayfd"_s, u"1"_s, u"-screen"_s, u"0"_s,
-                           u"%1x%2x24"_s.arg(screenSize.width()).arg(screenSize.height()),
-                           u"-nolisten"_s, u"tcp"_s, u"-noreset"_s});
+    if (options.secondScreen.isEmpty()) {
+        return awaitServer(
+            launch(u"Xvfb"_s,
+                   {u"-displayfd"_s, u"1"_s, u"-screen"_s, u"0"_s,
+                    u"%1x%2x24"_s.arg(options.screenSize.width()).arg(options.screenSize.height()),
+                    u"-nolisten"_s, u"tcp"_s, u"-noreset"_s}));
+    }
+    // Xvfb has one screen only.
+    const auto configFile = folder() + u"/xorg.conf"_s;
+    if (!writeFile(configFile, dummyServerConfig))
+        return fail(u"cannot write "_s + configFile);
+    return awaitServer(launch(u"/usr/lib/xorg/Xorg"_s,
+                              {u"-displayfd"_s, u"1"_s, u"-config"_s, configFile, u"-logfile"_s,
+                               folder() + u"/logs/xorg"_s, u"-nolisten"_s, u"tcp"_s, u"-noreset"_s,
+                               u"-novtswitch"_s, u"-sharevts"_s, u"-keeptty"_s}));
+}
+
+bool DesktopSession::awaitServer(QProcess *server)
+{
     if (!server)
         return false;
     const bool answered =
         waitUntil([&] { return server->canReadLine() || server->state() == QProcess::NotRunning; },
                   startBound);
     if (!answered || !server->canReadLine())
-        return fail(u"Xvfb did not come up"_s);
+        return fail(u"the X server did not come up"_s);
     m_displayName = ":" + server->readLine().trimmed();
     m_environment.insert(u"DISPLAY"_s, QString::fromLatin1(m_displayName));
     return true;
+}
+
+bool DesktopSession::arrangeScreens(const Options &options)
+{
+    if (options.secondScreen.isEmpty())
+        return true;
+    const auto mode = [](QSize size) { return u"%1x%2"_s.arg(size.width()).arg(size.height()); };
+    const auto second = options.secondScreen;
+    return run(u"xrandr"_s, {u"--addmode"_s, u"DUMMY1"_s, mode(second)}) &&
+           run(u"xrandr"_s, {u"--output"_s, u"DUMMY1"_s, u"--mode"_s, mode(second), u"--pos"_s,
+                             u"0x0"_s, u"--output"_s, u"DUMMY0"_s, u"--primary"_s, u"--mode"_s,
+                             mode(options.screenSize), u"--pos"_s, mode(second)});
+}
+
+bool DesktopSession::setScale(double scale)
+{
+    constexpr double unscaled = 96; // dots per inch
+    const auto file = folder() + u"/resources"_s;
+    // GTK enlarges its windows by whole numbers only, and its texts with them.
+    if (scale == std::floor(scale) && scale > 1) {
+        m_environment.insert(u"GDK_SCALE"_s, QString::number(scale));
+        m_environment.insert(u"GDK_DPI_SCALE"_s, QString::number(1 / scale));
+    }
+    return scale == 1 ||
+           (writeFile(file, "Xft.dpi: " + QByteArray::number(qRound(unscaled * scale)) + '\n') &&
+            run(u"xrdb"_s, {u"-merge"_s, u"-nocpp"_s, file}));
+}
+
+bool DesktopSession::run(const QString &program, const QStringList &arguments)
+{
+    QProcess process;
+    process.setProcessEnvironment(m_environment);
+    process.start(program, arguments);
+    return (process.waitForFinished(startBoundMs) && process.exitCode() == 0) ||
+           fail(program + u" failed: "_s + QString::fromUtf8(process.readAllStandardError()));
 }
 
 bool DesktopSession::startBus()

@@ -58,8 +58,10 @@ QString programOf(qint64 process)
 } // namespace
 
 AtspiAccessibility::AtspiAccessibility(const QString &sessionBus,
-                                       const platform::WindowSystem &windows)
+                                       const platform::WindowSystem &windows,
+                                       std::function<int(qint64)> gtkScale)
     : m_windows(windows)
+    , m_gtkScale(std::move(gtkScale))
     , m_status(std::make_shared<AtspiStatus>())
     , m_worker(new AtspiWorker(sessionBus, m_status))
 {
@@ -104,11 +106,12 @@ platform::Task AtspiAccessibility::readFocusedElement(
 
     auto promise = std::make_shared<QPromise<Element>>();
     auto future = promise->future();
-    QMetaObject::invokeMethod(m_worker,
-                              [worker = m_worker, process = *process, promise = std::move(promise),
-                               deadline = QDeadlineTimer(readBound, Qt::PreciseTimer)] {
-                                  worker->read(process, deadline, *promise);
-                              });
+    QMetaObject::invokeMethod(m_worker, [worker = m_worker, process = *process,
+                                         scale = *process != 0 ? m_gtkScale(*process) : 1,
+                                         promise = std::move(promise),
+                                         deadline = QDeadlineTimer(readBound, Qt::PreciseTimer)] {
+        worker->read(process, scale, deadline, *promise);
+    });
     return platform::Task(new ReadOperation(future, [done = std::move(done)](Element element) {
         if (element)
             element->applicationId = programOf(element->processId);

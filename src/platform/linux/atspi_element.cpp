@@ -125,6 +125,8 @@ AtspiElement::Answer AtspiElement::inspect(AtspiCalls &calls)
         m_toolkit = Toolkit::Gecko;
     else if (toolkitName == atspi::chromium)
         m_toolkit = Toolkit::Chromium;
+    else if (toolkitName == "gtk"_L1)
+        m_toolkit = Toolkit::Gtk;
     if (stateBits == 0)
         return Answer::None;
     return has(stateBits, AtspiState::Focused) ? Answer::Focused : Answer::Unfocused;
@@ -173,7 +175,8 @@ std::optional<AtspiElement::Selection> AtspiElement::askSelection(AtspiCalls &ca
     if (count.isEmpty())
         return std::nullopt;
     const int selections = count.first().toInt();
-    if (selections <= 0 || ends.size() != 2)
+    // VTE may know of a selection and not of its ends.
+    if (selections <= 0 || ends.size() != 2 || ends[0] == ends[1])
         return Selection{.start = caret, .end = caret, .count = selections};
     return Selection{.start = std::min(ends[0].toInt(), ends[1].toInt()),
                      .end = std::max(ends[0].toInt(), ends[1].toInt()),
@@ -200,7 +203,8 @@ void AtspiElement::readText(AtspiCalls &calls, platform::FocusedElement &element
     const bool mayGoOn = !m_kind.standsAlone && !isInBrowser() && touchesEdge;
     // Chromium: none in a page where all is selected, an empty one where an end of
     // it cannot be told.
-    const bool isUnsure = m_toolkit == Toolkit::Chromium && (isPage() || selection->count > 0);
+    const bool isUnsure = (m_toolkit == Toolkit::Chromium && (isPage() || selection->count > 0)) ||
+                          (m_kind.misreadsSelection && selection->count > 0);
     if (!mayGoOn && !isUnsure && selection->count <= 1)
         element.selectedText = QString();
     // What a browser says of the insertion point in a page is not seen there.

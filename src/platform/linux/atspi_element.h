@@ -24,6 +24,7 @@ public:
     // Asks what kind of element it is: one round trip.
     Answer inspect(AtspiCalls &calls);
     bool hasText() const { return m_hasText; }
+    bool isOfGtk() const { return m_toolkit == Toolkit::Gtk; }
     bool isOfChromium() const { return m_toolkit == Toolkit::Chromium; }
 
     // Asks for text and places: two round trips more where it has text, and a wait
@@ -33,9 +34,12 @@ public:
 
 private:
     struct Selection;
-    enum class Toolkit { Other, Gecko, Chromium };
+    enum class Toolkit { Other, Gecko, Chromium, Gtk };
 
-    bool isInBrowser() const { return m_toolkit != Toolkit::Other; }
+    bool isInBrowser() const
+    {
+        return m_toolkit == Toolkit::Gecko || m_toolkit == Toolkit::Chromium;
+    }
     // What a browser shows and the user cannot write in.
     bool isPage() const { return isInBrowser() && !m_kind.takesText; }
 

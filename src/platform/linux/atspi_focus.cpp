@@ -17,6 +17,14 @@ constexpr qsizetype mostNames = 512;
 
 constexpr auto askProcessWait = 300ms;
 
+void enlarge(platform::FocusedElement &element, int scale)
+{
+    for (auto *place : {&element.selectedTextBounds, &element.frame}) {
+        if (*place)
+            **place = QRectF((*place)->topLeft() * scale, (*place)->size() * scale);
+    }
+}
+
 } // namespace
 
 AtspiFocus::AtspiFocus(const QDBusConnection &bus, qint64 ownProcess)
@@ -48,7 +56,8 @@ void AtspiFocus::prepare(qint64 process, QDeadlineTimer deadline)
         search(wanted, calls);
 }
 
-std::optional<platform::FocusedElement> AtspiFocus::read(qint64 process, QDeadlineTimer deadline)
+std::optional<platform::FocusedElement> AtspiFocus::read(qint64 process, int gtkScale,
+                                                         QDeadlineTimer deadline)
 {
     AtspiCalls calls(m_bus, deadline);
     const bool isActive = process != 0;
@@ -57,6 +66,8 @@ std::optional<platform::FocusedElement> AtspiFocus::read(qint64 process, QDeadli
     if (m_lastProcess == 0)
         return std::nullopt;
     auto &wanted = program(m_lastProcess);
+    if (isActive)
+        wanted.gtkScale = gtkScale;
     if (auto element = readKnown(wanted, isActive, calls); element || !isActive)
         return element;
     // Once in vain is enough: a program that tells of its focus will do so at the
@@ -101,6 +112,8 @@ std::optional<platform::FocusedElement> AtspiFocus::readKnown(Program &program, 
         return std::nullopt;
     auto element = best->read(calls);
     element.processId = program.process;
+    if (best->isOfGtk())
+        enlarge(element, program.gtkScale);
     return element;
 }
 

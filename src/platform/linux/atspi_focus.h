@@ -35,7 +35,8 @@ public:
     // not let it be copied. With 0 that of the
     // last program that had the focus: its element no longer does, since the
     // focus is in this program now.
-    std::optional<platform::FocusedElement> read(qint64 process, QDeadlineTimer deadline);
+    std::optional<platform::FocusedElement> read(qint64 process, int gtkScale,
+                                                 QDeadlineTimer deadline);
 
 private Q_SLOTS:
     void onStateChanged(const QDBusMessage &signal);
@@ -49,6 +50,7 @@ private:
         std::vector<AtspiObject> focused;
         bool searched = false;
         bool isChromium = false;
+        int gtkScale = 1;
     };
 
     Program &program(qint64 process);

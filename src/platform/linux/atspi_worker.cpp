@@ -95,11 +95,12 @@ void AtspiWorker::switchOn()
     refresh();
 }
 
-void AtspiWorker::read(qint64 process, QDeadlineTimer deadline, QPromise<Element> &promise)
+void AtspiWorker::read(qint64 process, int gtkScale, QDeadlineTimer deadline,
+                       QPromise<Element> &promise)
 {
     promise.start();
     if (m_focus && !deadline.hasExpired() && m_status->trusted(0ms))
-        promise.addResult(m_focus->read(process, deadline));
+        promise.addResult(m_focus->read(process, gtkScale, deadline));
     promise.finish();
 }
 

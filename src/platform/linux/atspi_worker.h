@@ -65,7 +65,7 @@ public:
     // Looks again whether the service is there and switched on.
     void refresh();
     void switchOn();
-    void read(qint64 process, QDeadlineTimer deadline, QPromise<Element> &promise);
+    void read(qint64 process, int gtkScale, QDeadlineTimer deadline, QPromise<Element> &promise);
 
 private Q_SLOTS:
     void onStatusChanged(const QDBusMessage &signal);

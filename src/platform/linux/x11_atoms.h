@@ -27,6 +27,8 @@ enum class X11Atom : std::size_t {
     Transfer,
     Utf8String,
     WmProtocols,
+    XsettingsS0,
+    XsettingsSettings,
 };
 
 inline constexpr std::array x11AtomNames{
@@ -49,7 +51,9 @@ inline constexpr std::array x11AtomNames{
     "NIVORA_TRANSFER",
     "UTF8_STRING",
     "WM_PROTOCOLS",
+    "_XSETTINGS_S0",
+    "_XSETTINGS_SETTINGS",
 };
-static_assert(x11AtomNames.size() == static_cast<std::size_t>(X11Atom::WmProtocols) + 1);
+static_assert(x11AtomNames.size() == static_cast<std::size_t>(X11Atom::XsettingsSettings) + 1);
 
 } // namespace nivora::linuxdesktop

@@ -1,5 +1,6 @@
 #include "platform_linux/x11_desktop.h"
 
+#include "platform_linux/gtk_scale.h"
 #include "x11_clipboard.h"
 #include "x11_hot_key.h"
 #include "x11_key_synthesizer.h"
@@ -76,6 +77,11 @@ platform::Clipboard &X11Desktop::clipboard()
 platform::PrimarySelectionReader &X11Desktop::primarySelection()
 {
     return m_parts->primarySelection;
+}
+
+int X11Desktop::gtkScale(qint64 process)
+{
+    return linuxdesktop::gtkScale(m_parts->connection, process);
 }
 
 } // namespace nivora::linuxdesktop

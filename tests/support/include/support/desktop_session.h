@@ -26,9 +26,13 @@ public:
     struct Options
     {
         QSize screenSize{1280, 800}; // pixels
-        bool windowManager = true;   // openbox
-        bool accessibility = true;   // at-spi, switched on
-        bool keyring = false;        // gnome-keyring, unlocked
+        // A second screen left of and above the first, where it has a size. Both
+        // sizes are then among the usual ones of monitors.
+        QSize secondScreen{};
+        double scale = 1;          // of what toolkits draw
+        bool windowManager = true; // openbox
+        bool accessibility = true; // at-spi, switched on
+        bool keyring = false;      // gnome-keyring, unlocked
     };
 
     DesktopSession();
@@ -67,7 +71,11 @@ public:
 
 private:
     void prepareEnvironment();
-    bool startServer(const QSize &screenSize);
+    bool startServer(const Options &options);
+    bool awaitServer(QProcess *server);
+    bool arrangeScreens(const Options &options);
+    bool setScale(double scale);
+    bool run(const QString &program, const QStringList &arguments);
     bool startBus();
     bool startAccessibility();
     bool startKeyring();

@@ -5,6 +5,7 @@
 #include <QElapsedTimer>
 #include <QThread>
 
+#include <functional>
 #include <memory>
 
 namespace nivora::platform {
@@ -27,8 +28,10 @@ class AtspiAccessibility final : public platform::Accessibility
 {
 public:
     // `sessionBus` is an address; empty for the session bus that the environment
-    // names. `windows` is borrowed.
-    AtspiAccessibility(const QString &sessionBus, const platform::WindowSystem &windows);
+    // names. `windows` is borrowed. `gtkScale` gives the pixels of a process's unit,
+    // if it is a GTK program.
+    AtspiAccessibility(const QString &sessionBus, const platform::WindowSystem &windows,
+                       std::function<int(qint64)> gtkScale);
     ~AtspiAccessibility() override;
 
     bool isTrusted() const override;
@@ -46,6 +49,7 @@ private:
     std::optional<qint64> activeForeignProcess() const;
 
     const platform::WindowSystem &m_windows;
+    std::function<int(qint64)> m_gtkScale;
     std::shared_ptr<AtspiStatus> m_status;
     mutable bool m_hasWaited = false;
     mutable QElapsedTimer m_sinceRefresh;

@@ -42,6 +42,10 @@ public:
     platform::Clipboard &clipboard();
     platform::PrimarySelectionReader &primarySelection();
 
+    // The pixels of one unit in which this process, if it is a GTK program, tells
+    // places.
+    int gtkScale(qint64 process);
+
 private:
     struct Parts;
     std::unique_ptr<Parts> m_parts;
