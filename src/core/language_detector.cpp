@@ -1,5 +1,8 @@
 #include "core/language_detector.h"
 
+#include <array>
+#include <string_view>
+
 namespace nivora {
 
 namespace {
@@ -54,10 +57,25 @@ std::optional<Language> decideByScripts(const ScriptCounts &counts)
 }
 
 // Characters that written Cantonese uses and the other varieties do not.
-constexpr QStringView cantoneseMarkers = u"嘅喺咗哋㗎啲嘢冇乜嚟睇諗嗰揾攞佢唔係咁嘞";
+constexpr std::u16string_view cantoneseMarkers = u"嘅喺咗哋㗎啲嘢冇乜嚟睇諗嗰揾攞佢唔係咁嘞";
 // Frequent characters that only the traditional script has.
-constexpr QStringView traditionalMarkers =
+constexpr std::u16string_view traditionalMarkers =
     u"這個們時國會學來對開發過為點體萬與實經語區愛樣東車馬電話當後產龍廣團隊專屬";
+
+enum class Marker : quint8 { None, Cantonese, Traditional };
+
+constexpr char16_t firstHan = 0x3400;
+constexpr char16_t lastHan = 0x9FFF;
+
+// One look-up for each character: a text of megabytes is looked through whole.
+constexpr auto markerTable = [] {
+    std::array<Marker, lastHan - firstHan + 1> table{};
+    for (const char16_t c : traditionalMarkers)
+        table[c - firstHan] = Marker::Traditional;
+    for (const char16_t c : cantoneseMarkers)
+        table[c - firstHan] = Marker::Cantonese;
+    return table;
+}();
 
 struct MarkerHits
 {
@@ -72,11 +90,10 @@ MarkerHits countMarkers(QStringView text)
 {
     MarkerHits hits;
     for (qsizetype i = 0; i < text.size(); ++i) {
-        const QChar c = text[i];
-        if (c.unicode() < 0x3400)
-            continue;
-        const bool cantonese = cantoneseMarkers.contains(c);
-        if (!cantonese && !traditionalMarkers.contains(c))
+        const char16_t c = text[i].unicode();
+        const Marker marker =
+            within(c, firstHan, lastHan) ? markerTable[c - firstHan] : Marker::None;
+        if (marker == Marker::None)
             continue;
         if (i + 1 < text.size()) {
             const char32_t next = i + 2 < text.size() && text[i + 1].isHighSurrogate()
@@ -85,7 +102,7 @@ MarkerHits countMarkers(QStringView text)
             if (QChar::isMark(next) || next == 0x200C || next == 0x200D)
                 continue;
         }
-        ++(cantonese ? hits.cantonese : hits.traditional);
+        ++(marker == Marker::Cantonese ? hits.cantonese : hits.traditional);
     }
     return hits;
 }

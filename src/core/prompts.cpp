@@ -30,8 +30,17 @@ QString PromptTemplate::render(const QString &promptTemplate,
                                const QHash<QString, QString> &variables)
 {
     QString rendered = promptTemplate;
-    for (const auto &[key, value] : variables.asKeyValueRange())
+    const auto put = [&](const QString &key, const QString &value) {
         rendered.replace(u"{{"_s + key + u"}}"_s, value);
+    };
+    // The text comes last: it may be long, and is then not searched for the others.
+    const QString longest = u"text"_s;
+    for (const auto &[key, value] : variables.asKeyValueRange()) {
+        if (key != longest)
+            put(key, value);
+    }
+    if (const auto text = variables.constFind(longest); text != variables.cend())
+        put(longest, *text);
     static const QRegularExpression leftOver(u"\\{\\{[^}]*\\}\\}"_s);
     rendered.remove(leftOver);
     return rendered;
