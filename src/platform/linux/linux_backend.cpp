@@ -1,10 +1,14 @@
 #include "platform_linux/linux_backend.h"
 
 #include "platform_linux/atspi_accessibility.h"
+#include "platform_linux/audio_qt_input.h"
 #include "platform_linux/desktop_settings_panes.h"
 #include "platform_linux/json_preferences.h"
 #include "platform_linux/mecab_tokenizer.h"
+#include "platform_linux/portal_appearance.h"
 #include "platform_linux/secret_libsecret_store.h"
+#include "platform_linux/speech_offline_recognizer.h"
+#include "platform_linux/speechd_synthesizer.h"
 #include "platform_linux/x11_desktop.h"
 
 namespace nivora::linuxdesktop {
@@ -19,6 +23,10 @@ struct LinuxBackend::Parts
     JsonPreferences preferences{JsonPreferences::defaultPath()};
     DesktopSettingsPanes settingsPanes;
     MecabTokenizer japaneseTokenizer;
+    SpeechdSynthesizer speechSynthesizer{japaneseTokenizer};
+    OfflineSpeechRecognizer speechRecognizer;
+    QtAudioInput audioInput;
+    PortalAppearance appearance;
 };
 
 LinuxBackend::LinuxBackend()
@@ -48,6 +56,10 @@ platform::Services LinuxBackend::services()
         .windowSystem = parts.x11.windowSystem(),
         .settingsPanes = parts.settingsPanes,
         .japaneseTokenizer = parts.japaneseTokenizer,
+        .speechSynthesizer = parts.speechSynthesizer,
+        .speechRecognizer = parts.speechRecognizer,
+        .audioInput = parts.audioInput,
+        .appearance = parts.appearance,
     };
 }
 

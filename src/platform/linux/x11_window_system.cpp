@@ -1,5 +1,7 @@
 #include "x11_window_system.h"
 
+#include "x11_shadow.h"
+#include "x11_struts.h"
 #include "x11_window_ping.h"
 
 #include <QCoreApplication>
@@ -269,6 +271,16 @@ bool X11WindowSystem::isCompositing() const
     const auto owner = connection().reply<xcb_get_selection_owner_reply>(
         xcb_get_selection_owner(connection().xcb(), connection().atom(X11Atom::NetWmCmS0)));
     return owner && owner->owner != XCB_NONE;
+}
+
+QRect X11WindowSystem::workArea(const QRect &screen) const
+{
+    return withoutStruts(connection(), screen);
+}
+
+void X11WindowSystem::setShadow(platform::WindowId window, const QSize &size, int margin)
+{
+    setX11Shadow(connection(), window, size, margin);
 }
 
 } // namespace nivora::linuxdesktop

@@ -25,6 +25,8 @@ public:
     platform::Task isResponding(platform::WindowId window, std::chrono::milliseconds deadline,
                                 std::function<void(bool)> done) const override;
     bool isCompositing() const override;
+    QRect workArea(const QRect &screen) const override;
+    void setShadow(platform::WindowId window, const QSize &size, int margin) override;
 
 private:
     // Where the keys go, and which top-level window is active.

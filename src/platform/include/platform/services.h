@@ -3,6 +3,7 @@
 namespace nivora::platform {
 
 class Accessibility;
+class Appearance;
 class AudioInput;
 class Clipboard;
 class GlobalHotKey;
@@ -35,6 +36,7 @@ struct Services
     SpeechSynthesizer &speechSynthesizer;
     SpeechRecognizer &speechRecognizer;
     AudioInput &audioInput;
+    Appearance &appearance;
 };
 
 } // namespace nivora::platform

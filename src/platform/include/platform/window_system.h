@@ -2,6 +2,7 @@
 
 #include "platform/task.h"
 
+#include <QRect>
 #include <QString>
 
 #include <chrono>
@@ -53,6 +54,21 @@ public:
 
     // Whether the desktop blends windows with what lies behind them.
     virtual bool isCompositing() const = 0;
+
+    // The part of a screen that docks and bars leave free. Both in device pixels
+    // with the origin at the top-left of all screens.
+    virtual QRect workArea(const QRect &screen) const { return screen; }
+
+    // Tells the desktop that this many device pixels along each edge of a window
+    // of ours are its shadow: no part of its frame, and transparent to the
+    // pointer. `size` is the window's in device pixels; to be told again when it
+    // changes. 0 for none.
+    virtual void setShadow(WindowId window, const QSize &size, int margin)
+    {
+        Q_UNUSED(window)
+        Q_UNUSED(size)
+        Q_UNUSED(margin)
+    }
 };
 
 } // namespace nivora::platform

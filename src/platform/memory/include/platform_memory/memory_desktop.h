@@ -2,6 +2,7 @@
 
 #include "platform/services.h"
 #include "platform_memory/memory_accessibility.h"
+#include "platform_memory/memory_appearance.h"
 #include "platform_memory/memory_audio_input.h"
 #include "platform_memory/memory_clipboard.h"
 #include "platform_memory/memory_japanese_tokenizer.h"
@@ -34,6 +35,7 @@ struct MemoryDesktop
     MemorySpeechSynthesizer speechSynthesizer;
     MemorySpeechRecognizer speechRecognizer;
     MemoryAudioInput audioInput;
+    MemoryAppearance appearance;
 
     // Borrows from this object.
     platform::Services services()
@@ -41,7 +43,7 @@ struct MemoryDesktop
         return {preferences,      secrets,       keyEventTap,       hotKey,
                 keySynthesizer,   accessibility, clipboard,         primarySelection,
                 windowSystem,     settingsPanes, japaneseTokenizer, speechSynthesizer,
-                speechRecognizer, audioInput};
+                speechRecognizer, audioInput,    appearance};
     }
 };
 
