@@ -18,7 +18,7 @@ const IncludeChecker::Rules rules{
     {u"core"_s, {u"platform"_s}},
     {u"stores"_s, {u"platform"_s, u"core"_s}},
     {u"account"_s, {u"platform"_s, u"core"_s, u"stores"_s}},
-    {u"session"_s, {u"platform"_s, u"core"_s, u"stores"_s}},
+    {u"session"_s, {u"platform"_s, u"core"_s, u"stores"_s, u"desktop"_s}},
     {u"desktop"_s, {u"platform"_s}},
     {u"windows"_s,
      {u"platform"_s, u"core"_s, u"stores"_s, u"account"_s, u"session"_s, u"desktop"_s}},

@@ -200,7 +200,7 @@ private Q_SLOTS:
         QCOMPARE(lines.removeDuplicates(), 0);
     }
 
-    void rejectsBadRequests_data()
+    void tellsGoodRequestsFromBad_data()
     {
         QTest::addColumn<QByteArray>("method");
         QTest::addColumn<QString>("path");
@@ -227,6 +227,28 @@ private Q_SLOTS:
             R"({"text":"x","target":"chinese","stream":"yes"})", 400);
         row("glossary of one", "POST", cloud,
             R"({"text":"x","target":"chinese","glossary":[["a"]]})", 400);
+        const QString feedback = u"/v1/feedback"_s;
+        const auto report = [](const QString &key = {}, const QJsonValue &value = {}) {
+            QJsonObject body{{u"sourceText"_s, u" x"_s},
+                             {u"translation"_s, u"y"_s},
+                             {u"target"_s, u"korean"_s},
+                             {u"reason"_s, u"tone"_s},
+                             {u"comment"_s, u""_s}};
+            if (!key.isEmpty())
+                body[key] = value;
+            return bytesOf(body);
+        };
+        row("feedback", "POST", feedback, report(), 200);
+        row("feedback with an id", "POST", feedback, report(u"tid"_s, u"1"_s), 200);
+        row("feedback from a place", "POST", feedback, report(u"context"_s, u"{\"app\":1}"_s), 200);
+        row("feedback of nobody", "POST", feedback, report(), 401, {});
+        row("feedback without JSON", "POST", feedback, "x", 400);
+        row("feedback without a comment", "POST", feedback, report(u"comment"_s, {}), 400);
+        row("feedback on no language", "POST", feedback, report(u"target"_s, u"latin"_s), 400);
+        row("feedback for no reason", "POST", feedback, report(u"reason"_s, u"mood"_s), 400);
+        row("feedback with an empty id", "POST", feedback, report(u"tid"_s, u""_s), 400);
+        row("feedback from an object", "POST", feedback, report(u"context"_s, QJsonObject()), 400);
+        row("feedback from nowhere", "POST", feedback, report(u"context"_s, u"here"_s), 400);
         row("no messages", "POST", chat, "{}", 400);
         row("message is a number", "POST", chat, R"({"messages":[{"role":"user","content":1}]})",
             400);
@@ -234,7 +256,7 @@ private Q_SLOTS:
         row("wrong method", "GET", cloud, {}, 405);
         row("body too large", "POST", cloud, QByteArray(9'000'000, ' '), 413);
     }
-    void rejectsBadRequests()
+    void tellsGoodRequestsFromBad()
     {
         QFETCH(QByteArray, method);
         QFETCH(QString, path);

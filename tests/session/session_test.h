@@ -56,6 +56,8 @@ protected:
         m_speechInput = std::make_unique<SpeechInputService>(*m_microphone, *m_recognizer);
         m_keychain = std::make_unique<KeychainStore>(*m_secrets);
         m_settings = std::make_unique<SettingsStore>(*m_preferences, *m_keychain, m_server->url());
+        // A request that only the tests of it expect.
+        m_settings->showBackTranslation.set(false);
         m_engine = std::make_unique<TranslationEngine>();
         m_session = std::make_unique<TranslationViewModel>(
             TranslationViewModel::Parts{.engine = *m_engine,
@@ -70,6 +72,14 @@ protected:
                                             Language from, Language to) {
             m_recorded << QStringList{source, translation, rawValue(from), rawValue(to)}.join(u'|');
         };
+    }
+
+    // A text from outside, with its translation in one piece.
+    void translate(const QString &source, const QString &translation, bool hasInsertTarget = true)
+    {
+        m_server->enqueue(localcloud::eventStream({translation}));
+        m_session->setSource(source, hasInsertTarget, std::nullopt);
+        QTRY_COMPARE(phase(), Phase::Kind::Done);
     }
 
     Phase::Kind phase() const { return m_session->phase().kind; }

@@ -17,6 +17,8 @@ namespace {
 
 constexpr int charactersPerPiece = 2;
 constexpr int defaultVariants = 3;
+const QStringList feedbackReasons{u"mistranslation"_s, u"omission"_s,   u"number"_s,
+                                  u"tone"_s,           u"cannotEdit"_s, u"other"_s};
 
 QStringList piecesOf(const QString &text)
 {
@@ -52,6 +54,11 @@ bool isAuthorized(const Request &request)
 bool hasTypeOrIsAbsent(const QJsonObject &body, const QString &key, QJsonValue::Type type)
 {
     return !body.contains(key) || body.value(key).type() == type;
+}
+
+bool isFilledOrAbsent(const QJsonObject &body, const QString &key)
+{
+    return !body.contains(key) || !body.value(key).toString().isEmpty();
 }
 
 bool readGlossary(const QJsonArray &pairs, Wish &wish)
@@ -118,6 +125,7 @@ void CloudService::addRoutes(Router &router)
     router.add("POST", "/v1/chat/completions",
                [this](const Request &each) { return complete(each); });
     router.add("GET", "/v1/models", [this](const Request &) { return models(); });
+    router.add("POST", "/v1/feedback", [this](const Request &each) { return takeFeedback(each); });
 }
 
 Answer CloudService::translate(const Request &request)
@@ -172,6 +180,29 @@ Answer CloudService::models() const
                             {u"object"_s, u"model"_s},
                             {u"owned_by"_s, u"localcloud"_s}};
     return Answer::json(200, {{u"object"_s, u"list"_s}, {u"data"_s, QJsonArray{model}}});
+}
+
+Answer CloudService::takeFeedback(const Request &request) const
+{
+    if (!isAuthorized(request))
+        return Answer::error(401, u"sign in first"_s);
+    const auto body = objectOf(request.body);
+    if (!body)
+        return Answer::error(400, u"the body must be a JSON object"_s);
+    for (const QString &key :
+         {u"sourceText"_s, u"translation"_s, u"target"_s, u"reason"_s, u"comment"_s}) {
+        if (!body->value(key).isString())
+            return Answer::error(400, key + u" must be a string"_s);
+    }
+    if (!tongueOfWireName(body->value(u"target"_s).toString()))
+        return Answer::error(400, u"target is not a language of this service"_s);
+    if (!feedbackReasons.contains(body->value(u"reason"_s).toString()))
+        return Answer::error(400, u"reason is none that can be given"_s);
+    if (!isFilledOrAbsent(*body, u"tid"_s) || !isFilledOrAbsent(*body, u"context"_s))
+        return Answer::error(400, u"tid and context are strings that say something"_s);
+    if (body->contains(u"context"_s) && !objectOf(body->value(u"context"_s).toString().toUtf8()))
+        return Answer::error(400, u"context must be the text of a JSON object"_s);
+    return Answer::json(200, {});
 }
 
 QString CloudService::answerTo(const Wish &wish) const

@@ -15,11 +15,13 @@ namespace nivora::localcloud {
 class Router;
 struct Wish;
 
-// The translation part of the cloud, in both of its forms:
+// The translation part of the cloud, in both of its forms, and what users say of
+// it, which is checked and not kept:
 //
 //   POST /v1/translate          text and options; wants a bearer token
 //   POST /v1/chat/completions   a prompt, OpenAI-compatible
 //   GET  /v1/models             OpenAI-compatible
+//   POST /v1/feedback           a user's word on a translation; wants a bearer token
 //
 // Translates with the phrase book, or lets an upstream server do it.
 class CloudService
@@ -41,6 +43,7 @@ private:
     Answer translate(const Request &request);
     Answer complete(const Request &request);
     Answer models() const;
+    Answer takeFeedback(const Request &request) const;
     QString answerTo(const Wish &wish) const;
     Answer completion(const QString &prompt, const QString &result, bool stream, bool usage) const;
 

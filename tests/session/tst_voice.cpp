@@ -1,0 +1,292 @@
+#include "session_test.h"
+
+#include <QSignalSpy>
+#include <QTest>
+
+using namespace nivora;
+using namespace nivora::test;
+using namespace Qt::Literals::StringLiterals;
+using localcloud::eventStream;
+using End = platform::SpeechSynthesizer::End;
+
+// Reading aloud and dictation, as the panel asks for them.
+class TestVoice : public SessionTest
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init() { start(); }
+
+    void theJapaneseSideIsReadAloud_data();
+    void theJapaneseSideIsReadAloud();
+    void aResultIsReadByItselfWhereWanted_data();
+    void aResultIsReadByItselfWhereWanted();
+    void speechEndsWithItsText_data();
+    void speechEndsWithItsText();
+    void aDesktopWithoutVoiceHasNone();
+    void dictationGoesBehindTheText_data();
+    void dictationGoesBehindTheText();
+    void dictationListensInTheUsersLanguage_data();
+    void dictationListensInTheUsersLanguage();
+    void aFailedDictationSaysWhy_data();
+    void aFailedDictationSaysWhy();
+    void aTriggerEndsADictation_data();
+    void aTriggerEndsADictation();
+
+private:
+    void dictate()
+    {
+        m_session->toggleVoice();
+        QVERIFY(m_session->isListening()); // at once
+        QTRY_VERIFY(m_recognizer->isRecognizing());
+    }
+};
+
+void TestVoice::theJapaneseSideIsReadAloud_data()
+{
+    QTest::addColumn<QString>("source");
+    QTest::addColumn<Language>("target");
+    QTest::addColumn<QString>("result");
+    QTest::addColumn<QString>("spoken");
+    QTest::addColumn<QString>("language");
+    QTest::addColumn<QString>("voice");
+    QTest::newRow("Japanese result") << u"报价"_s << Language::Japanese << u" 答え\n"_s << u"答え"_s
+                                     << u"ja-JP"_s << u"chosen"_s;
+    QTest::newRow("Japanese source")
+        << u" これはいくらですか\n"_s << Language::Chinese << u"多少钱"_s << u"これはいくらですか"_s
+        << u"ja-JP"_s << u"chosen"_s;
+    QTest::newRow("English") << u"报价"_s << Language::English << u"offer"_s << u"offer"_s
+                             << u"en-US"_s << u"english"_s;
+    QTest::newRow("Korean") << u"报价"_s << Language::Korean << u"견적"_s << u"견적"_s << u"zh-CN"_s
+                            << u""_s;
+    QTest::newRow("blank result") << u"报价"_s << Language::English << u" "_s << u""_s << u""_s
+                                  << u""_s;
+}
+
+void TestVoice::theJapaneseSideIsReadAloud()
+{
+    QFETCH(QString, source);
+    QFETCH(Language, target);
+    QFETCH(QString, result);
+    QFETCH(QString, spoken);
+    using Quality = platform::SpeechVoice::Quality;
+    m_synthesizer->setVoices({{u"best"_s, u"A"_s, u"ja-JP"_s, Quality::Premium},
+                              {u"chosen"_s, u"B"_s, u"ja-JP"_s, Quality::Default},
+                              {u"english"_s, u"C"_s, u"en-US"_s, Quality::Default}});
+    m_settings->speechVoiceID.set(u"chosen"_s);
+    m_settings->speechRate.set(0.625);
+    m_session->speakCurrent(); // nothing to say yet
+    QVERIFY(!m_session->speechTarget());
+    m_session->historyLookup = [&](const QString &, Language) { return std::optional(result); };
+    m_session->prepareManualInput(true, std::nullopt);
+    m_session->editSource(source);
+    m_session->selectTarget(target);
+    m_session->translateNow();
+    QVERIFY(m_session->speechTarget().has_value());
+    m_session->speakCurrent();
+    if (spoken.isEmpty()) {
+        QCOMPARE(m_synthesizer->voiceReads(), 0);
+        return;
+    }
+    QTRY_COMPARE(m_synthesizer->utterances().size(), 1);
+    const platform::Utterance said = m_synthesizer->utterances().first();
+    QCOMPARE(said.text, spoken);
+    QTEST(said.language, "language");
+    QTEST(said.voice, "voice");
+    QCOMPARE(said.rate, 0.625);
+}
+
+void TestVoice::aResultIsReadByItselfWhereWanted_data()
+{
+    QTest::addColumn<bool>("wanted");
+    QTest::addColumn<bool>("reused");
+    QTest::newRow("a fresh one") << true << false;
+    QTest::newRow("a reused one") << true << true;
+    QTest::newRow("none") << false << false;
+}
+
+void TestVoice::aResultIsReadByItselfWhereWanted()
+{
+    QFETCH(bool, wanted);
+    QFETCH(bool, reused);
+    m_settings->autoSpeak.set(wanted);
+    if (reused)
+        m_session->historyLookup = [](const QString &, Language) { return std::optional(u"x"_s); };
+    translate(u"报价"_s, u"x"_s);
+    QTRY_COMPARE(m_synthesizer->utterances().size(), wanted ? 1 : 0);
+    QCOMPARE(m_synthesizer->voiceReads(), wanted ? 1 : 0);
+}
+
+void TestVoice::speechEndsWithItsText_data()
+{
+    QTest::addColumn<int>("way");
+    QTest::newRow("another text") << 0;
+    QTest::newRow("manual input") << 1;
+    QTest::newRow("the button") << 2;
+    QTest::newRow("its own end") << 3;
+}
+
+void TestVoice::speechEndsWithItsText()
+{
+    QFETCH(int, way);
+    translate(u"报价"_s, u"x"_s);
+    m_session->speakCurrent();
+    QTRY_VERIFY(m_synthesizer->isBusy());
+    QVERIFY(!m_session->isSpeaking()); // not before the first sound
+    QSignalSpy changed(m_session.get(), &TranslationViewModel::isSpeakingChanged);
+    m_synthesizer->startSpeaking();
+    QTRY_VERIFY(m_session->isSpeaking());
+    switch (way) {
+    case 0:
+        m_session->setSource(u"甲"_s, true, std::nullopt);
+        break;
+    case 1:
+        m_session->prepareManualInput(true, std::nullopt);
+        break;
+    case 2:
+        m_session->stopSpeaking();
+        break;
+    default:
+        m_synthesizer->endSpeaking(End::Finished);
+        QTRY_VERIFY(!m_session->isSpeaking());
+    }
+    QVERIFY(!m_session->isSpeaking());
+    QVERIFY(!m_synthesizer->isBusy());
+    QCOMPARE(changed.count(), 2);
+}
+
+void TestVoice::aDesktopWithoutVoiceHasNone()
+{
+    m_synthesizer->setInstalled(false);
+    translate(u"报价"_s, u"x"_s);
+    QVERIFY(m_session->isSpeechAvailable());
+    QSignalSpy changed(m_session.get(), &TranslationViewModel::isSpeechAvailableChanged);
+    m_session->speakCurrent();
+    QTRY_VERIFY(!m_session->isSpeechAvailable());
+    QVERIFY(!changed.isEmpty());
+    QVERIFY(!m_session->isSpeaking());
+    QVERIFY(m_session->speechTarget()); // the next attempt may find a service
+}
+
+void TestVoice::dictationGoesBehindTheText_data()
+{
+    QTest::addColumn<bool>("live");
+    QTest::newRow("live translation off") << false;
+    QTest::newRow("live translation on") << true;
+}
+
+void TestVoice::dictationGoesBehindTheText()
+{
+    QFETCH(bool, live);
+    m_settings->liveTranslate.set(live);
+    m_server->setHandler([](const auto &) { return eventStream({u"x"_s}); });
+    m_session->prepareManualInput(true, std::nullopt);
+    m_session->editSource(u"请"_s);
+    m_session->translateNow();
+    QTRY_COMPARE(phase(), Phase::Kind::Done);
+    // A view reports what it is told to show.
+    connect(m_session.get(), &TranslationViewModel::sourceTextChanged, m_session.get(),
+            [this] { m_session->editSource(m_session->sourceText()); });
+
+    dictate();
+    m_recognizer->deliver({u"发"_s, false});
+    QTRY_COMPARE(m_session->sourceText(), u"请发"_s);
+    m_recognizer->deliver({u"发报"_s, false});
+    QTRY_COMPARE(m_session->sourceText(), u"请发报"_s); // not "请发发报"
+    QCOMPARE(m_session->translatedText(), u"x"_s);
+    QCOMPARE(phase(), Phase::Kind::Done);
+
+    m_session->toggleVoice();
+    QVERIFY(!m_session->isListening());
+    QVERIFY(m_recognizer->audioEnded());
+    m_recognizer->deliver({u"发报价"_s, true});
+    QTRY_COMPARE(m_session->sourceText(), u"请发报价"_s);
+    QVERIFY(m_session->isTranslating()); // at once
+    QTRY_COMPARE(phase(), Phase::Kind::Done);
+    QCOMPARE(bodyOf(m_server->requests().last())[u"text"].toString(), u"请发报价"_s);
+}
+
+void TestVoice::dictationListensInTheUsersLanguage_data()
+{
+    QTest::addColumn<QString>("raw");
+    QTest::addColumn<QString>("locale");
+    QTest::newRow("Chinese") << u"chinese"_s << u"zh-CN"_s;
+    QTest::newRow("Japanese") << u"japanese"_s << u"ja-JP"_s;
+    QTest::newRow("English") << u"english"_s << u"en-US"_s;
+    QTest::newRow("Korean") << u"korean"_s << u"ko-KR"_s;
+    QTest::newRow("traditional") << u"traditionalChinese"_s << u"zh-TW"_s;
+    QTest::newRow("Cantonese") << u"cantonese"_s << u"zh-HK"_s;
+    QTest::newRow("another") << u"romaji"_s << u"zh-CN"_s;
+    QTest::newRow("unknown") << u"nonsense"_s << u"zh-CN"_s;
+}
+
+void TestVoice::dictationListensInTheUsersLanguage()
+{
+    QFETCH(QString, raw);
+    m_settings->defaultTargetLanguageRaw.set(raw);
+    dictate();
+    QTEST(m_recognizer->locales().join(u' '), "locale");
+}
+
+void TestVoice::aFailedDictationSaysWhy_data()
+{
+    QTest::addColumn<QString>("message");
+    QTest::addColumn<bool>("opens");
+    QTest::newRow("switched off") << u"Siri and Dictation are disabled"_s << true;
+    QTest::newRow("anything else") << u"麦克风已断开"_s << false;
+}
+
+void TestVoice::aFailedDictationSaysWhy()
+{
+    QFETCH(QString, message);
+    QFETCH(bool, opens);
+    dictate();
+    m_speechInput->onError(message);
+    QVERIFY(!m_session->isListening());
+    QCOMPARE(m_session->voiceError(),
+             opens ? u"语音输入需先开启系统「听写」：系统设置 ▸ 键盘 ▸ 听写。"_s : message);
+    QCOMPARE(m_session->voiceErrorOpensSettings(), opens);
+    m_session->openVoiceSettings();
+    QCOMPARE(m_panes->opened(), std::vector{platform::SettingsPane::Keyboard});
+    m_panes->setInstalled(false);
+    m_session->openVoiceSettings();
+    QCOMPARE(m_session->voiceError(), u"没有找到系统设置程序"_s);
+
+    m_session->toggleVoice();
+    QCOMPARE(m_session->voiceError(), QString());
+    m_speechInput->onError(message);
+    m_session->setSource(u"甲"_s, true, std::nullopt);
+    QCOMPARE(m_session->voiceError(), QString());
+    QVERIFY(!m_session->voiceErrorOpensSettings());
+}
+
+void TestVoice::aTriggerEndsADictation_data()
+{
+    QTest::addColumn<bool>("granted");
+    QTest::newRow("under way") << true;
+    QTest::newRow("before the microphone is granted") << false;
+}
+
+void TestVoice::aTriggerEndsADictation()
+{
+    QFETCH(bool, granted);
+    m_session->prepareManualInput(true, std::nullopt);
+    if (granted)
+        dictate();
+    else
+        m_session->toggleVoice();
+    translate(u"报价"_s, u"x"_s);
+    QTRY_VERIFY(m_recognizer->audioEnded());
+    QVERIFY(!m_session->isListening());
+    QVERIFY(!m_microphone->isRecording());
+    m_recognizer->deliver({u"旧"_s, true});
+    QTRY_VERIFY(!m_recognizer->isRecognizing());
+    QCOMPARE(m_session->sourceText(), u"报价"_s);
+
+    dictate(); // and the next one is heard
+    m_recognizer->deliver({u"单"_s, false});
+    QTRY_COMPARE(m_session->sourceText(), u"报价单"_s);
+}
+
+QTEST_GUILESS_MAIN(TestVoice)
+#include "tst_voice.moc"
