@@ -45,6 +45,12 @@ constexpr std::array primaryTerminals{
     "rxvt"_L1, "st"_L1, "st-256color"_L1, "urxvt"_L1, "uxterm"_L1, "xterm"_L1,
 };
 
+// Chromium and what is built on it.
+constexpr std::array chromiumBrowsers{
+    "brave-browser"_L1,  "chromium"_L1, "chromium-browser"_L1, "google-chrome"_L1,
+    "microsoft-edge"_L1, "opera"_L1,    "vivaldi-stable"_L1,
+};
+
 bool isOneOf(const auto &classes, const platform::ForeignWindow &window)
 {
     const QString name = window.className.toLower();
@@ -61,7 +67,9 @@ ApplicationGestures gesturesFor(const platform::ForeignWindow &window)
         return {std::nullopt, terminalPasteChord, false};
     if (isOneOf(vteTerminals, window))
         return {copyChord, terminalPasteChord, false};
-    return {copyChord, pasteChord};
+    return {.copy = copyChord,
+            .paste = pasteChord,
+            .primaryMayBeSecret = isOneOf(chromiumBrowsers, window)};
 }
 
 } // namespace nivora

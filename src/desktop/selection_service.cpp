@@ -133,7 +133,9 @@ Selection SelectionService::capture() const
     if (selection.window) {
         // Where accessibility knows the element, its answer about the selection
         // stands: what PRIMARY holds may long have been deselected.
-        if (!element || !element->selectedText) {
+        const bool isTold = element && element->selectedText;
+        const bool mayBeSecret = !element && gesturesFor(*selection.window).primaryMayBeSecret;
+        if (!isTold && !mayBeSecret) {
             if (const auto text = primaryText(*selection.window, deadline)) {
                 selection.text = *text;
                 limitToGestures(selection);

@@ -62,6 +62,7 @@ private Q_SLOTS:
     void aPlaceIsOnlyGivenWhereItHelps();
     void primaryCountsWhereNothingElseIsKnown_data();
     void primaryCountsWhereNothingElseIsKnown();
+    void primaryIsNotTakenWhereItMayBeAPassword();
     void aSimulatedCopyGivesTheClipboardBack();
     void aCopyOfBlanksCountsAsNothing();
     void aCopyWithoutTextGivesTheClipboardBack();
@@ -216,6 +217,18 @@ void TestSelectionService::primaryCountsWhereNothingElseIsKnown()
     const auto selection = capture();
     QTEST(selection.text, "text");
     QCOMPARE(selection.focusedEditable.has_value(), known);
+}
+
+// Chromium offers a selected password there, and refuses to copy it.
+void TestSelectionService::primaryIsNotTakenWhereItMayBeAPassword()
+{
+    m_desktop->windowSystem.setActiveWindow(
+        platform::ForeignWindow{78, editorProcess, u"Chromium"_s, u"chromium"_s});
+    m_desktop->primarySelection.setSelection(
+        platform::PrimarySelection{u"secret"_s, editorProcess, false});
+    QCOMPARE(capture().text, QString());
+    copiesOnRequest(u"copied"_s);
+    QCOMPARE(capture().text, u"copied"_s);
 }
 
 void TestSelectionService::aSimulatedCopyGivesTheClipboardBack()

@@ -15,6 +15,9 @@ struct ApplicationGestures
     std::optional<platform::KeyChord> paste;
     // Whether what is pasted takes the place of the selected text.
     bool pasteReplaces = true;
+    // Whether a selected password, too, is offered as PRIMARY. A copy of it is
+    // refused.
+    bool primaryMayBeSecret = false;
 };
 
 ApplicationGestures gesturesFor(const platform::ForeignWindow &window);
