@@ -77,6 +77,10 @@ public:
     std::vector<xcb_atom_t> intern(const QByteArrayList &names);
     QByteArrayList atomNames(const std::vector<xcb_atom_t> &atoms);
 
+    // What has arrived and waits to be handed out, oldest first. Any call may add
+    // to it.
+    const std::deque<X11Ptr<xcb_generic_event_t>> &pendingEvents() const { return m_events; }
+
     // A window that is never shown, to own selections and to receive transfers.
     xcb_window_t createHiddenWindow(uint32_t eventMask);
 

@@ -24,16 +24,15 @@ struct X11Desktop::Parts
     X11Connection chordConnection; // see X11HotKey
 
     X11Keyboard keyboard{connection};
+    std::shared_ptr<X11InputRecency> recency =
+        std::make_shared<X11InputRecency>(connection, keyboard);
     X11OwnInput ownInput;
     X11KeyTap keyTap{connection, keyboard, ownInput};
     X11KeySynthesizer keySynthesizer{connection, keyboard, ownInput};
     X11WindowSystem windowSystem{connection};
-    X11HotKey hotKey{chordConnection, [this](xcb_timestamp_t press) {
-                         selections.post(
-                             [press](X11SelectionWorker &worker) { worker.disregardPress(press); });
-                     }};
+    X11HotKey hotKey{chordConnection, [this](xcb_timestamp_t press) { recency->disregard(press); }};
     X11Clipboard clipboard{selections};
-    X11PrimarySelection primarySelection{selections};
+    X11PrimarySelection primarySelection{selections, recency};
 };
 
 X11Desktop::X11Desktop(const QByteArray &displayName)

@@ -2,20 +2,16 @@
 
 #include "x11_raw_input.h"
 
-#include <xcb/xinput.h>
-
 namespace nivora::linuxdesktop {
 
-X11InputRecency::X11InputRecency(X11Connection &connection)
+X11InputRecency::X11InputRecency(X11Connection &connection, X11Keyboard &keyboard)
     : X11EventHandler(connection)
-    , m_keyboard(connection)
+    , m_keyboard(keyboard)
 {
     // All the time: to begin only when there is a selection would miss what is
     // pressed right after it, and then a text that is selected no more would pass
     // for one that is.
-    if (hasRawInput(connection))
-        watchRawInput(connection, XCB_INPUT_XI_EVENT_MASK_RAW_KEY_PRESS |
-                                      XCB_INPUT_XI_EVENT_MASK_RAW_BUTTON_PRESS);
+    watchUserInput(connection);
 }
 
 void X11InputRecency::disregard(xcb_timestamp_t press)
@@ -26,15 +22,21 @@ void X11InputRecency::disregard(xcb_timestamp_t press)
         m_latest = m_before;
 }
 
-bool X11InputRecency::pressedAfter(std::optional<xcb_timestamp_t> time) const
+bool X11InputRecency::pressedAfter(std::optional<xcb_timestamp_t> time)
 {
+    // To see an event again once the event loop hands it out changes nothing.
+    connection().synchronise();
+    const auto &pending = connection().pendingEvents();
+    for (std::size_t i = 0; i < pending.size(); ++i) // which may grow
+        handleEvent(*pending[i]);
     return m_latest && (!time || isLater(*m_latest, *time));
 }
 
 void X11InputRecency::handleEvent(const xcb_generic_event_t &event)
 {
     const auto raw = rawInput(connection(), event);
-    if (!raw || raw->time == m_disregarded)
+    if (!raw || raw->kind == X11RawInput::Kind::KeyRelease || raw->time == m_disregarded ||
+        (m_latest && !isLater(raw->time, *m_latest)))
         return;
     constexpr uint32_t firstWheel = 4; // up, down, left, right
     constexpr uint32_t lastWheel = 7;

@@ -1,7 +1,5 @@
 #include "x11_key_tap.h"
 
-#include <xcb/xinput.h>
-
 namespace nivora::linuxdesktop {
 
 using platform::KeyEvent;
@@ -15,23 +13,11 @@ X11KeyTap::X11KeyTap(X11Connection &connection, X11Keyboard &keyboard, X11OwnInp
 
 bool X11KeyTap::start(std::function<void(const KeyEvent &)> handler)
 {
-    if (!m_handler) {
-        if (!hasRawInput(connection()))
-            return false;
-        watch(false);
-        // Events arrive from now on.
-        if (!connection().synchronise())
-            return false;
-    }
+    // Events arrive from now on.
+    if (!m_handler && !(watchUserInput(connection()) && connection().synchronise()))
+        return false;
     m_handler = std::move(handler);
     return true;
-}
-
-void X11KeyTap::watch(bool releases)
-{
-    m_watchesReleases = releases;
-    watchRawInput(connection(), XCB_INPUT_XI_EVENT_MASK_RAW_KEY_PRESS |
-                                    (releases ? XCB_INPUT_XI_EVENT_MASK_RAW_KEY_RELEASE : 0));
 }
 
 void X11KeyTap::handleEvent(const xcb_generic_event_t &event)
@@ -44,45 +30,29 @@ void X11KeyTap::handleEvent(const xcb_generic_event_t &event)
     const auto code = static_cast<xcb_keycode_t>(raw->code);
     const auto time = m_clock.widen(raw->time);
     const bool own = m_ownInput.take(*raw);
-    if (raw->kind == X11RawInput::Kind::KeyRelease) {
+    const bool isPress = raw->kind == X11RawInput::Kind::KeyPress;
+    if (m_keyboard.shiftSide(code) != KeyEvent::Key::Other) {
+        if (isPress && !own)
+            forgetLostReleases(code);
         // Our own releases count here too: the key is up for every program.
-        if (own)
-            m_modifiersDown.reset(code);
-        else
-            release(code, time);
-    } else if (!own && m_keyboard.isModifier(code)) {
-        pressModifier(code, time);
-    } else if (!own) {
+        if (!isPress || !own)
+            m_shiftsDown.set(code, isPress);
+    }
+    if (!own && (isPress || m_keyboard.isModifier(code)))
         report(code, time);
-    }
-    if (m_watchesReleases && m_modifiersDown.none())
-        watch(false);
 }
 
-void X11KeyTap::pressModifier(xcb_keycode_t code, std::chrono::milliseconds time)
+void X11KeyTap::forgetLostReleases(xcb_keycode_t pressed)
 {
-    if (!m_watchesReleases)
-        watch(true);
-    // A release may have come before it was asked for, or have been lost, for
-    // instance while the display was switched to another user. Such a key must
-    // not stick.
-    const auto pressed = m_keyboard.pressedKeys();
-    for (std::size_t each = 0; pressed && each < pressed->size(); ++each) {
-        if (!pressed->test(each))
-            release(xcb_keycode_t(each), time);
-    }
-    m_modifiersDown.set(code);
-    report(code, time); // may take its time and see other events
-    if (pressed && !pressed->test(code))
-        release(code, time);
-}
-
-void X11KeyTap::release(xcb_keycode_t code, std::chrono::milliseconds time)
-{
-    if (!m_modifiersDown.test(code))
+    // One can be lost, for instance while the display is switched to another user.
+    // With such a key taken for held, every single tap of the other Shift would
+    // count as two presses.
+    auto others = m_shiftsDown;
+    others.reset(pressed);
+    if (others.none())
         return;
-    m_modifiersDown.reset(code);
-    report(code, time);
+    if (const auto down = m_keyboard.pressedKeys())
+        m_shiftsDown &= *down;
 }
 
 void X11KeyTap::report(xcb_keycode_t code, std::chrono::milliseconds time)
@@ -91,20 +61,10 @@ void X11KeyTap::report(xcb_keycode_t code, std::chrono::milliseconds time)
     out.kind =
         m_keyboard.isModifier(code) ? KeyEvent::Kind::ModifiersChanged : KeyEvent::Kind::KeyDown;
     out.key = m_keyboard.shiftSide(code);
-    out.shiftHeld = isAnyShiftDown();
+    out.shiftHeld = m_shiftsDown.any();
     out.time = time;
     const auto handler = m_handler; // it may be replaced by the call
     handler(out);
-}
-
-bool X11KeyTap::isAnyShiftDown()
-{
-    for (std::size_t code = 0; m_modifiersDown.any() && code < m_modifiersDown.size(); ++code) {
-        if (m_modifiersDown.test(code) &&
-            m_keyboard.shiftSide(xcb_keycode_t(code)) != KeyEvent::Key::Other)
-            return true;
-    }
-    return false;
 }
 
 } // namespace nivora::linuxdesktop

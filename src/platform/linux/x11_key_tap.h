@@ -12,8 +12,8 @@ namespace nivora::linuxdesktop {
 // exception: a client that holds a grab on the root window itself gets none. The
 // chord is therefore reserved on a connection of its own (see X11HotKey).
 //
-// Releases matter of modifiers alone, so they are asked for while one is down:
-// ordinary typing wakes this program once a key instead of twice.
+// Only releases of modifiers matter, but they are asked for all the time: to ask
+// once a modifier is down would miss the end of a short tap.
 class X11KeyTap final : public platform::KeyEventTap, private X11EventHandler
 {
 public:
@@ -23,17 +23,13 @@ public:
 
 private:
     void handleEvent(const xcb_generic_event_t &event) override;
-    void watch(bool releases);
     void report(xcb_keycode_t code, std::chrono::milliseconds time);
-    void pressModifier(xcb_keycode_t code, std::chrono::milliseconds time);
-    void release(xcb_keycode_t code, std::chrono::milliseconds time);
-    bool isAnyShiftDown();
+    void forgetLostReleases(xcb_keycode_t pressed);
 
     X11Keyboard &m_keyboard;
     X11OwnInput &m_ownInput;
     X11ServerClock m_clock;
-    X11Keyboard::KeySet m_modifiersDown; // as far as the events tell
-    bool m_watchesReleases = false;
+    X11Keyboard::KeySet m_shiftsDown; // as far as the events tell
     std::function<void(const platform::KeyEvent &)> m_handler;
 };
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/primary_selection.h"
+#include "x11_input_recency.h"
 #include "x11_selection_thread.h"
 
 namespace nivora::linuxdesktop {
@@ -8,8 +9,9 @@ namespace nivora::linuxdesktop {
 class X11PrimarySelection final : public platform::PrimarySelectionReader
 {
 public:
-    explicit X11PrimarySelection(X11SelectionThread &thread)
+    X11PrimarySelection(X11SelectionThread &thread, std::shared_ptr<X11InputRecency> recency)
         : m_thread(thread)
+        , m_recency(std::move(recency))
     {
     }
 
@@ -17,11 +19,24 @@ public:
     read(std::chrono::milliseconds deadline,
          std::function<void(std::optional<platform::PrimarySelection>)> done) override
     {
-        return m_thread.ask(&X11SelectionWorker::readPrimary, deadline, std::move(done));
+        // The answer may come after this object has gone.
+        return m_thread.ask<std::optional<X11PrimaryText>>(
+            &X11SelectionWorker::readPrimary, deadline,
+            [recency = std::weak_ptr(m_recency),
+             done = std::move(done)](const std::optional<X11PrimaryText> &read) {
+                std::optional<platform::PrimarySelection> selection;
+                if (read) {
+                    const auto input = recency.lock();
+                    selection = {read->text, read->ownerProcessId,
+                                 !input || input->pressedAfter(read->changed)};
+                }
+                done(std::move(selection));
+            });
     }
 
 private:
     X11SelectionThread &m_thread;
+    std::shared_ptr<X11InputRecency> m_recency;
 };
 
 } // namespace nivora::linuxdesktop

@@ -28,6 +28,16 @@ void watchRawInput(X11Connection &connection, uint32_t mask)
     connection.flush();
 }
 
+bool watchUserInput(X11Connection &connection)
+{
+    if (!hasRawInput(connection))
+        return false;
+    watchRawInput(connection, XCB_INPUT_XI_EVENT_MASK_RAW_KEY_PRESS |
+                                  XCB_INPUT_XI_EVENT_MASK_RAW_KEY_RELEASE |
+                                  XCB_INPUT_XI_EVENT_MASK_RAW_BUTTON_PRESS);
+    return true;
+}
+
 std::optional<X11RawInput> rawInput(X11Connection &connection, const xcb_generic_event_t &event)
 {
     if (eventType(event) != XCB_GE_GENERIC)

@@ -22,6 +22,11 @@ struct X11RawInput
 // first watchRawInput().
 bool hasRawInput(X11Connection &connection);
 
+// Asks on this connection for everything that the user presses or releases on any
+// keyboard and presses on any mouse, for all that follow it there: a connection
+// has one selection. False where the server has no raw input.
+bool watchUserInput(X11Connection &connection);
+
 // Asks for the raw events in `mask` (XCB_INPUT_XI_EVENT_MASK_RAW_...) of all
 // keyboards and pointers, in place of those of before; 0 for none.
 void watchRawInput(X11Connection &connection, uint32_t mask);

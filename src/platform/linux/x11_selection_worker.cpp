@@ -5,7 +5,6 @@
 namespace nivora::linuxdesktop {
 
 using platform::ClipboardContents;
-using platform::PrimarySelection;
 
 namespace {
 
@@ -74,7 +73,6 @@ private:
 X11SelectionWorker::X11SelectionWorker(const QByteArray &displayName, std::atomic<quint64> &changes)
     : m_connection(displayName)
     , m_requestors(m_connection)
-    , m_recency(m_connection)
     , m_owner(m_connection, m_connection.atom(X11Atom::Clipboard))
     , m_watch(std::make_unique<Watch>(*this, changes))
 {
@@ -155,7 +153,7 @@ void X11SelectionWorker::readText(QDeadlineTimer deadline, Promise<std::optional
 }
 
 void X11SelectionWorker::readPrimary(QDeadlineTimer deadline,
-                                     Promise<std::optional<PrimarySelection>> promise)
+                                     Promise<std::optional<X11PrimaryText>> promise)
 {
     if (!m_connection.isValid())
         return;
@@ -166,13 +164,12 @@ void X11SelectionWorker::readPrimary(QDeadlineTimer deadline,
     const qint64 process = m_connection.processOf(owner);
     start<X11TextRead>(
         primary, deadline, [this, promise, owner, process](const std::optional<QString> &text) {
-            std::optional<PrimarySelection> selection;
+            std::optional<X11PrimaryText> selection;
             if (text && !text->isEmpty()) {
                 // Another program may have selected something meanwhile; then
                 // it cannot be told whose text this is.
                 const bool same = ownerOf(m_connection.atom(X11Atom::Primary)) == owner;
-                selection = PrimarySelection{*text, same ? process : 0,
-                                             m_recency.pressedAfter(m_watch->primaryChanged())};
+                selection = X11PrimaryText{*text, same ? process : 0, m_watch->primaryChanged()};
             }
             promise->addResult(std::move(selection));
             promise->finish();
@@ -192,11 +189,6 @@ void X11SelectionWorker::handOver(std::chrono::milliseconds deadline, std::funct
         return done();
     m_handOver = std::make_unique<X11HandOver>(m_connection, m_owner.window(), targets, deadline,
                                                std::move(done));
-}
-
-void X11SelectionWorker::disregardPress(xcb_timestamp_t press)
-{
-    m_recency.disregard(press);
 }
 
 } // namespace nivora::linuxdesktop

@@ -1,8 +1,6 @@
 #pragma once
 
-#include "platform/primary_selection.h"
 #include "x11_hand_over.h"
-#include "x11_input_recency.h"
 #include "x11_selection_owner.h"
 #include "x11_selection_read.h"
 
@@ -11,6 +9,14 @@
 #include <atomic>
 
 namespace nivora::linuxdesktop {
+
+// What the PRIMARY selection holds.
+struct X11PrimaryText
+{
+    QString text;
+    qint64 ownerProcessId = 0;              // 0 when the owner cannot be told
+    std::optional<xcb_timestamp_t> changed; // absent if not since the start
+};
 
 // Everything that talks to other programs about selections. Lives in a thread of
 // its own, with a connection of its own.
@@ -29,13 +35,11 @@ public:
     // A promise is dropped when there is nothing to answer.
     void read(QDeadlineTimer deadline, Promise<std::optional<platform::ClipboardContents>> promise);
     void readText(QDeadlineTimer deadline, Promise<std::optional<QString>> promise);
-    void readPrimary(QDeadlineTimer deadline,
-                     Promise<std::optional<platform::PrimarySelection>> promise);
+    void readPrimary(QDeadlineTimer deadline, Promise<std::optional<X11PrimaryText>> promise);
     void offer(X11Offer offer);
     // Hands what this program has put on the clipboard to the clipboard manager,
     // where there is one; `done` follows, within about `deadline`.
     void handOver(std::chrono::milliseconds deadline, std::function<void()> done);
-    void disregardPress(xcb_timestamp_t press);
 
 private:
     class Watch; // of the changes of owner
@@ -48,7 +52,6 @@ private:
 
     X11Connection m_connection;
     X11Requestors m_requestors;
-    X11InputRecency m_recency;
     X11SelectionOwner m_owner;
     std::unique_ptr<Watch> m_watch;
     std::vector<std::unique_ptr<X11SelectionRead>> m_reads;
