@@ -55,7 +55,8 @@ X11WindowSystem::Focus X11WindowSystem::focus() const
         result.focus = windowUnderPointer();
     else if (focused)
         result.focus = focused->focus;
-    result.managed = isManaged(firstWord(check.get()));
+    const xcb_window_t manager = firstWord(check.get());
+    result.managed = isManaged(manager);
     if (!result.managed) {
         // A window manager that crashed leaves the focus on nothing. The user still
         // works where the pointer is, and a paste there can move the focus.
@@ -66,9 +67,10 @@ X11WindowSystem::Focus X11WindowSystem::focus() const
     if (isWithin(result.focus, result.active))
         return result;
     // The window manager knows nothing of a launcher that took the keys by
-    // itself. Its own helpers have the keys for moments, and are no program's.
+    // itself. Its own windows have the keys for moments, or while no window is
+    // active; they are no program's.
     const xcb_window_t other = topLevelOf(result.focus);
-    if (isOverride(other) && isProgram(other))
+    if (!isOfSameClient(other, manager) && isOverride(other) && isProgram(other))
         result.active = other;
     return result;
 }
@@ -83,6 +85,12 @@ bool X11WindowSystem::isManaged(xcb_window_t check) const
         askFor(connection().xcb(), check, connection().atom(X11Atom::NetSupportingWmCheck),
                XCB_ATOM_WINDOW, 1));
     return firstWord(itself.get()) == check;
+}
+
+bool X11WindowSystem::isOfSameClient(xcb_window_t a, xcb_window_t b) const
+{
+    const uint32_t clientPart = ~xcb_get_setup(connection().xcb())->resource_id_mask;
+    return (a & clientPart) == (b & clientPart);
 }
 
 bool X11WindowSystem::isOwn(xcb_window_t window) const
@@ -103,7 +111,9 @@ bool X11WindowSystem::isProgram(xcb_window_t window) const
 {
     const auto classes = connection().reply<xcb_get_property_reply>(
         askFor(connection().xcb(), window, XCB_ATOM_WM_CLASS, XCB_ATOM_STRING, 1));
-    return classes && classes->format == 8;
+    // The window that takes the keys for openbox while no window is active has an
+    // empty class.
+    return classes && classes->format == 8 && xcb_get_property_value_length(classes.get()) > 0;
 }
 
 xcb_window_t X11WindowSystem::windowUnderPointer() const

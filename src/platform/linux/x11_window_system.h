@@ -40,6 +40,7 @@ private:
     void handleEvent(const xcb_generic_event_t &event) override;
     Focus focus() const;
     bool isManaged(xcb_window_t check) const;
+    bool isOfSameClient(xcb_window_t a, xcb_window_t b) const;
     bool isOwn(xcb_window_t window) const;
     bool isOverride(xcb_window_t window) const;
     bool isProgram(xcb_window_t window) const;
