@@ -1,5 +1,6 @@
 #include "app/app_coordinator.h"
 
+#include "core/feedback_service.h"
 #include "windows/alert.h"
 
 #include "platform/accessibility.h"
@@ -38,11 +39,15 @@ AppCoordinator::AppCoordinator(const platform::Services &services, const QUrl &c
     , m_insertionService(services)
     , m_permissions(services.settingsPanes)
     , m_readings(services.japaneseTokenizer)
+    , m_speech(services.speechSynthesizer)
+    , m_speechInput(services.audioInput, services.speechRecognizer)
     , m_viewModel({.engine = m_engine,
                    .settings = m_settings,
                    .readings = m_readings,
                    .clipboard = services.clipboard,
-                   .settingsPanes = services.settingsPanes})
+                   .settingsPanes = services.settingsPanes,
+                   .speech = &m_speech,
+                   .speechInput = &m_speechInput})
     , m_panelController(m_viewModel, m_settings, services.windowSystem)
     , m_hotKey(services.keyEventTap)
     , m_carbonHotKey(services.hotKey)
@@ -98,6 +103,14 @@ void AppCoordinator::wireSession()
     };
     m_viewModel.historyLookup = [this](const QString &source, Language target) {
         return historyStore().latestTranslation(source, target);
+    };
+    // Always to the cloud, with the token of this moment.
+    m_viewModel.feedbackHandler = [this](const FeedbackReport &report,
+                                         std::function<void(bool)> done) {
+        const QString token =
+            m_keychain.read(KeychainStore::sessionTokenAccount()).value_or(QString());
+        return FeedbackService(m_network, m_settings.cloudEndpoint(), token.toUtf8())
+            .submit(report, std::move(done));
     };
     m_viewModel.usageRecorder = [this](const TokenUsage &usage) { m_usageStore.record(usage); };
 }

@@ -65,6 +65,7 @@ private Q_SLOTS:
     void usageIsCounted();
     void aTextIsPaidForOnce();
     void theUsersTermsReachTheService();
+    void aResultIsReadAndSpokenAndReported();
 
 private:
     void start();
@@ -390,6 +391,29 @@ void TestAppCoordinator::theUsersTermsReachTheService()
     doubleTap();
     QTRY_COMPARE(m_server->requests().size(), 1);
     QVERIFY(m_server->requests().first().body.contains("御見積書"));
+}
+
+void TestAppCoordinator::aResultIsReadAndSpokenAndReported()
+{
+    m_desktop->japaneseTokenizer.setTokens({{u"譯文"_s, u"ヤクブン"_s, u"ヤクブン"_s}});
+    m_desktop->preferences.set(u"autoSpeak"_s, true);
+    start();
+    TranslationViewModel &session = m_coordinator->viewModel();
+    session.setSource(u"报价"_s, false, std::nullopt);
+    QTRY_COMPARE(session.reading(), u"やくぶん"_s);
+    QTRY_COMPARE(m_desktop->speechSynthesizer.utterances().size(), 1);
+    session.toggleVoice();
+    QTRY_COMPARE(m_desktop->speechRecognizer.locales(), QStringList(u"zh-CN"_s));
+
+    m_server->enqueue(localcloud::Answer::json(200, {}));
+    session.submitFeedback(u"tone"_s, QString());
+    QTRY_COMPARE(session.feedbackPhase(), FeedbackPhase::Sent);
+    QCOMPARE(m_server->requests().last().path, "/v1/feedback"_ba);
+    QCOMPARE(m_server->requests().last().header("Authorization"), "Bearer token"_ba);
+    m_desktop->secrets.remove(u"app.nivora"_s, u"session-token"_s);
+    session.submitFeedback(u"tone"_s, QString());
+    QTRY_COMPARE(session.feedbackPhase(), FeedbackPhase::Failed);
+    QCOMPARE(m_server->requests().size(), 2); // the translation and the first report
 }
 
 QTEST_MAIN(TestAppCoordinator)

@@ -10,6 +10,8 @@
 #include "desktop/hot_key_monitor.h"
 #include "desktop/permissions_manager.h"
 #include "desktop/selection_service.h"
+#include "desktop/speech_input_service.h"
+#include "desktop/speech_service.h"
 #include "desktop/text_insertion_service.h"
 #include "session/translation_view_model.h"
 #include "stores/glossary_store.h"
@@ -23,6 +25,7 @@
 #include "platform/task.h"
 #include "platform/window_system.h"
 
+#include <QNetworkAccessManager>
 #include <QObject>
 #include <QUrl>
 
@@ -95,6 +98,9 @@ private:
     TextInsertionService m_insertionService;
     PermissionsManager m_permissions;
     ReadingService m_readings;
+    SpeechService m_speech;
+    SpeechInputService m_speechInput;
+    QNetworkAccessManager m_network; // of the reports on translations
     TranslationViewModel m_viewModel;
     FloatingPanelController m_panelController;
     HotKeyMonitor m_hotKey;
