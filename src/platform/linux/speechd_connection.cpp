@@ -1,10 +1,12 @@
 #include "speechd_connection.h"
 
-#include <QStringList>
+#include <QByteArrayList>
 
 #include <libspeechd.h>
 
+#include <fcntl.h>
 #include <sys/socket.h>
+#include <unistd.h>
 
 #include <cstdlib>
 #include <map>
@@ -25,9 +27,44 @@ struct Releaser
         release(object);
     }
 };
-using Connection = std::unique_ptr<SPDConnection, Releaser<spd_close>>;
+// Where the service has ended the descriptor is closed already, and its number may
+// be in use for something else.
+void closeConnection(SPDConnection *connection)
+{
+    if (!connection->stream)
+        connection->socket = -1;
+    spd_close(connection);
+}
+using Connection = std::unique_ptr<SPDConnection, Releaser<closeConnection>>;
 using Modules = std::unique_ptr<char *, Releaser<free_spd_modules>>;
 using Voices = std::unique_ptr<SPDVoice *, Releaser<free_spd_voices>>;
+
+class Descriptor
+{
+public:
+    explicit Descriptor(int number = -1)
+        : m_number(number)
+    {
+    }
+    Descriptor(Descriptor &&other) noexcept
+        : m_number(std::exchange(other.m_number, -1))
+    {
+    }
+    Descriptor &operator=(Descriptor &&other) noexcept
+    {
+        std::swap(m_number, other.m_number);
+        return *this;
+    }
+    ~Descriptor()
+    {
+        if (m_number >= 0)
+            close(m_number);
+    }
+    int number() const { return m_number; }
+
+private:
+    int m_number;
+};
 
 // The library hands its events to plain functions, without a word on which
 // connection they belong to except the service's number of the client.
@@ -68,6 +105,22 @@ void passOn(std::size_t message, std::size_t client, SPDNotificationType)
     Handlers::instance().call(client, message, event);
 }
 
+// The service's number of the client. The library's own function for it crashes
+// where the service ends instead of answering.
+std::optional<std::size_t> clientNumber(SPDConnection *connection)
+{
+    char *reply = nullptr;
+    const int failure = spd_execute_command_with_reply(connection, "HISTORY GET CLIENT_ID", &reply);
+    const std::unique_ptr<char, Releaser<std::free>> owned(reply);
+    if (failure || !reply)
+        return std::nullopt;
+    bool isNumber = false;
+    // "245-7", and a line that says that all is well
+    const auto lines = QByteArrayView(reply).toByteArray().split('\n');
+    const auto number = lines.front().trimmed().mid(4).toULongLong(&isNumber);
+    return isNumber ? std::optional<std::size_t>(number) : std::nullopt;
+}
+
 // A voice's language as a module takes it where no voice is named.
 QByteArray moduleLanguage(const QString &language)
 {
@@ -79,6 +132,8 @@ QByteArray moduleLanguage(const QString &language)
 struct SpeechdConnection::Link
 {
     Connection connection;
+    // The library closes its own descriptor when the service ends.
+    Descriptor watch;
     std::size_t client = 0;
 };
 
@@ -92,10 +147,11 @@ std::unique_ptr<SpeechdConnection> SpeechdConnection::open(Handler handler)
     SPDConnection *const connection = link->connection.get();
     if (!connection)
         return nullptr;
-    const int client = spd_get_client_id(connection);
-    if (client < 0)
+    const auto client = clientNumber(connection);
+    link->watch = Descriptor(fcntl(connection->socket, F_DUPFD_CLOEXEC, 0));
+    if (!client || link->watch.number() < 0)
         return nullptr;
-    link->client = std::size_t(client);
+    link->client = *client;
     Handlers::instance().set(link->client, std::move(handler));
     connection->callback_begin = passOn<Event::Begin>;
     connection->callback_end = passOn<Event::End>;
@@ -166,7 +222,7 @@ void SpeechdConnection::cancel()
 
 int SpeechdConnection::descriptor() const
 {
-    return m_link->connection->socket;
+    return m_link->watch.number();
 }
 
 bool SpeechdConnection::isBroken() const

@@ -175,6 +175,7 @@ SpeechdSynthesizer::~SpeechdSynthesizer()
         return;
     // A thread that the library holds cannot be ended, nor may its object be.
     qCWarning(log::app, "The speech service's thread does not end");
+    m_parts->worker->abandon();
     m_parts->thread.release();
 }
 

@@ -5,6 +5,10 @@
 
 #include <algorithm>
 
+#include <unistd.h>
+
+using namespace Qt::Literals::StringLiterals;
+
 namespace nivora::linuxdesktop {
 
 SpeechdWorker::SpeechdWorker(platform::JapaneseTokenizer &tokenizer)
@@ -87,6 +91,8 @@ bool SpeechdWorker::connectToService()
         QMetaObject::invokeMethod(
             this, [=, this] { handle(message, event); }, Qt::QueuedConnection);
     });
+    while (m_abandoned)
+        pause();
     if (!connection) {
         qCWarning(log::app, "No speech service: nothing is read aloud");
         return false;
@@ -166,6 +172,10 @@ QString SpeechdWorker::spoken(quint64 request, const platform::Utterance &uttera
     // The text ends at a null, and the service takes other control characters ill.
     std::ranges::replace_if(
         text, [](QChar c) { return c.category() == QChar::Other_Control && c != u'\n'; }, u' ');
+    // A lone point ends the text, and the rest of it would be taken for commands.
+    if (text.startsWith(u'.'))
+        text.prepend(u' ');
+    text.replace("\n."_L1, "\n ."_L1);
     return text;
 }
 

@@ -39,6 +39,9 @@ public:
     void dropWanted(quint64 request) { m_wanted.compare_exchange_strong(request, 0); }
     // From any thread: lets go of a service that does not answer.
     void interrupt();
+    // From any thread: the worker could not be ended and what it uses goes away. It
+    // stands still for good if the service ever answers.
+    void abandon() { m_abandoned = true; }
 
 Q_SIGNALS:
     void voicesRead(quint64 request, const nivora::linuxdesktop::SpeechdWorker::Voices &voices);
@@ -56,6 +59,7 @@ private:
 
     platform::JapaneseTokenizer &m_tokenizer;
     std::atomic<quint64> m_wanted = 0;
+    std::atomic<bool> m_abandoned = false;
     std::mutex m_mutex; // of the pointer to the connection, which interrupt() uses
     std::unique_ptr<SpeechdConnection> m_connection;
     std::unique_ptr<QSocketNotifier> m_notifier;
