@@ -95,6 +95,7 @@ HistoryStore &AppCoordinator::historyStore()
 
 void AppCoordinator::wireSession()
 {
+    m_insertionService.onTextLeftOnClipboard = [this] { tellOfTextOnClipboard(); };
     m_viewModel.insertHandler = [this](const QString &text) { insertIntoTarget(text); };
     m_viewModel.glossaryProvider = [this] { return m_glossaryStore.terms(); };
     m_viewModel.historyRecorder = [this](const QString &source, const QString &translation,
@@ -119,9 +120,15 @@ void AppCoordinator::insertIntoTarget(const QString &text)
 {
     m_panelController.hide();
     if (m_insertTarget)
-        m_insertionService.insertViaPaste(text, *m_insertTarget);
-    else
-        m_services.clipboard.setText(text);
+        return m_insertionService.insertViaPaste(text, *m_insertTarget);
+    m_services.clipboard.setText(text);
+    tellOfTextOnClipboard();
+}
+
+void AppCoordinator::tellOfTextOnClipboard()
+{
+    if (onTextLeftOnClipboard)
+        onTextLeftOnClipboard();
 }
 
 bool AppCoordinator::passesGate()

@@ -34,6 +34,10 @@ NivoraApp::NivoraApp(const platform::Services &services, const QUrl &cloudEndpoi
         qCInfo(log::app) << "Nobody is signed in to the cloud: nothing was translated";
         tray.notify(QCoreApplication::translate("NivoraApp", "请先登录，或在设置中使用自建后端。"));
     };
+    coordinator.onTextLeftOnClipboard = [&tray] {
+        tray.notify(QCoreApplication::translate(
+            "NivoraApp", "没能写回原来的窗口，译文已放在剪贴板里，可以直接粘贴。"));
+    };
 }
 
 NivoraApp::~NivoraApp() = default;

@@ -46,11 +46,11 @@ TrayIcon::TrayIcon()
     : m_menu(std::make_unique<QMenu>())
     , m_icon(letterIcon())
 {
-    m_warning << m_menu->addAction(tr("⚠️ 未授予辅助功能权限，双击 Shift 不可用"))
+    m_warning << m_menu->addAction(
+                     tr("⚠️ 未授予辅助功能权限，双击 Shift 不可用"))
               << m_menu->addAction(tr("打开系统设置授权…")) << m_menu->addSeparator();
     m_warning.first()->setEnabled(false);
-    connect(m_warning.at(1), &QAction::triggered, this,
-            &TrayIcon::accessibilitySettingsRequested);
+    connect(m_warning.at(1), &QAction::triggered, this, &TrayIcon::accessibilitySettingsRequested);
     setAccessibilityMissing(false);
     connect(m_menu->addAction(tr("翻译面板")), &QAction::triggered, this,
             &TrayIcon::panelRequested);
@@ -84,10 +84,12 @@ void TrayIcon::notify(const QString &text)
         m_note->setWindowTitle(u"Nivora"_s);
         m_note->setWindowRole(u"note"_s);
         m_note->setModal(false);
+        // The user goes on where they were.
+        m_note->setAttribute(Qt::WA_ShowWithoutActivating);
     }
     m_note->setText(text);
     m_note->show();
-    m_note->activateWindow();
+    m_note->raise();
 }
 
 } // namespace nivora

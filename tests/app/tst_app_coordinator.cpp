@@ -58,6 +58,7 @@ private Q_SLOTS:
     void whetherAFieldWaitsFollowsTheElement_data();
     void whetherAFieldWaitsFollowsTheElement();
     void theResultGoesBackWhereTheUserWas();
+    void aResultThatCannotGoBackIsToldOf();
     void aTriggerDuringACaptureIsIgnored();
     void aTriggerDuringAnInsertionWaitsForItsEnd();
     void theEmptyPanelReadsNoSelection();
@@ -299,6 +300,21 @@ void TestAppCoordinator::theResultGoesBackWhereTheUserWas()
     QVERIFY(!panelShown()); // first the panel goes, then the text comes
     QTRY_COMPARE(pasted, u"译文"_s);
     QTRY_COMPARE(m_desktop->clipboard.text(), u"mine"_s);
+}
+
+void TestAppCoordinator::aResultThatCannotGoBackIsToldOf()
+{
+    start();
+    int told = 0;
+    m_coordinator->onTextLeftOnClipboard = [&] { ++told; };
+    m_desktop->accessibility.setElement(field(u"hello"_s));
+    doubleTap();
+    QTRY_COMPARE(m_coordinator->viewModel().phase().kind, Phase::Kind::Done);
+    m_desktop->windowSystem.setActiveWindow(
+        platform::ForeignWindow{78, 815, u"Other"_s, u"other"_s});
+    m_coordinator->viewModel().insert();
+    QTRY_COMPARE(told, 1);
+    QCOMPARE(m_desktop->clipboard.text(), u"译文"_s);
 }
 
 void TestAppCoordinator::aTriggerDuringACaptureIsIgnored()

@@ -68,6 +68,9 @@ public:
     // Called where somebody has to sign in before anything can be translated.
     std::function<void()> onSignInRequired;
 
+    // Called where a translation could not be put back and waits on the clipboard.
+    std::function<void()> onTextLeftOnClipboard;
+
     AppUIState &uiState() { return m_uiState; }
     SettingsStore &settings() { return m_settings; }
     UsageStore &usageStore() { return m_usageStore; }
@@ -80,6 +83,7 @@ private:
     void wireSession();
     bool passesGate();
     void insertIntoTarget(const QString &text);
+    void tellOfTextOnClipboard();
     void startHotKeyRespectingPermission();
     void waitForAccessibilityThenStart();
     void askForAccessibility(const QString &message, const QString &details);
