@@ -27,7 +27,9 @@ bool Road::begin(const QJsonObject &preferences)
 
     QJsonObject all{{u"hasCompletedOnboarding"_s, true},
                     {u"useCustomBackend"_s, true},
-                    {u"apiBaseURL"_s, server.url().toString()}};
+                    {u"apiBaseURL"_s, server.url().toString()},
+                    // A request of its own, which takes an answer from the tests.
+                    {u"showBackTranslation"_s, false}};
     for (auto entry = preferences.begin(); entry != preferences.end(); ++entry)
         all[entry.key()] = entry.value();
     return product->start(all) || fail(u"the product does not run"_s);
