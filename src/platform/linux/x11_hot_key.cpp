@@ -180,11 +180,7 @@ void X11HotKey::handlePress(const xcb_key_press_event_t &event)
         m_pressSeen(event.time);
 
     // The state holds locks, layouts and mouse buttons too.
-    uint16_t modifiers = 0;
-    for (const auto modifier :
-         {Qt::ShiftModifier, Qt::ControlModifier, Qt::AltModifier, Qt::MetaModifier})
-        modifiers |= m_keyboard.modifierMask(modifier).value_or(0);
-    modifiers &= event.state;
+    const uint16_t modifiers = event.state & m_keyboard.chordModifiers();
     for (const Reserved &reserved : m_reserved) {
         if (reserved.keys.code == event.detail && reserved.modifiers == modifiers) {
             const auto pressed = reserved.pressed; // it may be replaced by the call

@@ -1,6 +1,10 @@
 #include "x11_key_synthesizer.h"
 
+#include "x11_sticky_modifiers.h"
+
 #include <xcb/xtest.h>
+
+#include <optional>
 
 namespace nivora::linuxdesktop {
 
@@ -41,6 +45,9 @@ bool X11KeySynthesizer::press(const platform::KeyChord &chord)
         if (held->test(code))
             fake(static_cast<xcb_keycode_t>(code), false);
     }
+    std::optional<X11StickyModifiers> setAside;
+    if (const auto sticky = uint8_t(m_keyboard.state() & m_keyboard.chordModifiers()))
+        setAside.emplace(m_connection.displayName(), sticky);
     for (const xcb_keycode_t code : modifiers)
         fake(code, true);
     fake(*key, true);

@@ -195,14 +195,19 @@ std::optional<xcb_keycode_t> X11Keyboard::keyFor(Qt::Key key, int layout)
     return m_layouts->keyFor(wanted, layout);
 }
 
-int X11Keyboard::currentLayout()
+uint16_t X11Keyboard::state()
 {
     if (!connection().isValid())
         return 0;
     const auto pointer = connection().reply<xcb_query_pointer_reply>(
         xcb_query_pointer(connection().xcb(), connection().root()));
-    // The core state carries the layout in the two bits above the buttons.
-    return pointer ? (pointer->mask >> 13) & 3 : 0;
+    return pointer ? pointer->mask : 0;
+}
+
+int X11Keyboard::currentLayout()
+{
+    // The two bits above the buttons.
+    return (state() >> 13) & 3;
 }
 
 std::optional<xcb_keycode_t> X11Keyboard::usualPlaceOf(Qt::Key key)
@@ -312,6 +317,15 @@ std::optional<uint16_t> X11Keyboard::modifierMask(Qt::KeyboardModifiers modifier
             return std::nullopt;
         mask |= 1 << *row;
     }
+    return mask;
+}
+
+uint16_t X11Keyboard::chordModifiers()
+{
+    uint16_t mask = 0;
+    for (const auto modifier :
+         {Qt::ShiftModifier, Qt::ControlModifier, Qt::AltModifier, Qt::MetaModifier})
+        mask |= modifierMask(modifier).value_or(0);
     return mask;
 }
 

@@ -30,6 +30,9 @@ public:
     // otherwise in another of the user's layouts. Programs take their short cuts
     // from either.
     std::optional<xcb_keycode_t> keyFor(Qt::Key key, int layout = 0);
+    // Modifiers, locks, buttons and layout in effect now; 0 when the server did
+    // not answer.
+    uint16_t state();
     // The layout in use, counted from 0.
     int currentLayout();
     // Where PC keyboards have this letter, whatever it gives in the user's layout.
@@ -42,6 +45,8 @@ public:
     // keyboard has no such modifier.
     std::optional<xcb_keycode_t> modifierKey(Qt::KeyboardModifier modifier);
     std::optional<uint16_t> modifierMask(Qt::KeyboardModifiers modifiers);
+    // The state bits of all that chords are made with.
+    uint16_t chordModifiers();
     // The state bit of NumLock, 0 if there is none.
     uint16_t numLockMask();
 
