@@ -13,6 +13,7 @@ namespace {
 
 // A microphone that hears nothing still delivers silence.
 constexpr auto silenceLimit = 3s;
+constexpr auto presencePeriod = 1s;
 
 QAudioDevice chosenDevice(const QByteArray &identifier)
 {
@@ -30,6 +31,8 @@ AudioCapture::AudioCapture(const QByteArray &device)
     m_silence.setSingleShot(true);
     m_silence.setInterval(silenceLimit);
     m_silence.callOnTimeout(this, [this] { fail(m_hasHeard ? Failure::Lost : Failure::Refused); });
+    m_presence.setInterval(presencePeriod);
+    m_presence.callOnTimeout(this, [this] { lookWhetherGone(); });
 }
 
 AudioCapture::~AudioCapture() = default;
@@ -59,6 +62,8 @@ void AudioCapture::start(quint64 recording)
                 fail(m_hasHeard ? Failure::Lost : Failure::Refused);
         },
         Qt::QueuedConnection);
+    m_openDevice = device.id();
+    m_presence.start();
     m_silence.start();
 }
 
@@ -78,6 +83,18 @@ void AudioCapture::read()
     Q_EMIT heard(m_recording, samples);
 }
 
+// Asked regularly, since Qt 6.4 knows of the change but does not always signal it.
+// Where the microphone goes away the sound server goes on with whatever else there
+// is, be it what comes out of the loudspeaker.
+void AudioCapture::lookWhetherGone()
+{
+    const auto devices = QMediaDevices::audioInputs();
+    const bool isThere = std::ranges::any_of(
+        devices, [this](const QAudioDevice &device) { return device.id() == m_openDevice; });
+    if (!isThere)
+        fail(Failure::Lost);
+}
+
 void AudioCapture::fail(Failure failure)
 {
     const quint64 recording = m_recording;
@@ -90,6 +107,7 @@ void AudioCapture::close()
     m_recording = 0;
     m_silence.stop();
     m_stream = nullptr;
+    m_presence.stop();
     if (m_source) {
         m_source->disconnect(this);
         m_source->stop();

@@ -31,15 +31,18 @@ Q_SIGNALS:
 
 private:
     void read();
+    void lookWhetherGone();
     void fail(Failure failure);
     void close();
 
     const QByteArray m_device;
     quint64 m_recording = 0; // 0 for none
     bool m_hasHeard = false;
+    QByteArray m_openDevice;
     std::unique_ptr<QAudioSource> m_source;
     QIODevice *m_stream = nullptr; // the source's
     QTimer m_silence{this};
+    QTimer m_presence{this}; // while recording
 };
 
 } // namespace nivora::linuxdesktop

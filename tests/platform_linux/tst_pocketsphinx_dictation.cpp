@@ -1,0 +1,95 @@
+// A sentence spoken into a real sound server's microphone, through Qt Multimedia and
+// PocketSphinx to text.
+
+#include "platform_linux/audio_qt_input.h"
+#include "platform_linux/speech_offline_recognizer.h"
+
+#include "support/sound_server.h"
+
+#include <QTemporaryDir>
+#include <QTest>
+
+using namespace Qt::Literals::StringLiterals;
+using namespace nivora;
+using Failure = platform::AudioInput::Failure;
+using Result = platform::RecognitionResult;
+
+class TestPocketsphinxDictation : public QObject
+{
+    Q_OBJECT
+
+    QTemporaryDir m_folder;
+    test::SoundServer m_sound{m_folder.path()};
+    linuxdesktop::QtAudioInput m_microphone;
+
+private Q_SLOTS:
+    void initTestCase()
+    {
+        qputenv("HOME", m_folder.path().toUtf8());
+        qputenv("PULSE_SERVER", m_sound.address().toUtf8());
+        QVERIFY2(m_sound.start(), "PulseAudio cannot be run");
+    }
+
+    void aMissingMicrophoneIsTold()
+    {
+        std::optional<Failure> failure;
+        const auto recording =
+            m_microphone.record([](const QByteArray &) {}, [&](Failure what) { failure = what; });
+        QTRY_VERIFY_WITH_TIMEOUT(failure, 10000);
+        QCOMPARE(*failure, Failure::NoDevice);
+    }
+
+    void aSpokenSentenceBecomesText()
+    {
+        QVERIFY(m_sound.plugInMicrophone());
+        linuxdesktop::OfflineSpeechRecognizer recognizer;
+        QStringList partial;
+        std::optional<QString> text;
+        const auto recognition = recognizer.recognize(u"en-US"_s, [&](const Result &result) {
+            QCOMPARE(result.failure, Result::Failure::None);
+            if (result.isFinal)
+                text = result.text;
+            else
+                partial.append(result.text);
+        });
+        QVERIFY2(recognition, "pocketsphinx-en-us is not installed");
+        qsizetype heard = 0;
+        std::optional<Failure> failure;
+        // The list of microphones may lag behind the sound server.
+        platform::Task recording;
+        QTRY_VERIFY_WITH_TIMEOUT(
+            (recording.isRunning() || (recording = m_microphone.record(
+                                           [&](const QByteArray &samples) {
+                                               heard += samples.size();
+                                               recognition->append(samples);
+                                           },
+                                           [&](Failure what) { failure = what; }),
+                                       true)) &&
+                heard > 0,
+            20000);
+        QProcess *const voice = m_sound.say(u"the weather is very nice today"_s);
+        QVERIFY(voice);
+        QTRY_COMPARE_WITH_TIMEOUT(voice->state(), QProcess::NotRunning, 20000);
+        QTRY_VERIFY_WITH_TIMEOUT(!partial.isEmpty() && partial.back().contains(u"today"), 20000);
+        recording.cancel();
+        recognition->endAudio();
+        QTRY_VERIFY_WITH_TIMEOUT(text, 20000);
+        QVERIFY2(text->contains(u"weather") && text->contains(u"nice today"), qPrintable(*text));
+    }
+
+    void aMicrophoneThatIsUnpluggedIsLost()
+    {
+        qsizetype heard = 0;
+        std::optional<Failure> failure;
+        const auto recording =
+            m_microphone.record([&](const QByteArray &samples) { heard += samples.size(); },
+                                [&](Failure what) { failure = what; });
+        QTRY_VERIFY_WITH_TIMEOUT(heard > 0, 10000);
+        QVERIFY(!failure && m_sound.unplugMicrophone());
+        QTRY_VERIFY_WITH_TIMEOUT(failure, 10000);
+        QCOMPARE(*failure, Failure::Lost);
+    }
+};
+
+QTEST_GUILESS_MAIN(TestPocketsphinxDictation)
+#include "tst_pocketsphinx_dictation.moc"
