@@ -10,7 +10,7 @@ namespace nivora::linuxdesktop {
 // en-us, en-us.lm.bin and cmudict-en-us.dict.
 bool hasPocketsphinxModel(const QString &folder);
 
-// Loads the model: half a second, and 70 MB until the decoder goes. Null when it
+// Loads the model: 0.6 s, and 94 MB until the decoder goes. Null when it
 // cannot be read.
 std::unique_ptr<SpeechDecoder> makePocketsphinxDecoder(const QString &folder);
 
