@@ -289,6 +289,8 @@ int main(int argc, char *argv[])
     pause(rest);
     reportThreads("at rest", product.processId(), rest, before);
     measureTyping(user, product.processId());
+    // With nothing selected, each would wait for a program that has nothing to copy.
+    editor.selectAll();
     measureTriggers(user, product, editor, session.displayName(), triggers);
     return 0;
 }
