@@ -31,6 +31,7 @@ QString noSettingsProgram()
 
 AppCoordinator::AppCoordinator(const platform::Services &services, const QUrl &cloudEndpoint)
     : m_services(services)
+    , m_environment(services.appearance)
     , m_keychain(services.secrets)
     , m_settings(services.preferences, m_keychain, cloudEndpoint)
     , m_usageStore(services.preferences)

@@ -1,14 +1,17 @@
 #include "compose_input.h"
 
 #include "panel_button.h"
+#include "symbol_label.h"
+#include "text_editor.h"
 #include "windows/theme.h"
+#include "windows/translation_panel_view.h"
 
 #include "session/translation_view_model.h"
 #include "stores/settings_store.h"
 
+#include <QHBoxLayout>
+#include <QLabel>
 #include <QPlainTextEdit>
-#include <QSignalBlocker>
-#include <QVBoxLayout>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -16,35 +19,44 @@ namespace nivora {
 
 namespace {
 
-constexpr int editorHeight = 72; // logical pixels
+// Logical pixels.
+constexpr int sideMargin = 12;
+constexpr int editorHeight = 72;
 constexpr int editorPixels = 15;
+constexpr int messagePixels = 12;
+constexpr int symbolSide = 14;
+constexpr int gap = 6;
 
 } // namespace
 
 ComposeInput::ComposeInput(TranslationViewModel &session, QWidget *parent)
     : QWidget(parent)
     , m_session(session)
-    , m_editor(new QPlainTextEdit(this))
+    , m_editor(makeTextEditor(editorPixels, EditorFrame::None, this))
+    , m_microphone(new PanelButton(PanelButton::Look::Plain, this))
+    , m_voiceError(makeVoiceError())
     , m_translate(new PanelButton(PanelButton::Look::Prominent, this))
 {
-    m_editor->setFont(textFont(editorPixels));
     m_editor->setFixedHeight(editorHeight);
-    m_editor->setFrameShape(QFrame::NoFrame);
-    m_editor->setTabChangesFocus(true);
     m_editor->setAccessibleName(tr("原文"));
-    m_editor->document()->setDocumentMargin(2);
-    QPalette transparent = m_editor->palette();
-    transparent.setColor(QPalette::Base, Qt::transparent);
-    m_editor->setPalette(transparent);
 
+    auto *row = new QHBoxLayout;
+    row->setSpacing(gap);
+    row->addWidget(m_editor);
+    row->addWidget(m_microphone, 0, Qt::AlignTop);
     auto *column = new QVBoxLayout(this);
-    column->setContentsMargins(12, 8, 12, 8);
-    column->setSpacing(6);
-    column->addWidget(m_editor);
+    column->setContentsMargins(sideMargin, 8, 8, 8);
+    column->setSpacing(gap);
+    column->addLayout(row);
+    column->addWidget(m_voiceError);
     column->addWidget(m_translate, 0, Qt::AlignLeft);
 
-    connect(m_editor, &QPlainTextEdit::textChanged, this,
-            [this] { m_session.editSource(m_editor->toPlainText()); });
+    connect(m_editor, &QPlainTextEdit::textChanged, this, [this] {
+        // A preedit of an input method changes the document, but not the text.
+        if (m_editor->toPlainText() != m_session.sourceText())
+            m_session.editSource(m_editor->toPlainText());
+    });
+    connect(m_microphone, &PanelButton::clicked, this, [this] { m_session.toggleVoice(); });
     connect(m_translate, &PanelButton::clicked, this, [this] { m_session.translateNow(); });
 
     connect(&m_session, &TranslationViewModel::sourceTextChanged, this, [this] {
@@ -57,20 +69,64 @@ ComposeInput::ComposeInput(TranslationViewModel &session, QWidget *parent)
             &ComposeInput::renderButton);
     connect(&m_session.settings().liveTranslate, &SettingNotifier::changed, this,
             &ComposeInput::renderButton);
+    connect(&m_session, &TranslationViewModel::isListeningChanged, this,
+            &ComposeInput::renderVoice);
+    connect(&m_session, &TranslationViewModel::voiceErrorChanged, this, &ComposeInput::renderVoice);
     renderSource();
+    renderVoice();
     renderButton();
+}
+
+QWidget *ComposeInput::makeVoiceError()
+{
+    auto *row = new QWidget(this);
+    m_voiceMessage = new QLabel(row);
+    m_voiceMessage->setFont(textFont(messagePixels));
+    m_voiceMessage->setTextFormat(Qt::PlainText);
+    m_voiceMessage->setWordWrap(true);
+    m_voiceSettings = new PanelButton(PanelButton::Look::Plain, row);
+    m_voiceSettings->setText(tr("打开设置"));
+    m_voiceSettings->setActive(true);
+    connect(m_voiceSettings, &PanelButton::clicked, this,
+            [this] { m_session.openVoiceSettings(); });
+    auto *layout = new QHBoxLayout(row);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(gap);
+    layout->addWidget(new SymbolLabel(u"exclamationmark.triangle.fill"_s,
+                                      SymbolLabel::Tone::Warning, symbolSide, row));
+    layout->addWidget(m_voiceMessage, 1);
+    layout->addWidget(m_voiceSettings);
+    return row;
 }
 
 // A selected text is not shown. To lay it out would cost a large one its time, and
 // to write it into the editor would tell it to every assistive tool.
 void ComposeInput::renderSource()
 {
-    const QString text =
-        m_session.mode() == PanelMode::Selection ? QString() : m_session.sourceText();
-    if (m_editor->toPlainText() == text)
+    showProgrammatically(
+        *m_editor, m_session.mode() == PanelMode::Selection ? QString() : m_session.sourceText());
+}
+
+void ComposeInput::renderVoice()
+{
+    const bool listening = m_session.isListening();
+    m_microphone->setSymbol(listening ? u"mic.fill"_s : u"mic"_s);
+    m_microphone->setToolTip(listening ? tr("停止语音输入") : tr("语音输入（说话转文字）"));
+    m_microphone->setAccessibleName(tr("语音输入"));
+    m_microphone->setActive(listening);
+
+    const QString message = m_session.voiceError();
+    const bool opens = m_session.voiceErrorOpensSettings();
+    m_voiceError->setVisible(!message.isEmpty());
+    m_voiceSettings->setVisible(opens);
+    m_voiceMessage->setText(message);
+    if (message.isEmpty())
         return;
-    const QSignalBlocker programmatic(m_editor);
-    m_editor->setPlainText(text);
+    // The panel's width is known, so the label need not be asked for its own.
+    int width = TranslationPanelView::panelWidth - sideMargin - 8 - symbolSide - gap;
+    if (opens)
+        width -= m_voiceSettings->sizeHint().width() + gap;
+    m_voiceMessage->setFixedHeight(m_voiceMessage->heightForWidth(width));
 }
 
 void ComposeInput::renderButton()

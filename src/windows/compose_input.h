@@ -2,6 +2,7 @@
 
 #include <QWidget>
 
+class QLabel;
 class QPlainTextEdit;
 
 namespace nivora {
@@ -9,7 +10,7 @@ namespace nivora {
 class PanelButton;
 class TranslationViewModel;
 
-// Where the user types, in the modes that take typing.
+// Where the user types or dictates, in the modes that take typing.
 class ComposeInput : public QWidget
 {
     Q_OBJECT
@@ -22,11 +23,18 @@ public:
     bool triggerTranslate();
 
 private:
+    QWidget *makeVoiceError();
     void renderSource();
+    void renderVoice();
     void renderButton();
 
     TranslationViewModel &m_session;
     QPlainTextEdit *m_editor;
+    PanelButton *m_microphone;
+    // Made along with what holds them, which comes next.
+    QLabel *m_voiceMessage = nullptr;
+    PanelButton *m_voiceSettings = nullptr;
+    QWidget *m_voiceError;
     PanelButton *m_translate;
 };
 

@@ -1,5 +1,6 @@
 #include "windows/floating_panel_controller.h"
 
+#include "screen_places.h"
 #include "windows/floating_panel.h"
 #include "windows/translation_panel_view.h"
 
@@ -8,11 +9,14 @@
 
 #include "platform/window_system.h"
 
+#include <QApplication>
 #include <QCursor>
-#include <QGuiApplication>
 #include <QScreen>
 #include <QTimer>
 #include <QVBoxLayout>
+#include <QWindow>
+
+using namespace std::chrono_literals;
 
 namespace nivora {
 
@@ -29,18 +33,8 @@ constexpr int gapToSelection = 6;
 constexpr int gapToPointer = 12;
 constexpr int screenMargin = 8;
 
-// Qt keeps a screen's origin in device pixels and scales only what lies within.
-QPoint logicalPoint(const QPointF &device)
-{
-    for (const QScreen *screen : QGuiApplication::screens()) {
-        const QPointF origin = screen->geometry().topLeft();
-        const qreal ratio = screen->devicePixelRatio();
-        const QRectF extent(origin, QSizeF(screen->geometry().size()) * ratio);
-        if (extent.contains(device))
-            return (origin + (device - origin) / ratio).toPoint();
-    }
-    return device.toPoint();
-}
+// How often it is looked whether the keyboard, lent to the window manager, is back.
+constexpr auto lentKeyboardPeriod = 200ms;
 
 } // namespace
 
@@ -59,8 +53,8 @@ void FloatingPanelController::prepare()
 {
     if (m_panel)
         return;
-    m_panel = std::make_unique<FloatingPanel>();
-    m_view = new TranslationPanelView(m_session, m_panel.get());
+    m_panel = std::make_unique<FloatingPanel>(m_windowSystem);
+    m_view = new TranslationPanelView(m_session, m_windowSystem, m_panel.get());
     auto *column = new QVBoxLayout(m_panel.get());
     column->setContentsMargins(0, 0, 0, 0);
     column->setSizeConstraint(QLayout::SetNoConstraint);
@@ -68,33 +62,44 @@ void FloatingPanelController::prepare()
     connect(m_view, &TranslationPanelView::contentHeightChanged, this,
             &FloatingPanelController::applyDynamicHeight);
     connect(m_view, &TranslationPanelView::closeRequested, this, &FloatingPanelController::hide);
-    connect(m_panel.get(), &FloatingPanel::cancelled, this, &FloatingPanelController::hide);
-    connect(m_panel.get(), &FloatingPanel::resignedKey, this,
-            &FloatingPanelController::onResignKey);
-    m_panel->resize(TranslationPanelView::panelWidth, heightForSelection);
+    connect(m_view, &TranslationPanelView::replyRequested, this, &FloatingPanelController::reply);
+    connect(m_panel.get(), &CardWindow::cancelled, this, &FloatingPanelController::hide);
+    connect(qGuiApp, &QGuiApplication::focusWindowChanged, this,
+            &FloatingPanelController::onFocusWindowChanged);
+    watchScreens();
     // A window made without a place of its own is placed by the window manager.
-    m_panel->move(0, 0);
+    m_panel->setCard({0, 0, TranslationPanelView::panelWidth, heightForSelection});
     m_panel->winId(); // makes the native window
 }
 
 void FloatingPanelController::show(PanelMode mode, const std::optional<QRectF> &near)
 {
     prepare();
-    m_panel->setBlended(m_windowSystem.isCompositing());
+    m_lastRect = near;
+    m_visibleAreas.clear();
+    m_keyboardCheck.cancel();
     m_view->reset();
     m_anchorTopLeft = computeAnchor(near);
-    place(mode == PanelMode::Selection ? heightForSelection : heightForWriting);
+    m_panel->setCard(
+        placeFor(mode == PanelMode::Selection ? heightForSelection : heightForWriting));
     // Before the window is on the screen the content's height costs no flicker.
-    place(targetHeight(m_view->contentHeight()));
-    m_panel->show();
-    m_panel->raise();
-    m_panel->activateWindow();
+    m_panel->present(placeFor(targetHeight(m_view->contentHeight())));
 }
 
 void FloatingPanelController::hide()
 {
-    if (m_panel)
-        m_panel->hide();
+    m_session.stopSpeaking();
+    m_keyboardCheck.cancel();
+    if (!m_panel)
+        return;
+    m_view->closePopovers();
+    m_panel->hide();
+}
+
+void FloatingPanelController::reply()
+{
+    m_session.prepareReply(m_session.sourceText(), m_session.detectedSource());
+    show(PanelMode::Reply, m_lastRect);
 }
 
 QPoint FloatingPanelController::computeAnchor(const std::optional<QRectF> &near)
@@ -122,57 +127,134 @@ int FloatingPanelController::clampedHeight(int content, std::optional<int> visib
     return std::min(std::max(content, leastHeight), int(greatestScreenShare * *visibleHeight));
 }
 
+QRect FloatingPanelController::visibleArea(const QScreen &screen) const
+{
+    const auto known = m_visibleAreas.constFind(&screen);
+    if (known != m_visibleAreas.cend())
+        return *known;
+    return *m_visibleAreas.insert(&screen, workArea(screen, m_windowSystem));
+}
+
 // Place and size go to the window in one step: while a window is being mapped it
 // believes to be elsewhere for a moment, and a mere change of size would keep it
 // there.
-void FloatingPanelController::place(int height)
+QRect FloatingPanelController::placeFor(int height) const
 {
     const QSize size(TranslationPanelView::panelWidth, height);
     if (!m_anchorTopLeft)
-        return m_panel->resize(size);
-    const QScreen *screen = nullptr;
-    for (const QScreen *each : QGuiApplication::screens()) {
-        if (each->geometry().contains(*m_anchorTopLeft)) {
-            screen = each;
-            break;
-        }
-    }
-    if (!screen)
-        screen = QGuiApplication::primaryScreen();
-    const QPoint position =
-        screen ? clampedPosition(*m_anchorTopLeft, size, screen->availableGeometry())
-               : *m_anchorTopLeft;
-    m_panel->setGeometry(QRect(position, size));
+        return {m_panel->card().topLeft(), size};
+    const QScreen *screen = screenFor(*m_anchorTopLeft);
+    return {screen ? clampedPosition(*m_anchorTopLeft, size, visibleArea(*screen))
+                   : *m_anchorTopLeft,
+            size};
 }
 
 int FloatingPanelController::targetHeight(int content) const
 {
     const QScreen *screen = m_panel->screen();
-    return clampedHeight(content, screen ? std::optional(screen->availableGeometry().height())
-                                         : std::nullopt);
+    return clampedHeight(content,
+                         screen ? std::optional(visibleArea(*screen).height()) : std::nullopt);
 }
 
 void FloatingPanelController::applyDynamicHeight(int height)
 {
     const int target = targetHeight(height);
     const auto differs = [this, target] {
-        return std::abs(m_panel->height() - target) > heightTolerance;
+        return std::abs(m_panel->card().height() - target) > heightTolerance;
     };
     if (!differs())
         return;
     // Not from within the layout that reports the height.
     QTimer::singleShot(0, this, [this, target, differs] {
         if (differs())
-            place(target);
+            m_panel->setCard(placeFor(target));
     });
+}
+
+void FloatingPanelController::watchScreens()
+{
+    const auto watch = [this](const QScreen *screen) {
+        connect(screen, &QScreen::geometryChanged, this, &FloatingPanelController::onScreensChanged,
+                Qt::QueuedConnection);
+        connect(screen, &QScreen::availableGeometryChanged, this,
+                &FloatingPanelController::onScreensChanged, Qt::QueuedConnection);
+    };
+    for (const QScreen *screen : QGuiApplication::screens())
+        watch(screen);
+    connect(qGuiApp, &QGuiApplication::screenAdded, this, watch);
+    // Queued: the toolkit is still moving windows away from it.
+    connect(qGuiApp, &QGuiApplication::screenRemoved, this,
+            &FloatingPanelController::onScreensChanged, Qt::QueuedConnection);
+}
+
+// The panel stays on what is left of the desktop.
+void FloatingPanelController::onScreensChanged()
+{
+    m_visibleAreas.clear();
+    if (m_panel->isVisible())
+        m_panel->setCard(placeFor(targetHeight(m_view->contentHeight())));
+}
+
+// The panel, or a window that was opened from it.
+bool FloatingPanelController::isOurs(WId window) const
+{
+    const QWidget *widget = window ? QWidget::find(window) : nullptr;
+    while (widget && widget != m_panel.get())
+        widget = widget->parentWidget();
+    return widget;
+}
+
+bool FloatingPanelController::hasKeyboard() const
+{
+    const QWindow *window = QGuiApplication::focusWindow();
+    return window && isOurs(window->winId());
+}
+
+// A menu of ours, and a window manager that moves the panel, borrow the keyboard:
+// the panel is still where the user works.
+bool FloatingPanelController::keepsKeyboard() const
+{
+    if (QApplication::activePopupWidget())
+        return true;
+    if (QGuiApplication::focusWindow())
+        return hasKeyboard();
+    const auto active = m_windowSystem.activeWindow();
+    return active && isOurs(active->id);
+}
+
+void FloatingPanelController::onFocusWindowChanged(QWindow *window)
+{
+    m_keyboardCheck.cancel();
+    if (!m_panel->isVisible())
+        return;
+    const bool onPanel = window && window == m_panel->windowHandle();
+    // The panel's own activation may arrive when a popover is already opening.
+    const bool fromPopover = std::exchange(m_popoverHasKeyboard, !onPanel && hasKeyboard());
+    if (onPanel && fromPopover)
+        m_view->closePopovers();
+    else if (!hasKeyboard())
+        checkKeyboard();
+}
+
+void FloatingPanelController::checkKeyboard()
+{
+    if (!m_panel->isVisible())
+        return;
+    if (!keepsKeyboard()) {
+        m_view->closePopovers();
+        return onResignKey();
+    }
+    if (!hasKeyboard())
+        m_keyboardCheck = platform::delay(lentKeyboardPeriod, [this] { checkKeyboard(); });
 }
 
 void FloatingPanelController::onResignKey()
 {
     if (!m_settings.closeOnResignFocus.value() || m_session.isPinned())
         return;
-    // What was typed must not vanish with a click elsewhere.
-    if (m_session.mode() != PanelMode::Selection && !m_session.sourceText().trimmed().isEmpty())
+    // What was typed or is being said must not vanish with a click elsewhere.
+    const bool writing = m_session.mode() != PanelMode::Selection;
+    if (writing && (m_session.isListening() || !m_session.sourceText().trimmed().isEmpty()))
         return;
     hide();
 }

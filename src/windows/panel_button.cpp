@@ -1,15 +1,17 @@
 #include "panel_button.h"
 
+#include "focus_ring.h"
 #include "symbol.h"
 #include "windows/theme.h"
 
+#include <QKeyEvent>
 #include <QPainter>
 
 namespace nivora {
 
 namespace {
 
-constexpr QSize symbolOnlySize(24, 20);
+constexpr QSize symbolOnlySize(22, 18);
 constexpr QSize symbolSize(14, 14);
 constexpr int textPixels = 13;
 constexpr int prominentHeight = 26;
@@ -48,6 +50,14 @@ void PanelButton::setActive(bool active)
     update();
 }
 
+void PanelButton::setDimmed(bool dimmed)
+{
+    if (m_dimmed == dimmed)
+        return;
+    m_dimmed = dimmed;
+    update();
+}
+
 void PanelButton::setHint(const QString &hint)
 {
     setToolTip(hint);
@@ -73,8 +83,8 @@ void PanelButton::paintEvent(QPaintEvent *)
     painter.setPen(Qt::NoPen);
     const QRectF frame = rect();
     const bool hovered = isEnabled() && underMouse();
-    QColor ink =
-        palette().color(isEnabled() ? QPalette::Active : QPalette::Disabled, QPalette::WindowText);
+    QColor ink = palette().color(isEnabled() && !m_dimmed ? QPalette::Active : QPalette::Disabled,
+                                 QPalette::WindowText);
 
     if (m_look == Look::Prominent) {
         QColor fill = palette().color(QPalette::Highlight);
@@ -95,13 +105,12 @@ void PanelButton::paintEvent(QPaintEvent *)
         painter.drawRoundedRect(frame, radius, radius);
     }
 
-    if (hasFocus()) {
-        // Outside the fill for the prominent look, so that the two tell apart.
-        QColor ring = m_look == Look::Prominent ? palette().color(QPalette::WindowText)
-                                                : palette().color(QPalette::Highlight);
-        painter.setPen(QPen(ring, 1.5));
-        painter.setBrush(Qt::NoBrush);
-        painter.drawRoundedRect(frame.adjusted(0.75, 0.75, -0.75, -0.75), radius, radius);
+    if (hasFocus() && m_ring) {
+        // On the fill of the prominent look the ring's own colour would not show.
+        QPalette ring = palette();
+        if (m_look == Look::Prominent)
+            ring.setColor(QPalette::Highlight, ring.color(QPalette::WindowText));
+        drawFocusRing(painter, frame, ring);
     }
 
     painter.setPen(ink);
@@ -119,6 +128,21 @@ void PanelButton::paintEvent(QPaintEvent *)
         painter.drawPixmap(symbolFrame.topLeft(),
                            symbolPixmap(m_symbol, symbolSize, devicePixelRatioF(), ink));
     }
+}
+
+void PanelButton::keyPressEvent(QKeyEvent *event)
+{
+    const bool isReturn = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+    if (isReturn && !(event->modifiers() & ~Qt::KeypadModifier))
+        click();
+    else
+        QAbstractButton::keyPressEvent(event);
+}
+
+void PanelButton::focusInEvent(QFocusEvent *event)
+{
+    m_ring = isFromKeyboard(*event);
+    QAbstractButton::focusInEvent(event);
 }
 
 } // namespace nivora

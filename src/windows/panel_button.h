@@ -20,6 +20,8 @@ public:
     void setSymbol(const QString &name);
     // Shows the tint also while the pointer is elsewhere.
     void setActive(bool active);
+    // Draws it as one that can do nothing now, though it may be pressed.
+    void setDimmed(bool dimmed);
     // The tooltip, and the name that a screen reader speaks.
     void setHint(const QString &hint);
 
@@ -28,11 +30,15 @@ public:
 
 protected:
     void paintEvent(QPaintEvent *event) override;
+    void keyPressEvent(QKeyEvent *event) override;
+    void focusInEvent(QFocusEvent *event) override;
 
 private:
     Look m_look;
     QString m_symbol;
     bool m_active = false;
+    bool m_dimmed = false;
+    bool m_ring = false; // came here by the keyboard
 };
 
 } // namespace nivora

@@ -1,5 +1,6 @@
 #include "panel_header.h"
 
+#include "context_popover.h"
 #include "panel_button.h"
 #include "spinner.h"
 
@@ -12,15 +13,20 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace nivora {
 
-PanelHeader::PanelHeader(TranslationViewModel &session, QWidget *parent)
+PanelHeader::PanelHeader(TranslationViewModel &session, platform::WindowSystem &windowSystem,
+                         QWidget *parent)
     : QWidget(parent)
     , m_session(session)
+    , m_windowSystem(windowSystem)
     , m_direction(new PanelButton(PanelButton::Look::Plain, this))
     , m_spinner(new Spinner(12, this))
+    , m_context(new PanelButton(PanelButton::Look::Plain, this))
     , m_pin(new PanelButton(PanelButton::Look::Plain, this))
 {
     m_direction->setSymbol(u"chevron.down"_s);
     connect(m_direction, &PanelButton::clicked, this, &PanelHeader::openLanguageMenu);
+    m_context->setHint(tr("背景"));
+    connect(m_context, &PanelButton::clicked, this, &PanelHeader::toggleContext);
     connect(m_pin, &PanelButton::clicked, this,
             [this] { m_session.setPinned(!m_session.isPinned()); });
     auto *close = new PanelButton(PanelButton::Look::Plain, this);
@@ -34,6 +40,7 @@ PanelHeader::PanelHeader(TranslationViewModel &session, QWidget *parent)
     row->addWidget(m_direction);
     row->addWidget(m_spinner);
     row->addStretch();
+    row->addWidget(m_context);
     row->addWidget(m_pin);
     row->addWidget(close);
 
@@ -41,9 +48,13 @@ PanelHeader::PanelHeader(TranslationViewModel &session, QWidget *parent)
             &PanelHeader::renderDirection);
     connect(&m_session, &TranslationViewModel::phaseChanged, this, &PanelHeader::renderPhase);
     connect(&m_session, &TranslationViewModel::isPinnedChanged, this, &PanelHeader::renderPin);
+    connect(&m_session, &TranslationViewModel::modeChanged, this, &PanelHeader::renderContext);
+    connect(&m_session, &TranslationViewModel::contextTextChanged, this,
+            &PanelHeader::renderContext);
     renderDirection();
     renderPhase();
     renderPin();
+    renderContext();
 }
 
 void PanelHeader::renderDirection()
@@ -66,6 +77,13 @@ void PanelHeader::renderPin()
     m_pin->setActive(pinned);
 }
 
+void PanelHeader::renderContext()
+{
+    m_context->setSymbol(m_session.contextText().isEmpty() ? u"text.bubble"_s
+                                                           : u"text.bubble.fill"_s);
+    m_context->setVisible(m_session.mode() != PanelMode::Selection);
+}
+
 void PanelHeader::openLanguageMenu()
 {
     auto *menu = new QMenu(this);
@@ -78,6 +96,21 @@ void PanelHeader::openLanguageMenu()
                 [this, target] { m_session.selectTarget(target); });
     }
     menu->popup(m_direction->mapToGlobal(QPoint(0, m_direction->height() + 2)));
+}
+
+void PanelHeader::toggleContext()
+{
+    if (m_popover && m_popover->isVisible())
+        return closePopover();
+    if (!m_popover)
+        m_popover = new ContextPopover(m_session, m_windowSystem, this);
+    m_popover->open(*m_context);
+}
+
+void PanelHeader::closePopover()
+{
+    if (m_popover)
+        m_popover->hide();
 }
 
 } // namespace nivora

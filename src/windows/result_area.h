@@ -1,14 +1,16 @@
 #pragma once
 
+#include <QTimer>
 #include <QWidget>
 
 class QLabel;
+class QScrollArea;
 
 namespace nivora {
 
-class PanelButton;
+class ResultAnnouncer;
+class ResultContent;
 class Spinner;
-class StreamingTextView;
 class TranslationViewModel;
 
 // The panel's middle: the translation as it arrives, or what stands in for it.
@@ -20,29 +22,36 @@ public:
     // `session` outlives the view.
     explicit ResultArea(TranslationViewModel &session, QWidget *parent = nullptr);
 
+    // Back to the top.
+    void reset();
+
     QSize sizeHint() const override;
-    QSize minimumSizeHint() const override { return {0, sizeHint().height()}; }
-    bool hasHeightForWidth() const override { return true; }
-    int heightForWidth(int width) const override;
+    QSize minimumSizeHint() const override;
 
 protected:
     void resizeEvent(QResizeEvent *event) override;
 
 private:
-    enum class Showing { Nothing, Hint, Spinner, Error, Text };
+    enum class Showing { Nothing, Hint, Spinner, Error, Content };
 
+    QWidget *makeError();
+    QWidget *makeHint();
     Showing showing() const;
     void renderPhase();
-    void renderFont();
+    void announce();
     void layOut();
-    int contentHeight(int width) const;
+    int contentHeight() const;
 
     TranslationViewModel &m_session;
-    StreamingTextView *m_text;
+    QScrollArea *m_scroll;
+    ResultContent *m_content;
     Spinner *m_spinner;
+    // Made along with what holds them, which comes next.
+    QLabel *m_errorMessage = nullptr;
     QWidget *m_error;
-    QLabel *m_errorMessage;
     QWidget *m_hint;
+    ResultAnnouncer *m_announcer;
+    QTimer m_tight; // until less room than wished for counts as final
 };
 
 } // namespace nivora

@@ -3,6 +3,7 @@
 #include "windows/theme.h"
 
 #include <QPainter>
+#include <QStyle>
 
 using namespace std::chrono_literals;
 
@@ -35,7 +36,9 @@ void Spinner::paintEvent(QPaintEvent *)
 
 void Spinner::showEvent(QShowEvent *)
 {
-    m_timer.start(frameSpan.count(), this);
+    // A ring that stands still says as much to those who want no motion.
+    if (style()->styleHint(QStyle::SH_Widget_Animation_Duration, nullptr, this) > 0)
+        m_timer.start(frameSpan.count(), this);
 }
 
 void Spinner::hideEvent(QHideEvent *)

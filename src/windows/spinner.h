@@ -5,7 +5,8 @@
 
 namespace nivora {
 
-// A small ring that turns while it is on show, and costs nothing otherwise.
+// A small ring that turns while it is on show, unless the user wants no motion.
+// Costs nothing while it is hidden.
 class Spinner : public QWidget
 {
     Q_OBJECT

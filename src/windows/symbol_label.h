@@ -5,13 +5,13 @@
 
 namespace nivora {
 
-// A symbol on its own, in the palette's secondary or warning colour.
+// A symbol on its own.
 class SymbolLabel : public QWidget
 {
     Q_OBJECT
 
 public:
-    enum class Tone { Secondary, Warning };
+    enum class Tone { Secondary, Faint, Warning, Success };
 
     SymbolLabel(const QString &name, Tone tone, int side, QWidget *parent = nullptr);
 
@@ -23,16 +23,21 @@ private:
     Tone m_tone;
 };
 
-// A label in the palette's secondary colour, whatever the theme becomes.
+// A label of lesser weight, whatever the theme becomes.
 class NoteLabel : public QLabel
 {
     Q_OBJECT
 
 public:
-    explicit NoteLabel(int pixelSize, QWidget *parent = nullptr);
+    enum class Tone { Secondary, Faint };
+
+    NoteLabel(int pixelSize, QWidget *parent, Tone tone = Tone::Secondary);
 
 protected:
     void paintEvent(QPaintEvent *event) override;
+
+private:
+    Tone m_tone;
 };
 
 } // namespace nivora

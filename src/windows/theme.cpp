@@ -41,25 +41,33 @@ QColor withOpacity(QColor color, double opacity)
     return color;
 }
 
-QString cjkFamily(Language language)
+// Fonts that print ideographs as this language does, the usual ones of Linux
+// desktops first. Chinese readers get theirs where the language tells nothing.
+QStringList ideographFamilies(Language language)
 {
+    const auto families = [](const QString &region, const QStringList &others) {
+        return QStringList{u"Noto Sans CJK "_s + region, u"Noto Sans "_s + region,
+                           u"Source Han Sans "_s + region} +
+               others;
+    };
     switch (language) {
     case Language::Japanese:
     case Language::Romaji:
     case Language::Hiragana:
-        return u"Noto Sans CJK JP"_s;
+        return families(u"JP"_s,
+                        {u"IPAexGothic"_s, u"IPAGothic"_s, u"TakaoGothic"_s, u"VL Gothic"_s});
     case Language::Korean:
-        return u"Noto Sans CJK KR"_s;
+        return families(u"KR"_s, {u"NanumGothic"_s, u"UnDotum"_s});
     case Language::TraditionalChinese:
-        return u"Noto Sans CJK TC"_s;
+        return families(u"TC"_s, {u"AR PL UMing TW"_s, u"WenQuanYi Zen Hei"_s});
     case Language::Cantonese:
-        return u"Noto Sans CJK HK"_s;
+        return families(u"HK"_s, {u"Noto Sans CJK TC"_s, u"AR PL UMing HK"_s});
     case Language::Chinese:
     case Language::English:
     case Language::Auto:
         break;
     }
-    return u"Noto Sans CJK SC"_s;
+    return families(u"SC"_s, {u"WenQuanYi Micro Hei"_s, u"WenQuanYi Zen Hei"_s});
 }
 
 } // namespace
@@ -96,6 +104,11 @@ QColor secondaryText(const QPalette &palette)
     return withOpacity(palette.color(QPalette::WindowText), isDark(palette) ? 0.62 : 0.58);
 }
 
+QColor faintText(const QPalette &palette)
+{
+    return withOpacity(palette.color(QPalette::WindowText), 0.35);
+}
+
 QColor hairline(const QPalette &palette)
 {
     return withOpacity(palette.color(QPalette::WindowText), isDark(palette) ? 0.16 : 0.12);
@@ -109,7 +122,7 @@ QColor hoverTint(const QPalette &palette)
 QFont textFont(int pixelSize, Language language)
 {
     QFont font = QApplication::font();
-    font.setFamilies({font.family(), cjkFamily(language)});
+    font.setFamilies(QStringList{font.family()} + ideographFamilies(language));
     font.setPixelSize(pixelSize);
     return font;
 }

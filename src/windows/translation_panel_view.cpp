@@ -37,15 +37,16 @@ protected:
 
 } // namespace
 
-TranslationPanelView::TranslationPanelView(TranslationViewModel &session, QWidget *parent)
+TranslationPanelView::TranslationPanelView(TranslationViewModel &session,
+                                           platform::WindowSystem &windowSystem, QWidget *parent)
     : QWidget(parent)
     , m_session(session)
-    , m_header(new PanelHeader(session, this))
+    , m_header(new PanelHeader(session, windowSystem, this))
     , m_composeDivider(new Divider(this))
     , m_compose(new ComposeInput(session, this))
     , m_resultDivider(new Divider(this))
     , m_result(new ResultArea(session, this))
-    , m_footer(new PanelFooter(session, this))
+    , m_footer(new PanelFooter(session, windowSystem, this))
 {
     setFixedWidth(panelWidth);
     auto *column = new QVBoxLayout(this);
@@ -60,6 +61,7 @@ TranslationPanelView::TranslationPanelView(TranslationViewModel &session, QWidge
     column->addStretch();
 
     connect(m_header, &PanelHeader::closeRequested, this, &TranslationPanelView::closeRequested);
+    connect(m_footer, &PanelFooter::replyRequested, this, &TranslationPanelView::replyRequested);
     connect(&m_session, &TranslationViewModel::modeChanged, this,
             &TranslationPanelView::renderMode);
     for (const auto key : {Qt::Key_Return, Qt::Key_Enter}) {
@@ -82,16 +84,23 @@ void TranslationPanelView::renderMode()
 void TranslationPanelView::reset()
 {
     m_dragOffset.reset();
+    closePopovers();
+    m_result->reset();
     if (m_session.mode() != PanelMode::Selection)
         m_compose->focusEditor();
     else
         setFocus();
 }
 
+void TranslationPanelView::closePopovers()
+{
+    m_header->closePopover();
+    m_footer->closePopover();
+}
+
 int TranslationPanelView::contentHeight() const
 {
-    return layout()->hasHeightForWidth() ? layout()->totalHeightForWidth(panelWidth)
-                                         : layout()->totalSizeHint().height();
+    return layout()->totalSizeHint().height();
 }
 
 bool TranslationPanelView::event(QEvent *event)

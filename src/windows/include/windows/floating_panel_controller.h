@@ -2,12 +2,20 @@
 
 #include "session/phase.h"
 
+#include "platform/task.h"
+
+#include <QHash>
 #include <QObject>
 #include <QPoint>
+#include <QRect>
 #include <QRectF>
+#include <qwindowdefs.h>
 
 #include <memory>
 #include <optional>
+
+class QScreen;
+class QWindow;
 
 namespace nivora {
 
@@ -57,9 +65,20 @@ public:
     static int clampedHeight(int content, std::optional<int> visibleHeight);
 
 private:
-    void place(int height);
+    QRect placeFor(int height) const;
     int targetHeight(int content) const;
+    QRect visibleArea(const QScreen &screen) const;
     void applyDynamicHeight(int height);
+    void reply();
+
+    void watchScreens();
+    void onScreensChanged();
+
+    bool isOurs(WId window) const;
+    bool hasKeyboard() const;
+    bool keepsKeyboard() const;
+    void onFocusWindowChanged(QWindow *window);
+    void checkKeyboard();
     void onResignKey();
 
     TranslationViewModel &m_session;
@@ -68,6 +87,11 @@ private:
     std::unique_ptr<FloatingPanel> m_panel;
     TranslationPanelView *m_view = nullptr; // owned by the panel
     std::optional<QPoint> m_anchorTopLeft;
+    std::optional<QRectF> m_lastRect; // of the last show()
+    // What docks leave of each screen, as it was when the panel opened.
+    mutable QHash<const QScreen *, QRect> m_visibleAreas;
+    bool m_popoverHasKeyboard = false;
+    platform::Task m_keyboardCheck;
 };
 
 } // namespace nivora

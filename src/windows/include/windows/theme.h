@@ -16,6 +16,7 @@ bool isDark(const QPalette &palette);
 
 // Text of lesser weight, hairlines, and the tint below the pointer.
 QColor secondaryText(const QPalette &palette);
+QColor faintText(const QPalette &palette);
 QColor hairline(const QPalette &palette);
 QColor hoverTint(const QPalette &palette);
 

@@ -12,6 +12,10 @@ class PanelHeader;
 class ResultArea;
 class TranslationViewModel;
 
+namespace platform {
+class WindowSystem;
+}
+
 // What the floating panel shows: one column of fixed width that renders the
 // session and calls its operations.
 class TranslationPanelView : public QWidget
@@ -21,8 +25,9 @@ class TranslationPanelView : public QWidget
 public:
     static constexpr int panelWidth = 360; // logical pixels
 
-    // `session` outlives the view.
-    explicit TranslationPanelView(TranslationViewModel &session, QWidget *parent = nullptr);
+    // What is borrowed outlives the view.
+    TranslationPanelView(TranslationViewModel &session, platform::WindowSystem &windowSystem,
+                         QWidget *parent = nullptr);
 
     // Begins afresh, as at each showing of the panel.
     void reset();
@@ -30,9 +35,13 @@ public:
     // Height of the whole content at the panel's width, in logical pixels.
     int contentHeight() const;
 
+    // Closes what is open beside the panel.
+    void closePopovers();
+
 Q_SIGNALS:
     void contentHeightChanged(int height);
     void closeRequested();
+    void replyRequested();
 
 protected:
     bool event(QEvent *event) override;

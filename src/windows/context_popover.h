@@ -1,0 +1,32 @@
+#pragma once
+
+#include "popover.h"
+
+class QPlainTextEdit;
+
+namespace nivora {
+
+class TranslationViewModel;
+
+// Where the user tells what the text answers.
+class ContextPopover : public Popover
+{
+    Q_OBJECT
+
+public:
+    ContextPopover(TranslationViewModel &session, platform::WindowSystem &windowSystem,
+                   QWidget *panel);
+
+    void open(const QWidget &control);
+
+protected:
+    bool eventFilter(QObject *object, QEvent *event) override;
+
+private:
+    void render();
+
+    TranslationViewModel &m_session;
+    QPlainTextEdit *m_editor;
+};
+
+} // namespace nivora

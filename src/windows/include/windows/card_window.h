@@ -1,0 +1,47 @@
+#pragma once
+
+#include <QRect>
+#include <QWidget>
+
+namespace nivora {
+
+namespace platform {
+class WindowSystem;
+}
+
+// A frameless window above the others: a rounded card with a soft shadow where
+// the desktop blends windows, a plain rectangle where it does not. The shadow
+// lies within the window, around the card.
+class CardWindow : public QWidget
+{
+    Q_OBJECT
+
+public:
+    // `windowSystem` outlives the window. With a parent, it stays above that.
+    CardWindow(platform::WindowSystem &windowSystem, const QString &role, QWidget *parent);
+
+    // Where the card is, without its shadow, in logical pixels of the screen.
+    QRect card() const;
+    void setCard(const QRect &card);
+
+    // Shows the window there and asks for the keyboard.
+    void present(const QRect &card);
+
+Q_SIGNALS:
+    void cancelled(); // Esc
+
+protected:
+    void hideEvent(QHideEvent *event) override;
+    void keyPressEvent(QKeyEvent *event) override;
+    void paintEvent(QPaintEvent *event) override;
+
+private:
+    void follow();
+    void insistOnKeyboard();
+
+    platform::WindowSystem &m_windowSystem;
+    int m_margin = 0;
+    bool m_presenting = false; // shown, but not painted yet
+};
+
+} // namespace nivora

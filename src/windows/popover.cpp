@@ -1,0 +1,78 @@
+#include "popover.h"
+
+#include "screen_places.h"
+
+#include <QEvent>
+#include <QScreen>
+#include <QVBoxLayout>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace nivora {
+
+namespace {
+
+// Logical pixels.
+constexpr int popoverWidth = 320;
+constexpr int padding = 14;
+constexpr int gap = 4; // to the control
+constexpr int screenMargin = 8;
+
+} // namespace
+
+Popover::Popover(platform::WindowSystem &windowSystem, const QString &title, QWidget *panel)
+    : CardWindow(windowSystem, u"popover"_s, panel)
+    , m_windowSystem(windowSystem)
+{
+    setAccessibleName(title);
+    m_column = new QVBoxLayout(this);
+    m_column->setContentsMargins(padding, padding, padding, padding);
+    m_column->setSpacing(8);
+    m_column->setSizeConstraint(QLayout::SetNoConstraint);
+    connect(this, &CardWindow::cancelled, this, &QWidget::hide);
+}
+
+void Popover::openAt(const QWidget &control, QWidget &first)
+{
+    const QRect anchor(control.mapToGlobal(QPoint()), control.size());
+    const int height = contentHeight();
+    QRect card(anchor.center().x() - popoverWidth / 2, anchor.bottom() + 1 + gap, popoverWidth,
+               height);
+    if (const QScreen *screen = screenFor(anchor.center())) {
+        const QRect area =
+            workArea(*screen, m_windowSystem)
+                .marginsRemoved({screenMargin, screenMargin, screenMargin, screenMargin});
+        if (card.bottom() > area.bottom() && anchor.top() - gap - height >= area.top())
+            card.moveBottom(anchor.top() - 1 - gap);
+        card.moveLeft(
+            std::max(std::min(card.left(), area.right() + 1 - card.width()), area.left()));
+        card.moveTop(std::max(std::min(card.top(), area.bottom() + 1 - card.height()), area.top()));
+    }
+    first.setFocus(Qt::PopupFocusReason);
+    present(card);
+}
+
+int Popover::contentHeight() const
+{
+    m_column->activate();
+    return m_column->hasHeightForWidth() ? m_column->heightForWidth(popoverWidth)
+                                         : m_column->sizeHint().height();
+}
+
+bool Popover::event(QEvent *event)
+{
+    const bool handled = CardWindow::event(event);
+    if (event->type() == QEvent::LayoutRequest)
+        fitHeight();
+    return handled;
+}
+
+void Popover::fitHeight()
+{
+    const QRect now = card();
+    const int height = contentHeight();
+    if (isVisible() && height != now.height())
+        setCard({now.topLeft(), QSize(popoverWidth, height)});
+}
+
+} // namespace nivora

@@ -1,0 +1,35 @@
+#pragma once
+
+#include "windows/card_window.h"
+
+class QVBoxLayout;
+
+namespace nivora {
+
+// A small window of the panel's, opened at one of its controls. It has the
+// keyboard while it is open, so that input methods work in it.
+class Popover : public CardWindow
+{
+    Q_OBJECT
+
+public:
+    // `panel`: a widget of the panel.
+    Popover(platform::WindowSystem &windowSystem, const QString &title, QWidget *panel);
+
+    // Opens beside this control and gives the keyboard to `first`. Where there
+    // is room it opens below.
+    void openAt(const QWidget &control, QWidget &first);
+
+protected:
+    QVBoxLayout &column() { return *m_column; }
+    bool event(QEvent *event) override;
+
+private:
+    void fitHeight();
+    int contentHeight() const;
+
+    platform::WindowSystem &m_windowSystem;
+    QVBoxLayout *m_column;
+};
+
+} // namespace nivora

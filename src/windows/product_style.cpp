@@ -1,0 +1,127 @@
+#include "windows/product_style.h"
+
+#include "symbol.h"
+#include "windows/theme.h"
+
+#include <QMenu>
+#include <QPainter>
+#include <QStyleOption>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace nivora {
+
+namespace {
+
+// Logical pixels.
+constexpr int scrollBarWidth = 10;
+constexpr int handleInset = 2;
+constexpr int leastHandle = 24;
+constexpr QSize checkMark(14, 14);
+
+constexpr double handleOpacity = 0.22;
+constexpr double handleOpacityInUse = 0.4;
+
+QRect scrollHandle(const QStyleOptionSlider &bar)
+{
+    const bool upright = bar.orientation == Qt::Vertical;
+    const int length = upright ? bar.rect.height() : bar.rect.width();
+    const qint64 range = qint64(bar.maximum) - bar.minimum;
+    int handle = length;
+    if (range > 0)
+        handle = std::clamp(int(qint64(length) * bar.pageStep / (range + bar.pageStep)),
+                            std::min(leastHandle, length), length);
+    const int place = QStyle::sliderPositionFromValue(bar.minimum, bar.maximum, bar.sliderPosition,
+                                                      length - handle, bar.upsideDown);
+    return upright ? QRect(bar.rect.left(), bar.rect.top() + place, bar.rect.width(), handle)
+                   : QRect(bar.rect.left() + place, bar.rect.top(), handle, bar.rect.height());
+}
+
+} // namespace
+
+ProductStyle::ProductStyle()
+    : QProxyStyle(u"fusion"_s)
+{
+}
+
+int ProductStyle::pixelMetric(PixelMetric metric, const QStyleOption *option,
+                              const QWidget *widget) const
+{
+    if (metric == PM_ScrollBarExtent)
+        return scrollBarWidth;
+    return QProxyStyle::pixelMetric(metric, option, widget);
+}
+
+int ProductStyle::styleHint(StyleHint hint, const QStyleOption *option, const QWidget *widget,
+                            QStyleHintReturn *data) const
+{
+    if (hint == SH_Widget_Animation_Duration && m_reducedMotion)
+        return 0;
+    return QProxyStyle::styleHint(hint, option, widget, data);
+}
+
+QRect ProductStyle::subControlRect(ComplexControl control, const QStyleOptionComplex *option,
+                                   SubControl part, const QWidget *widget) const
+{
+    const auto *bar = qstyleoption_cast<const QStyleOptionSlider *>(option);
+    if (control != CC_ScrollBar || !bar)
+        return QProxyStyle::subControlRect(control, option, part, widget);
+    const QRect handle = scrollHandle(*bar);
+    const bool upright = bar->orientation == Qt::Vertical;
+    QRect rest = bar->rect;
+    switch (part) {
+    case SC_ScrollBarGroove:
+        return bar->rect;
+    case SC_ScrollBarSlider:
+        return handle;
+    case SC_ScrollBarSubPage:
+        upright ? rest.setBottom(handle.top() - 1) : rest.setRight(handle.left() - 1);
+        return rest;
+    case SC_ScrollBarAddPage:
+        upright ? rest.setTop(handle.bottom() + 1) : rest.setLeft(handle.right() + 1);
+        return rest;
+    default:
+        return {}; // no arrows
+    }
+}
+
+void ProductStyle::drawComplexControl(ComplexControl control, const QStyleOptionComplex *option,
+                                      QPainter *painter, const QWidget *widget) const
+{
+    const auto *bar = qstyleoption_cast<const QStyleOptionSlider *>(option);
+    if (control != CC_ScrollBar || !bar)
+        return QProxyStyle::drawComplexControl(control, option, painter, widget);
+    if (bar->minimum == bar->maximum)
+        return;
+    QColor color = bar->palette.color(QPalette::WindowText);
+    const bool inUse = bar->state.testFlag(State_MouseOver) || bar->state.testFlag(State_Sunken);
+    color.setAlphaF(float(inUse ? handleOpacityInUse : handleOpacity));
+    painter->save();
+    painter->setRenderHint(QPainter::Antialiasing);
+    painter->setPen(Qt::NoPen);
+    painter->setBrush(color);
+    const QRectF handle =
+        QRectF(scrollHandle(*bar)).adjusted(handleInset, handleInset, -handleInset, -handleInset);
+    const qreal radius = std::min(handle.width(), handle.height()) / 2;
+    painter->drawRoundedRect(handle, radius, radius);
+    painter->restore();
+}
+
+void ProductStyle::drawPrimitive(PrimitiveElement element, const QStyleOption *option,
+                                 QPainter *painter, const QWidget *widget) const
+{
+    if (element != PE_IndicatorCheckBox || !qobject_cast<const QMenu *>(widget))
+        return QProxyStyle::drawPrimitive(element, option, painter, widget);
+    if (!option->state.testFlag(State_On))
+        return;
+    const bool chosen = option->state.testFlag(State_Selected);
+    QRect mark(QPoint(), checkMark);
+    mark.moveCenter(option->rect.center());
+    painter->drawPixmap(mark.topLeft(),
+                        symbolPixmap(u"checkmark"_s, checkMark,
+                                     painter->device()->devicePixelRatioF(),
+                                     option->palette.color(chosen ? QPalette::HighlightedText
+                                                                  : QPalette::WindowText)));
+}
+
+} // namespace nivora
