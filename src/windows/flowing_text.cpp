@@ -1,5 +1,6 @@
 #include "flowing_text.h"
 
+#include "flowing_text_accessible.h"
 #include "focus_ring.h"
 #include "windows/theme.h"
 
@@ -28,6 +29,7 @@ FlowingText::FlowingText(Weight weight, QWidget *parent)
     : QWidget(parent)
     , m_weight(weight)
 {
+    makeFlowingTextsAccessible(); // before anybody asks
     setFocusPolicy(Qt::StrongFocus);
     setCursor(Qt::IBeamCursor);
     m_layoutTimer.setSingleShot(true);

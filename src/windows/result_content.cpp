@@ -1,7 +1,6 @@
 #include "result_content.h"
 
 #include "flowing_text.h"
-#include "flowing_text_accessible.h"
 #include "spinner.h"
 #include "symbol_label.h"
 #include "variant_button.h"
@@ -34,7 +33,6 @@ ResultContent::ResultContent(TranslationViewModel &session, int width, QWidget *
     , m_backTranslation(makeText(true, tr("回译")))
     , m_loading(new QWidget(this))
 {
-    makeFlowingTextsAccessible();
     auto *row = new QHBoxLayout(m_loading);
     row->setContentsMargins(0, 0, 0, 0);
     row->setSpacing(gap);
