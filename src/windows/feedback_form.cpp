@@ -61,7 +61,9 @@ QWidget *FeedbackForm::makeQuestion()
     title->setFont(bold);
     m_reason = new QComboBox(page);
     m_reason->setFont(textFont(textPixels));
+    // On Linux the toolkit gives a combo box its choice for a name.
     m_reason->setAccessibleName(tr("问题类型"));
+    m_reason->setAccessibleDescription(m_reason->accessibleName());
     for (const FeedbackReason reason : allFeedbackReasons)
         m_reason->addItem(label(reason), rawValue(reason));
     m_comment = new QLineEdit(page);

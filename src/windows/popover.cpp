@@ -48,6 +48,7 @@ void Popover::openAt(const QWidget &control, QWidget &first)
             std::max(std::min(card.left(), area.right() + 1 - card.width()), area.left()));
         card.moveTop(std::max(std::min(card.top(), area.bottom() + 1 - card.height()), area.top()));
     }
+    m_above = card.bottom() < anchor.top();
     first.setFocus(Qt::PopupFocusReason);
     present(card);
 }
@@ -70,9 +71,9 @@ bool Popover::event(QEvent *event)
 void Popover::fitHeight()
 {
     const QRect now = card();
-    const int height = contentHeight();
-    if (isVisible() && height != now.height())
-        setCard({now.topLeft(), QSize(popoverWidth, height)});
+    const int change = contentHeight() - now.height();
+    if (isVisible() && change != 0)
+        setCard(m_above ? now.adjusted(0, -change, 0, 0) : now.adjusted(0, 0, 0, change));
 }
 
 } // namespace nivora

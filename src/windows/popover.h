@@ -30,6 +30,7 @@ private:
 
     platform::WindowSystem &m_windowSystem;
     QVBoxLayout *m_column;
+    bool m_above = false; // its lower edge is the one at the control
 };
 
 } // namespace nivora
