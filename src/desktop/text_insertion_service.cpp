@@ -93,8 +93,9 @@ void TextInsertionService::press()
 
 void TextInsertionService::awaitFetch(int attemptsLeft)
 {
-    // A slow program that has not asked yet would paste the old content.
-    if (m_services.clipboard.fetchCount() > 0 || attemptsLeft == 0)
+    // A slow program that has not asked yet would paste the old content. A
+    // clipboard manager that has asked is not the one.
+    if (m_services.clipboard.fetchCount(m_window.processId) > 0 || attemptsLeft == 0)
         return giveBack();
     m_step = platform::delay(pollStep, [this, attemptsLeft] { awaitFetch(attemptsLeft - 1); });
 }

@@ -95,7 +95,8 @@ void TestTextInsertionService::aSlowProgramIsWaitedFor()
     TextInsertionService service(m_desktop->services());
     service.insertViaPaste(u"x"_s, editor);
     QTRY_VERIFY(sincePress.isValid());
-    QTRY_VERIFY(sincePress.elapsed() > 600); // twice the usual time
+    QVERIFY(m_desktop->clipboard.paste(4713)); // a clipboard manager, which is no sign
+    QTRY_VERIFY(sincePress.elapsed() > 600);   // twice the usual time
     QCOMPARE(m_desktop->clipboard.paste(), u"x"_s);
     QTRY_COMPARE(m_desktop->clipboard.contents(), usersContents());
 }

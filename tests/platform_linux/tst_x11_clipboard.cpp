@@ -153,6 +153,7 @@ void TestX11Clipboard::fetchesOfDataByOthersAreCounted()
     QTRY_COMPARE(clipboard().fetchCount(), 1);
     QVERIFY(reader.read("STRING"));
     QTRY_COMPARE(clipboard().fetchCount(), 2);
+    QCOMPARE(clipboard().fetchCount(QCoreApplication::applicationPid()), 0); // not by this one
     clipboard().setText(u"another"_s);
     QCOMPARE(clipboard().fetchCount(), 0);
 }
@@ -180,6 +181,7 @@ void TestX11Clipboard::severalTargetsAreConvertedAtOnce()
     peer.synchronise();
     QTRY_COMPARE(answered, list);
     QCOMPARE(peer.property(window, first), "text"_qba);
+    QCOMPARE(clipboard().fetchCount(QCoreApplication::applicationPid()), 1);
     // The one that could not be converted is struck out.
     const xcb_atom_t struck[] = {pairs[0], pairs[1], pairs[2], XCB_NONE};
     QCOMPARE(peer.property(window, list),

@@ -29,7 +29,7 @@ ClipboardContents textContents(const QString &text)
 
 X11Clipboard::X11Clipboard(X11SelectionThread &thread)
     : m_thread(thread)
-    , m_fetches(std::make_shared<std::atomic<int>>(0))
+    , m_fetches(std::make_shared<X11FetchLog>())
 {
 }
 
@@ -63,15 +63,15 @@ void X11Clipboard::setText(const QString &text, Privacy privacy)
 void X11Clipboard::setContents(const ClipboardContents &contents)
 {
     ++m_thread.clipboardChanges();
-    m_fetches = std::make_shared<std::atomic<int>>(0);
+    m_fetches = std::make_shared<X11FetchLog>();
     m_thread.post([offer = X11Offer{contents, m_fetches}](X11SelectionWorker &worker) {
         worker.offer(offer);
     });
 }
 
-int X11Clipboard::fetchCount() const
+int X11Clipboard::fetchCount(qint64 processId) const
 {
-    return *m_fetches;
+    return m_fetches->count(processId);
 }
 
 } // namespace nivora::linuxdesktop

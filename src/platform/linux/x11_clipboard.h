@@ -18,11 +18,11 @@ public:
                             std::function<void(std::optional<QString>)> done) override;
     void setText(const QString &text, Privacy privacy) override;
     void setContents(const platform::ClipboardContents &contents) override;
-    int fetchCount() const override;
+    int fetchCount(qint64 processId) const override;
 
 private:
     X11SelectionThread &m_thread;
-    std::shared_ptr<std::atomic<int>> m_fetches; // of what we offered last
+    std::shared_ptr<X11FetchLog> m_fetches; // of what we offered last
 };
 
 } // namespace nivora::linuxdesktop

@@ -150,7 +150,7 @@ bool X11SelectionOwner::convert(xcb_window_t requestor, xcb_atom_t target, xcb_a
         c, XCB_PROP_MODE_REPLACE, requestor, property, form->type, static_cast<uint8_t>(form->unit),
         static_cast<uint32_t>(form->bytes.size() * 8 / form->unit), form->bytes.constData());
     if (form->counts)
-        ++*m_offer->fetches;
+        m_offer->fetches->add(connection().processOf(requestor));
     return true;
 }
 
@@ -182,7 +182,7 @@ void X11SelectionOwner::convertInPieces(xcb_window_t requestor, xcb_atom_t prope
         connection(), requestor, property, form.type, form.unit, form.bytes,
         [this, fetches = std::move(fetches)](const X11IncrSender *sender, bool complete) {
             if (complete && fetches)
-                ++*fetches;
+                fetches->add(connection().processOf(sender->requestor()));
             ended(sender);
         }));
 }

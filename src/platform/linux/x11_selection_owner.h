@@ -1,9 +1,9 @@
 #pragma once
 
 #include "platform/clipboard.h"
+#include "x11_fetch_log.h"
 #include "x11_incr_sender.h"
 
-#include <atomic>
 #include <deque>
 #include <memory>
 #include <vector>
@@ -14,7 +14,7 @@ namespace nivora::linuxdesktop {
 struct X11Offer
 {
     platform::ClipboardContents contents;
-    std::shared_ptr<std::atomic<int>> fetches; // counts the data handed out
+    std::shared_ptr<X11FetchLog> fetches; // of the data handed out
 };
 
 // Holds a selection and hands out what was offered to the programs that ask.

@@ -46,14 +46,21 @@ void MemoryClipboard::setText(const QString &text, Privacy privacy)
     auto contents = textContents(text);
     if (privacy == Privacy::Concealed)
         contents.items.push_back(item(concealedFormat, QByteArrayLiteral("secret")));
-    m_fetchCount = 0;
+    m_fetchers.clear();
     replace(std::move(contents), true, Owner::Prompt);
 }
 
 void MemoryClipboard::setContents(const ClipboardContents &contents)
 {
-    m_fetchCount = 0;
+    m_fetchers.clear();
     replace(contents, !contents.items.empty(), Owner::Prompt);
+}
+
+int MemoryClipboard::fetchCount(qint64 processId) const
+{
+    return int(std::ranges::count_if(m_fetchers, [&](qint64 fetcher) {
+        return processId == 0 || fetcher == 0 || fetcher == processId;
+    }));
 }
 
 void MemoryClipboard::putForeignText(const QString &text)
@@ -66,13 +73,13 @@ void MemoryClipboard::putForeignContents(const ClipboardContents &contents, Owne
     replace(contents, false, owner);
 }
 
-std::optional<QString> MemoryClipboard::paste()
+std::optional<QString> MemoryClipboard::paste(qint64 processId)
 {
     if (m_owner == Owner::Silent)
         return std::nullopt;
     auto pasted = text();
     if (m_ours && pasted)
-        ++m_fetchCount;
+        m_fetchers.push_back(processId);
     return pasted;
 }
 

@@ -61,9 +61,10 @@ public:
     // Contents without items empty the clipboard.
     virtual void setContents(const ClipboardContents &contents) = 0;
 
-    // How often another program has fetched data that this one put there, since
-    // the last setText() or setContents().
-    virtual int fetchCount() const = 0;
+    // How often data that this program put there has been fetched since the last
+    // setText() or setContents(): by this process or by one that cannot be told,
+    // by any other program for 0. Clipboard managers fetch whatever they see.
+    virtual int fetchCount(qint64 processId = 0) const = 0;
 };
 
 } // namespace nivora::platform

@@ -22,7 +22,7 @@ public:
                             std::function<void(std::optional<QString>)> done) override;
     void setText(const QString &text, Privacy privacy = Privacy::Ordinary) override;
     void setContents(const platform::ClipboardContents &contents) override;
-    int fetchCount() const override { return m_fetchCount; }
+    int fetchCount(qint64 processId) const override;
 
     // Another program puts something on the clipboard.
     void putForeignText(const QString &text);
@@ -30,7 +30,7 @@ public:
                             Owner owner = Owner::Prompt);
 
     // Another program pastes: the text, counted as one fetch if it is ours.
-    std::optional<QString> paste();
+    std::optional<QString> paste(qint64 processId = 0);
 
     // What is there now, without any counting.
     const platform::ClipboardContents &contents() const { return m_contents; }
@@ -45,7 +45,7 @@ private:
     bool m_ours = false;
     Owner m_owner = Owner::Prompt;
     quint64 m_changeCount = 0;
-    int m_fetchCount = 0;
+    std::vector<qint64> m_fetchers; // their processes, 0 for one that cannot be told
 };
 
 } // namespace nivora::memory
