@@ -79,7 +79,7 @@ void JsonPreferences::save(Patience patience)
         warnOnce("cannot be written");
         return;
     }
-    const auto lock = takeLock();
+    const auto lock = takeLock(patience);
     // To write without the lock is to lose what the other process writes.
     if (lock.isTaken() && patience == Patience::Some && !m_refused.hasExpired(deadAfter.count())) {
         m_retry.start();
@@ -97,8 +97,12 @@ void JsonPreferences::save(Patience patience)
         m_unsaved.clear(); // otherwise the other process may yet overwrite them
 }
 
-FileLock JsonPreferences::takeLock()
+FileLock JsonPreferences::takeLock(Patience patience)
 {
+    // The last attempt of all may take longer: nobody waits for what ends.
+    const bool isLast = patience == Patience::None;
+    const auto stuck = isLast ? deadAfter : stuckWait;
+    const auto busy = isLast ? deadAfter : busyWait;
     using Clock = std::chrono::steady_clock;
     const auto start = Clock::now();
     auto lastSign = start;
@@ -109,7 +113,7 @@ FileLock JsonPreferences::takeLock()
             version = latest;
             lastSign = now;
         }
-        return m_waitForLock && now - lastSign < stuckWait && now - start < busyWait;
+        return m_waitForLock && now - lastSign < stuck && now - start < busy;
     });
     // A process that is stopped while it holds the lock costs the wait once.
     m_waitForLock = !lock.isTaken();

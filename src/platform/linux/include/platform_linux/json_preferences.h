@@ -47,7 +47,7 @@ private:
     void keepFileAside();
     enum class Patience { None, Some };
     void save(Patience patience = Patience::Some);
-    FileLock takeLock();
+    FileLock takeLock(Patience patience = Patience::Some);
     void warnOnce(const char *what);
 
     std::unique_ptr<JsonFile> m_file;
