@@ -269,7 +269,9 @@ void TestFaults::triggerAnswersAndTheClipboardIsKept_data()
          .prepare =
              [](Scene &scene) {
                  // The product says what it lacks; the user goes on elsewhere.
-                 return scene.road.user->waitForMapped(X11Driver::ofClass(u"Nivora"_s), patience) &&
+                 const auto alert = scene.road.user->waitForMapped(
+                     X11Driver::ofClass(u"Nivora"_s, u"alert"_s), patience);
+                 return alert && scene.road.user->waitForActive(alert->id, patience) &&
                         scene.openProgram();
              },
          .translated = u"copied"_s,

@@ -44,7 +44,7 @@ private Q_SLOTS:
     void fromTheSecondShiftToThePanel()
     {
         Road road;
-        QVERIFY2(road.begin(), qUtf8Printable(road.problem()));
+        QVERIFY2(road.begin({{u"saveHistory"_s, false}}), qUtf8Printable(road.problem()));
         road.server.setHandler(
             [](const localcloud::Request &) { return localcloud::eventStream({u"はい"_s}); });
         QVERIFY2(road.open(Editor::Toolkit::Gtk, u"请发一下报价"_s),

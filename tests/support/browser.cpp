@@ -21,6 +21,7 @@ namespace {
 
 constexpr auto startBound = 40s;
 constexpr auto patience = 10s;
+constexpr auto placeBound = 3s;
 constexpr auto keysBound = 1s;
 
 // Asks twenty times a second what to show and tells what it holds.
@@ -251,14 +252,24 @@ std::optional<AccessibleElement> Browser::focused() const
 
 QRect Browser::place() const
 {
-    const auto field = focused();
-    if (!field)
+    if (m_kind == Kind::Chromium)
         return {};
-    const QRect selection = field->selectionBounds();
-    if (!selection.isEmpty())
-        return selection;
-    const QRect next = field->characterBounds(field->cursor());
-    return {next.x(), next.y(), 0, next.height()};
+    // A browser begins to show its elements when it is first asked for them, and
+    // their places a little later.
+    QRect found;
+    const auto isTold = [&] {
+        const auto field = focused();
+        if (!field)
+            return false;
+        found = field->selectionBounds();
+        if (selectedText().isEmpty()) { // as the page says, which knows at once
+            const QRect next = field->characterBounds(field->cursor());
+            found = {next.x(), next.y(), 0, next.height()};
+        }
+        return found.height() > 0;
+    };
+    waitUntil(isTold, placeBound);
+    return found;
 }
 
 QRect Browser::frame() const
