@@ -89,6 +89,7 @@ void FloatingPanelController::show(PanelMode mode, const std::optional<QRectF> &
 void FloatingPanelController::hide()
 {
     m_session.stopSpeaking();
+    m_session.stopListening(); // no microphone stays open unseen
     m_keyboardCheck.cancel();
     if (!m_panel)
         return;
