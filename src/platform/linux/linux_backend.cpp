@@ -10,6 +10,7 @@
 #include "platform_linux/speech_offline_recognizer.h"
 #include "platform_linux/speechd_synthesizer.h"
 #include "platform_linux/x11_desktop.h"
+#include "platform_linux/xdg_web_browser.h"
 
 namespace nivora::linuxdesktop {
 
@@ -27,6 +28,7 @@ struct LinuxBackend::Parts
     OfflineSpeechRecognizer speechRecognizer;
     QtAudioInput audioInput;
     PortalAppearance appearance;
+    XdgWebBrowser webBrowser;
 };
 
 LinuxBackend::LinuxBackend()
@@ -60,6 +62,7 @@ platform::Services LinuxBackend::services()
         .speechRecognizer = parts.speechRecognizer,
         .audioInput = parts.audioInput,
         .appearance = parts.appearance,
+        .webBrowser = parts.webBrowser,
     };
 }
 

@@ -16,6 +16,7 @@ class SecretStore;
 class SettingsPanes;
 class SpeechRecognizer;
 class SpeechSynthesizer;
+class WebBrowser;
 class WindowSystem;
 
 // One backend's implementation of every interface. Borrowed: whoever makes the
@@ -37,6 +38,7 @@ struct Services
     SpeechRecognizer &speechRecognizer;
     AudioInput &audioInput;
     Appearance &appearance;
+    WebBrowser &webBrowser;
 };
 
 } // namespace nivora::platform

@@ -13,6 +13,7 @@
 #include "platform_memory/memory_settings_panes.h"
 #include "platform_memory/memory_speech_recognizer.h"
 #include "platform_memory/memory_speech_synthesizer.h"
+#include "platform_memory/memory_web_browser.h"
 #include "platform_memory/memory_window_system.h"
 
 namespace nivora::memory {
@@ -36,6 +37,7 @@ struct MemoryDesktop
     MemorySpeechRecognizer speechRecognizer;
     MemoryAudioInput audioInput;
     MemoryAppearance appearance;
+    MemoryWebBrowser webBrowser;
 
     // Borrows from this object.
     platform::Services services()
@@ -43,7 +45,7 @@ struct MemoryDesktop
         return {preferences,      secrets,       keyEventTap,       hotKey,
                 keySynthesizer,   accessibility, clipboard,         primarySelection,
                 windowSystem,     settingsPanes, japaneseTokenizer, speechSynthesizer,
-                speechRecognizer, audioInput,    appearance};
+                speechRecognizer, audioInput,    appearance,        webBrowser};
     }
 };
 
