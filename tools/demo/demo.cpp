@@ -23,6 +23,7 @@ namespace {
 constexpr auto patience = 10s;
 
 const auto sentence = u"请发一下报价"_s;
+const auto token = u"demonstration"_s;
 const QByteArray clipboardText = "what was on the clipboard before";
 const QByteArray clipboardPage = "<p>what was on the <b>clipboard</b> before</p>";
 
@@ -52,8 +53,9 @@ bool Demo::prepare()
     m_product.emplace(m_session, *m_user, *m_tree);
     m_editor.emplace(m_session, *m_user, *m_tree);
 
-    auto *cloud = m_session.launch(beside(u"localcloud"_s),
-                                   {u"--port"_s, QString::number(m_options.cloud.port())});
+    auto *cloud = m_session.launch(
+        beside(u"localcloud"_s),
+        {u"--port"_s, QString::number(m_options.cloud.port()), u"--token"_s, token});
     const bool listens =
         cloud &&
         waitUntil([&] { return cloud->canReadLine() || cloud->state() == QProcess::NotRunning; },
@@ -67,7 +69,7 @@ bool Demo::prepare()
         m_session.launch(u"secret-tool"_s, {u"store"_s, u"--label=Nivora"_s, u"service"_s,
                                             u"app.nivora"_s, u"account"_s, u"session-token"_s});
     if (keyring) {
-        keyring->write("a token for the demonstration");
+        keyring->write(token.toUtf8());
         keyring->closeWriteChannel();
         waitUntil([&] { return keyring->state() == QProcess::NotRunning; }, patience);
     }

@@ -1,5 +1,6 @@
 #include "localcloud/cloud_service.h"
 
+#include "localcloud/accounts.h"
 #include "localcloud/event_stream.h"
 #include "localcloud/router.h"
 #include "prompt.h"
@@ -42,12 +43,6 @@ std::optional<QJsonObject> objectOf(const QByteArray &body)
     if (error.error != QJsonParseError::NoError || !document.isObject())
         return std::nullopt;
     return document.object();
-}
-
-bool isAuthorized(const Request &request)
-{
-    const QByteArray value = request.header("Authorization");
-    return value.startsWith("Bearer ") && !value.sliced(7).trimmed().isEmpty();
 }
 
 // A field that may be left out, but not be of another type.
@@ -116,6 +111,7 @@ std::optional<QString> lastUserMessage(const QJsonObject &body)
 CloudService::CloudService(Options options)
     : m_pieceDelay(options.pieceDelay)
     , m_upstream(std::move(options.upstream))
+    , m_accounts(options.accounts)
 {
 }
 
@@ -126,6 +122,11 @@ void CloudService::addRoutes(Router &router)
                [this](const Request &each) { return complete(each); });
     router.add("GET", "/v1/models", [this](const Request &) { return models(); });
     router.add("POST", "/v1/feedback", [this](const Request &each) { return takeFeedback(each); });
+}
+
+bool CloudService::isAuthorized(const Request &request) const
+{
+    return m_accounts ? m_accounts->find(request) != nullptr : !bearerToken(request).isEmpty();
 }
 
 Answer CloudService::translate(const Request &request)
@@ -140,6 +141,8 @@ Answer CloudService::translate(const Request &request)
         return std::move(*refusal);
 
     const Wish &wish = std::get<Wish>(read);
+    if (m_accounts)
+        m_accounts->find(request)->used += wish.text.size();
     const bool stream = body->value(u"stream"_s).toBool();
     const QByteArray id = QUuid::createUuid().toByteArray(QUuid::WithoutBraces);
     if (!m_upstream)

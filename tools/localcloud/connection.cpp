@@ -24,6 +24,7 @@ constexpr Reason reasons[] = {
     {204, "No Content"},
     {301, "Moved Permanently"},
     {302, "Found"},
+    {303, "See Other"},
     {307, "Temporary Redirect"},
     {308, "Permanent Redirect"},
     {400, "Bad Request"},

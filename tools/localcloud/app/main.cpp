@@ -1,3 +1,5 @@
+#include "localcloud/account_service.h"
+#include "localcloud/accounts.h"
 #include "localcloud/cloud_service.h"
 #include "localcloud/router.h"
 #include "localcloud/server.h"
@@ -72,6 +74,10 @@ int main(int argc, char **argv)
                       "the environment variable NIVORA_UPSTREAM_KEY."_s,
                       u"URL"_s});
     parser.addOption({u"model"_s, u"The upstream server's model."_s, u"NAME"_s});
+    parser.addOption({u"token"_s,
+                      u"Somebody is signed in with this token already; without it, only those "
+                      "who sign in here."_s,
+                      u"TOKEN"_s});
     parser.process(application);
 
     bool isPort = false;
@@ -94,9 +100,19 @@ int main(int argc, char **argv)
                                                                   qgetenv("NIVORA_UPSTREAM_KEY"));
     }
 
+    localcloud::Accounts accounts;
+    if (parser.isSet(u"token"_s))
+        accounts.addToken(parser.value(u"token"_s).toUtf8(), u"somebody@example.com"_s);
+    options.accounts = &accounts;
     localcloud::CloudService service(std::move(options));
+    localcloud::AccountService accountService(
+        accounts, [](const localcloud::AccountService::Mail &mail) {
+            std::printf("code for %s: %s\n", qUtf8Printable(mail.email), qUtf8Printable(mail.code));
+            std::fflush(stdout);
+        });
     localcloud::Router router;
     service.addRoutes(router);
+    accountService.addRoutes(router);
 
     localcloud::Server server;
     server.setRecording(false); // what people translate is not kept

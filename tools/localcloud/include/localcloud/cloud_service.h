@@ -12,6 +12,7 @@
 
 namespace nivora::localcloud {
 
+class Accounts;
 class Router;
 struct Wish;
 
@@ -32,6 +33,9 @@ public:
         // Between one streamed piece and the next.
         std::chrono::milliseconds pieceDelay{15};
         std::unique_ptr<Upstream> upstream;
+        // When set, only tokens issued there are taken, and what is translated is
+        // counted there; otherwise any token will do. Borrowed.
+        Accounts *accounts = nullptr;
     };
 
     explicit CloudService(Options options);
@@ -44,11 +48,13 @@ private:
     Answer complete(const Request &request);
     Answer models() const;
     Answer takeFeedback(const Request &request) const;
+    bool isAuthorized(const Request &request) const;
     QString answerTo(const Wish &wish) const;
     Answer completion(const QString &prompt, const QString &result, bool stream, bool usage) const;
 
     std::chrono::milliseconds m_pieceDelay;
     std::unique_ptr<Upstream> m_upstream;
+    Accounts *m_accounts;
     PhraseBook m_book;
 };
 

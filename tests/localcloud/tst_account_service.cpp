@@ -1,0 +1,132 @@
+#include "localcloud/account_service.h"
+#include "localcloud/accounts.h"
+#include "localcloud/cloud_service.h"
+#include "localcloud/router.h"
+
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QTest>
+#include <QUrlQuery>
+
+using namespace Qt::Literals::StringLiterals;
+using namespace nivora::localcloud;
+
+class TestAccountService : public QObject
+{
+    Q_OBJECT
+
+    Accounts m_accounts;
+    int m_mails = 0;
+    AccountService m_service{m_accounts, [this](const auto &) { ++m_mails; }};
+    CloudService m_translations{{.upstream = {}, .accounts = &m_accounts}};
+    Router m_router;
+
+    Answer ask(const QByteArray &method, const QByteArray &target, const QJsonObject &body = {},
+               const QByteArray &token = {})
+    {
+        Request request;
+        request.method = method;
+        request.path = target.split('?').first();
+        request.query = target.mid(request.path.size() + 1);
+        request.body = QJsonDocument(body).toJson();
+        request.headers = {{"Host", "127.0.0.1:8"}, {"Authorization", "Bearer " + token}};
+        return m_router.handle(request);
+    }
+    static QByteArray bodyOf(const Answer &answer)
+    {
+        return std::get<step::Send>(answer.steps.front()).bytes;
+    }
+    static QJsonObject jsonOf(const Answer &answer)
+    {
+        return QJsonDocument::fromJson(bodyOf(answer)).object();
+    }
+    // Has a code mailed.
+    QString code()
+    {
+        ask("POST", "/auth/email/start", {{u"email"_s, u"<me>@x"_s}, {u"lang"_s, u"ja"_s}});
+        return m_service.outgoingMail().last().code;
+    }
+    Answer verify(const QString &code)
+    {
+        return ask("POST", "/auth/email/verify", {{u"email"_s, u"<me>@x"_s}, {u"code"_s, code}});
+    }
+
+private Q_SLOTS:
+    void initTestCase()
+    {
+        m_service.addRoutes(m_router);
+        m_translations.addRoutes(m_router);
+    }
+
+    void theLastCodeCountsOnceAndNotForGuessing()
+    {
+        QCOMPARE(ask("POST", "/auth/email/start", {{u"email"_s, u"me"_s}}).status, 400);
+        QCOMPARE(m_mails, 0);
+        const QString first = code();
+        const QString second = code();
+        QCOMPARE(m_mails, 2);
+        const QByteArray page = bodyOf(ask("GET", "/mail"));
+        QVERIFY(page.indexOf(second.toUtf8()) < page.indexOf(first.toUtf8()));
+        QVERIFY(page.contains("&lt;me&gt;@x") && !page.contains("<me>"));
+
+        QCOMPARE(jsonOf(verify(u"no"_s)), (QJsonObject{{u"error"_s, u"验证码错误"_s}}));
+        const QJsonObject session = jsonOf(verify(second));
+        QCOMPARE(session[u"email"], QJsonValue(u"<me>@x"_s));
+        QCOMPARE(session[u"token"].toString().size(), 64);
+        QCOMPARE(verify(second).status, 400);
+        const QString third = code();
+        for (int i = 0; i < 5; ++i)
+            verify(u"guess"_s);
+        QCOMPARE(verify(third).status, 400);
+    }
+
+    void theGoogleButtonLeadsToALinkWithAToken()
+    {
+        QVERIFY(bodyOf(ask("GET", "/auth/google/start")).contains("/auth/google/finish"));
+        const Answer answer = ask("POST", "/auth/google/finish");
+        const QUrl link = QUrl::fromEncoded(headerValue(answer.headers, "Location"));
+        QCOMPARE(link.scheme(), u"nivora"_s);
+        const QString token = QUrlQuery(link).queryItemValue(u"token"_s);
+        QCOMPARE(ask("GET", "/billing/status", {}, token.toLatin1()).status, 200);
+    }
+
+    void whatIsTranslatedIsCountedAndThePagesChangeThePlan()
+    {
+        const QByteArray token = m_accounts.issueToken(u"you@x"_s);
+        const QJsonObject text{{u"text"_s, u"请发一下报价"_s}, {u"target"_s, u"japanese"_s}};
+        QCOMPARE(ask("POST", "/v1/translate", text, token).status, 200);
+        QCOMPARE(ask("POST", "/v1/translate", {{u"text"_s, u"x"_s}}, token).status, 400);
+        const auto status = [&] { return jsonOf(ask("GET", "/billing/status", {}, token)); };
+        QCOMPARE(status()[u"used"], QJsonValue(6));
+        QVERIFY(status()[u"periodEnd"].toInteger() > QDateTime::currentMSecsSinceEpoch());
+
+        for (const auto &[path, plan] :
+             {std::pair{"checkout"_ba, u"pro"_s}, {"portal"_ba, u"free"_s}}) {
+            const QUrl url(jsonOf(ask("POST", "/billing/" + path, {}, token))[u"url"].toString());
+            QCOMPARE(url.authority(), u"127.0.0.1:8"_s);
+            const QByteArray target = url.toEncoded(QUrl::RemoveScheme | QUrl::RemoveAuthority);
+            QVERIFY(bodyOf(ask("GET", target)).contains("<button"));
+            QCOMPARE(ask("POST", target).status, 200);
+            QCOMPARE(status()[u"plan"], QJsonValue(plan));
+            QCOMPARE(ask("POST", target).status, 404); // pressed once
+        }
+    }
+
+    void nobodyElsesTokenCounts_data()
+    {
+        QTest::addColumn<QByteArray>("method");
+        for (const char *each : {"POST /v1/translate", "POST /v1/feedback", "GET /billing/status",
+                                 "POST /billing/checkout", "POST /billing/portal"})
+            QTest::newRow(each) << QByteArray(each);
+    }
+    void nobodyElsesTokenCounts()
+    {
+        QFETCH(const QByteArray, method);
+        const QByteArrayList words = method.split(' ');
+        for (const QByteArray &token : {""_ba, "t"_ba})
+            QCOMPARE(ask(words[0], words[1], {}, token).status, 401);
+    }
+};
+
+QTEST_GUILESS_MAIN(TestAccountService)
+#include "tst_account_service.moc"
