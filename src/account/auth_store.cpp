@@ -1,5 +1,6 @@
 #include "account/auth_store.h"
 
+#include "core/auth_service.h"
 #include "stores/keychain_store.h"
 
 #include "platform/preferences.h"
@@ -27,6 +28,26 @@ AuthStore::AuthStore(platform::Preferences &preferences, KeychainStore &keychain
 bool AuthStore::isSignedIn() const
 {
     return !m_keychain.read(KeychainStore::sessionTokenAccount()).value_or(QString()).isEmpty();
+}
+
+bool AuthStore::signIn(const AuthSession &session)
+{
+    const QString account = KeychainStore::sessionTokenAccount();
+    m_keychain.write(account, session.token);
+    if (m_keychain.read(account) != session.token)
+        return false;
+    m_email = session.email;
+    m_preferences.set(emailKey, m_email);
+    Q_EMIT changed();
+    return true;
+}
+
+void AuthStore::signOut()
+{
+    m_keychain.write(KeychainStore::sessionTokenAccount(), std::nullopt);
+    m_email.clear();
+    m_preferences.remove(emailKey);
+    Q_EMIT changed();
 }
 
 } // namespace nivora

@@ -1,5 +1,7 @@
 #include "http_parts.h"
 
+#include <QNetworkReply>
+
 #include <algorithm>
 
 namespace nivora {
@@ -19,6 +21,16 @@ bool isHeaderValue(const QByteArray &value)
 {
     return std::ranges::none_of(value,
                                 [](char c) { return static_cast<uchar>(c) < 0x20 || c == 0x7F; });
+}
+
+bool isWholeDespiteError(const QNetworkReply &reply, qint64 received)
+{
+    if (reply.error() != QNetworkReply::ContentReSendError)
+        return false;
+    const QVariant length = reply.header(QNetworkRequest::ContentLengthHeader);
+    if (length.isValid())
+        return length.toLongLong() == received;
+    return !reply.hasRawHeader("Transfer-Encoding");
 }
 
 SingleUseBody::SingleUseBody(const QByteArray &bytes)

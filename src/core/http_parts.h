@@ -5,6 +5,8 @@
 #include <QString>
 #include <QUrl>
 
+class QNetworkReply;
+
 namespace nivora {
 
 // The base with the path put behind its own.
@@ -13,6 +15,12 @@ QUrl appendPath(const QUrl &base, QStringView path);
 // Whether the value can be a header's: a control character would end the line
 // and start another.
 bool isHeaderValue(const QByteArray &value);
+
+// Whether an answer that ended with an error is complete all the same, with this
+// many bytes of its body received. When a server answers and closes at once, Qt
+// may see the end before the answer. It then delivers the answer, and after it
+// the error of the second attempt that a SingleUseBody does not allow.
+bool isWholeDespiteError(const QNetworkReply &reply, qint64 received);
 
 // A request body that can be read once. When a connection breaks before the
 // answer, Qt sends the request again by itself, up to three times and at once,

@@ -131,26 +131,15 @@ void ServiceRequest::onReplyFinished()
     const int status = m_reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
     if (!m_accepted && status >= 300)
         return onFailed(TranslationError::http(status));
-    if (error != QNetworkReply::NoError && !isWholeDespite(error))
+    const bool isWhole = error == QNetworkReply::NoError ||
+                         (m_accepted && isWholeDespiteError(*m_reply, m_received));
+    if (!isWhole)
         return failOrRetry(networkFault(error), m_reply->errorString());
     if (!m_accepted) {
         return onFailed(m_answer == Answer::Stream ? invalidResponse()
                                                    : TranslationError::http(-1));
     }
     onComplete();
-}
-
-// When a server answers and closes at once, Qt may see the end before the answer.
-// It then delivers the answer, and after it the error of the second attempt that
-// the body does not allow.
-bool ServiceRequest::isWholeDespite(QNetworkReply::NetworkError error) const
-{
-    if (error != QNetworkReply::ContentReSendError || !m_accepted)
-        return false;
-    const QVariant length = m_reply->header(QNetworkRequest::ContentLengthHeader);
-    if (length.isValid())
-        return length.toLongLong() == m_received;
-    return !m_reply->hasRawHeader("Transfer-Encoding"_ba);
 }
 
 void ServiceRequest::failOrRetry(NetworkFault fault, const QString &description)

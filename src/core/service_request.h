@@ -47,7 +47,6 @@ private:
     bool followRedirect();
     void onReadyRead();
     void onReplyFinished();
-    bool isWholeDespite(QNetworkReply::NetworkError error) const;
     void failOrRetry(NetworkFault fault, const QString &description);
     void dropReply();
     void stop() override;

@@ -12,10 +12,9 @@ public:
     platform::Task open(const QUrl &page, std::function<void(bool)> done) override
     {
         m_opened.append(page);
-        return platform::delay(std::chrono::milliseconds(0),
-                               [installed = m_installed, done = std::move(done)] {
-                                   done(installed);
-                               });
+        return platform::delay(
+            std::chrono::milliseconds(0),
+            [installed = m_installed, done = std::move(done)] { done(installed); });
     }
 
     // Whether there is a browser.

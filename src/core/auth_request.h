@@ -1,0 +1,52 @@
+#pragma once
+
+#include "core/auth_endpoint.h"
+#include "core/auth_error.h"
+
+#include "platform/task.h"
+
+#include <QJsonObject>
+#include <QNetworkReply>
+#include <QStringView>
+
+#include <functional>
+#include <optional>
+
+namespace nivora {
+
+// The answer as a JSON object; an empty one when it is none.
+QJsonObject answerObject(const QByteArray &answer);
+
+// One request about the account: sent once, its answer read whole. A redirect is
+// not followed, since elsewhere the token would reach a host that nobody named.
+class AuthRequest final : public platform::Operation
+{
+public:
+    struct Content
+    {
+        QByteArray method;
+        QStringView path;
+        QByteArray json = {}; // empty: no body
+        // Absent: no Authorization header. One that is no session token cannot be
+        // sent, which counts as an invalid response.
+        std::optional<QString> token = {};
+    };
+    // The body of an answer from 200 to 299.
+    using Done = std::function<void(AuthResult<QByteArray>)>;
+
+    AuthRequest(const AuthEndpoint &endpoint, const Content &content, Done done);
+
+private:
+    void send(const AuthEndpoint &endpoint, const Content &content);
+    void onReadyRead();
+    AuthResult<QByteArray> outcome() const;
+    void end(const AuthResult<QByteArray> &result);
+    void stop() override;
+
+    Done m_done;
+    QNetworkReply *m_reply = nullptr;
+    platform::Task m_refusal;
+    QByteArray m_answer;
+};
+
+} // namespace nivora
