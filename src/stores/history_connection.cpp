@@ -20,6 +20,12 @@ constexpr int interruptPeriod = 1000;
 
 } // namespace
 
+bool isDamage(int result)
+{
+    const int kind = result & 0xFF;
+    return kind == SQLITE_NOTADB || kind == SQLITE_CORRUPT;
+}
+
 void SqlStatement::Finalize::operator()(sqlite3_stmt *statement) const
 {
     sqlite3_finalize(statement);
@@ -41,7 +47,9 @@ SqlStatement &SqlStatement::bind(int index, double number)
 
 bool SqlStatement::step()
 {
-    return m_statement && sqlite3_step(m_statement.get()) == SQLITE_ROW;
+    if (m_statement)
+        m_result = sqlite3_step(m_statement.get());
+    return m_result == SQLITE_ROW;
 }
 
 QString SqlStatement::text(int column) const
@@ -105,8 +113,8 @@ int HistoryConnection::askInterrupt(void *self)
 SqlStatement HistoryConnection::prepare(const char *sql)
 {
     sqlite3_stmt *prepared = nullptr;
-    sqlite3_prepare_v2(m_database.get(), sql, -1, &prepared, nullptr);
     SqlStatement statement;
+    statement.m_result = sqlite3_prepare_v2(m_database.get(), sql, -1, &prepared, nullptr);
     statement.m_statement.reset(prepared);
     return statement;
 }

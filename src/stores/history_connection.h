@@ -12,6 +12,10 @@ struct sqlite3_stmt;
 
 namespace nivora {
 
+// Whether a result code of SQLite's says that the file itself is damaged, or is
+// no database at all.
+bool isDamage(int result);
+
 // One prepared statement. False when it could not be prepared; it then has no
 // rows and takes bindings in silence.
 class SqlStatement
@@ -25,6 +29,8 @@ public:
 
     // True while there is a row.
     bool step();
+    // SQLite's code for the last step or, before the first, for the preparation.
+    int result() const { return m_result; }
 
     // Columns of that row, counted from 0. NULL is an empty text.
     QString text(int column) const;
@@ -38,6 +44,7 @@ private:
         void operator()(sqlite3_stmt *statement) const;
     };
     std::unique_ptr<sqlite3_stmt, Finalize> m_statement;
+    int m_result = 0;
 };
 
 // One connection to a database file. Used by one thread at a time.

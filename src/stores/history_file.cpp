@@ -70,6 +70,12 @@ void restrict(const QByteArray &path, mode_t mode)
         ::chmod(path.constData(), status.st_mode & mode);
 }
 
+int openFolder(const QString &file)
+{
+    const QByteArray folder = QFile::encodeName(QFileInfo(file).path());
+    return ::open(folder.constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+}
+
 // The folder's lock goes with the process, so a crash leaves nothing behind.
 bool lock(const Descriptor &folder)
 {
@@ -103,20 +109,38 @@ QString HistoryFile::defaultPath()
     return folder + "/history.sqlite"_L1;
 }
 
-bool HistoryFile::makePrivate() const
+bool HistoryFile::makePrivate()
 {
+    m_seen = identity();
     const QString folder = QFileInfo(m_path).path();
     if (!makeOwnFolder(folder))
         return false;
     restrict(QFile::encodeName(folder), folderMode);
-    const QByteArray path = QFile::encodeName(m_path);
     // A file that is there is not opened: closing it would take away the locks
     // that another connection of this process has on it.
-    const Descriptor created(
-        ::open(path.constData(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, fileMode));
+    if (!m_seen)
+        create();
+    const QByteArray path = QFile::encodeName(m_path);
     for (const char *suffix : suffixes)
         restrict(path + suffix, fileMode);
+    m_seen = identity();
     return true;
+}
+
+// What a deleted database left beside it would pass for the new one's. The lock
+// keeps another process from having its new log taken away here.
+void HistoryFile::create() const
+{
+    const QByteArray path = QFile::encodeName(m_path);
+    const Descriptor folder(openFolder(m_path));
+    if (lock(folder) && !identity()) {
+        for (const char *suffix : suffixes) {
+            if (*suffix)
+                ::unlink((path + suffix).constData());
+        }
+    }
+    const Descriptor created(
+        ::open(path.constData(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, fileMode));
 }
 
 std::optional<HistoryFile::Identity> HistoryFile::identity() const
@@ -127,13 +151,18 @@ std::optional<HistoryFile::Identity> HistoryFile::identity() const
     return Identity{status.st_dev, status.st_ino};
 }
 
-std::optional<QString> HistoryFile::keepAside(const std::optional<Identity> &seen) const
+bool HistoryFile::isGone() const
 {
-    const QByteArray folder = QFile::encodeName(QFileInfo(m_path).path());
-    const Descriptor locked(::open(folder.constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-    if (!lock(locked))
+    const auto present = identity();
+    return !present || present != m_seen;
+}
+
+std::optional<QString> HistoryFile::keepAside() const
+{
+    const Descriptor folder(openFolder(m_path));
+    if (!lock(folder))
         return std::nullopt;
-    if (identity() != seen)
+    if (isGone())
         return QString();
     const QString name = freeName(m_path);
     for (const char *suffix : suffixes) {

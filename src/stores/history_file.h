@@ -32,17 +32,24 @@ public:
     // Makes folder and file if need be and keeps both, and what SQLite puts
     // beside them, from everybody else. False when the folder cannot be had or
     // is not this user's; any other failure shows when the file is opened.
-    bool makePrivate() const;
+    bool makePrivate();
 
-    std::optional<Identity> identity() const;
+    // The file that makePrivate() left, absent when it left none.
+    const std::optional<Identity> &seen() const { return m_seen; }
+    // That file is no longer there, whether or not another has its name.
+    bool isGone() const;
 
     // Gives the file and its companions names that nothing has yet, unless
-    // another process has put another file in the place of `seen` meanwhile.
+    // another process has put another file in the place of the one seen.
     // The new name; empty when there was nothing to do; absent when it failed.
-    std::optional<QString> keepAside(const std::optional<Identity> &seen) const;
+    std::optional<QString> keepAside() const;
 
 private:
+    std::optional<Identity> identity() const;
+    void create() const;
+
     QString m_path;
+    std::optional<Identity> m_seen;
 };
 
 } // namespace nivora

@@ -45,12 +45,15 @@ HistoryList readHistory(const QString &path, const QString &search, int limit,
     database.setPatience(readPatience);
     database.setInterrupt(std::move(interrupted));
 
-    if (SqlStatement count = database.prepare(countRows); count.step())
+    SqlStatement count = database.prepare(countRows);
+    if (count.step())
         list.total = count.integer(0);
+    list.isDamaged = isDamage(count.result());
 
     const QByteArray sql =
         (search.isEmpty() ? listAll : listFound) + QByteArray::number(limit) + ';';
     SqlStatement rows = database.prepare(sql.constData());
+    list.isDamaged |= isDamage(rows.result());
     if (!rows)
         return list;
     if (!search.isEmpty())
@@ -58,6 +61,7 @@ HistoryList readHistory(const QString &path, const QString &search, int limit,
     list.entries.emplace();
     while (rows.step())
         list.entries->push_back(entryFrom(rows));
+    list.isDamaged |= isDamage(rows.result());
     return list;
 }
 

@@ -13,6 +13,7 @@ struct HistoryList
 {
     std::optional<qint64> total; // rows in the table, whatever the search
     std::optional<std::vector<HistoryEntry>> entries;
+    bool isDamaged = false; // the file, so that rows may be missing
 };
 
 // Counts the rows and reads the newest `limit` that match. Takes seconds for a

@@ -47,11 +47,6 @@ constexpr int kind(int result)
     return result & 0xFF;
 }
 
-bool isDamage(int result)
-{
-    return kind(result) == SQLITE_NOTADB || kind(result) == SQLITE_CORRUPT;
-}
-
 QString canonical(const QUuid &id)
 {
     return id.toString(QUuid::WithoutBraces).toUpper();
@@ -71,11 +66,14 @@ bool canBeKey(const QString &text)
     return !text.isEmpty() && !text.contains(QChar::Null);
 }
 
+constexpr QStringView notOpened = u"history: 打开 SQLite 失败";
+
 } // namespace
 
 HistoryStore::HistoryStore(std::function<bool()> isEnabled, QString path)
     : m_isEnabled(std::move(isEnabled))
     , m_path(std::move(path))
+    , m_file(std::make_unique<HistoryFile>(m_path))
 {
     open();
 }
@@ -89,38 +87,66 @@ QString HistoryStore::defaultPath()
 
 void HistoryStore::open()
 {
-    const HistoryFile file(m_path);
+    m_database.reset();
     // Once more with a new file, where the old one was none of SQLite's.
-    for (int attempt = 0; attempt < 2 && file.makePrivate(); ++attempt) {
-        const auto identity = file.identity();
+    for (int attempt = 0; attempt < 2 && m_file->makePrivate(); ++attempt) {
         m_database =
             std::make_unique<HistoryConnection>(m_path, HistoryConnection::Access::ReadWrite);
         if (!m_database->isOpen())
             break;
         m_database->setPatience(patience);
-        const int result = prepareSchema();
-        if (!isDamage(result))
+        m_hasSchema = false;
+        if (!isDamage(prepareSchema()))
             return;
+        // Nothing was written, and closing takes away the log that opening made.
         m_database.reset();
-        const auto keptAs = file.keepAside(identity);
-        if (!keptAs)
+        if (!keepAside())
             break;
-        if (!keptAs->isEmpty())
-            report(u"history: 文件不是数据库, 已另存为 %1"_s.arg(QFileInfo(*keptAs).fileName()));
     }
     m_database.reset();
-    report(u"history: 打开 SQLite 失败"_s);
+    report(notOpened.toString());
 }
 
-// A process that finds another one making the database has it ready later.
+// What is written to a deleted file is lost, and SQLite does not mind.
 bool HistoryStore::begin()
 {
-    if (!m_database)
-        return false;
-    m_database->setPatience(patience);
-    if (!m_hasSchema)
-        prepareSchema();
-    return true;
+    if (m_file->isGone())
+        open();
+    else if (m_database)
+        m_database->setPatience(patience);
+    return m_database != nullptr;
+}
+
+// Closed after it was renamed, the damaged file stays as it is.
+bool HistoryStore::keepAside()
+{
+    const auto keptAs = m_file->keepAside();
+    m_database.reset();
+    if (!keptAs)
+        report(notOpened.toString());
+    else if (!keptAs->isEmpty())
+        report(u"history: 文件不是数据库, 已另存为 %1"_s.arg(QFileInfo(*keptAs).fileName()));
+    return keptAs.has_value();
+}
+
+// `operation` gives SQLite's result code. It runs once more with a new file where
+// the old one turns out to be damaged; a new one that is damaged too ends it, lest
+// a broken disk fill with files.
+void HistoryStore::perform(const std::function<int()> &operation)
+{
+    // A process that finds another one making the database has it ready later.
+    const auto succeeds = [&] {
+        return (m_hasSchema || !isDamage(prepareSchema())) && !isDamage(operation());
+    };
+    if (!begin() || succeeds())
+        return;
+    if (keepAside()) {
+        open();
+        if (!m_database || succeeds())
+            return;
+    }
+    m_database.reset();
+    report(notOpened.toString());
 }
 
 // The first failure ends it: the same cause would only speak again.
@@ -157,53 +183,70 @@ void HistoryStore::report(const QString &message)
 void HistoryStore::record(const QString &source, const QString &translation, Language from,
                           Language to)
 {
-    if (!m_isEnabled() || !begin())
+    if (!m_isEnabled())
         return;
     const QString key = source.trimmed();
     const QString text = translation.trimmed();
-    if (!canBeKey(key) || text.isEmpty() || newest(key, to) == text)
+    if (!canBeKey(key) || text.isEmpty())
         return;
-    if (SqlStatement row = m_database->prepare(insertRow)) {
-        row.bind(1, canonical(QUuid::createUuid()))
-            .bind(2, secondsSinceEpoch())
-            .bind(3, key)
-            .bind(4, text)
-            .bind(5, rawValue(from))
-            .bind(6, rawValue(to))
-            .step();
-    }
-    reload();
+    std::optional<QString> last;
+    perform([&] {
+        const int result = newest(key, to, last);
+        return isDamage(result) || last == text ? result : insert(key, text, from, to);
+    });
+    if (last != text)
+        reload();
 }
 
 std::optional<QString> HistoryStore::latestTranslation(const QString &source, Language target)
 {
     const QString key = source.trimmed();
-    return canBeKey(key) && begin() ? newest(key, target) : std::nullopt;
+    std::optional<QString> translation;
+    if (canBeKey(key))
+        perform([&] { return newest(key, target, translation); });
+    return translation;
 }
 
-std::optional<QString> HistoryStore::newest(const QString &trimmedSource, Language target)
+int HistoryStore::newest(const QString &key, Language target, std::optional<QString> &translation)
 {
     SqlStatement row = m_database->prepare(newestTranslation);
-    if (row.bind(1, trimmedSource).bind(2, rawValue(target)).step())
-        return row.text(0);
-    return std::nullopt;
+    row.bind(1, key).bind(2, rawValue(target));
+    translation = row.step() ? std::optional(row.text(0)) : std::nullopt;
+    return row.result();
+}
+
+int HistoryStore::insert(const QString &key, const QString &translation, Language from, Language to)
+{
+    SqlStatement row = m_database->prepare(insertRow);
+    row.bind(1, canonical(QUuid::createUuid()))
+        .bind(2, secondsSinceEpoch())
+        .bind(3, key)
+        .bind(4, translation)
+        .bind(5, rawValue(from))
+        .bind(6, rawValue(to))
+        .step();
+    return row.result();
 }
 
 void HistoryStore::remove(const QUuid &id)
 {
-    if (!begin())
-        return;
-    m_database->prepare(deleteRow).bind(1, canonical(id)).step();
+    perform([&] {
+        SqlStatement row = m_database->prepare(deleteRow);
+        row.bind(1, canonical(id)).step();
+        return row.result();
+    });
     reload();
 }
 
 void HistoryStore::clear()
 {
-    if (!begin())
-        return;
-    QString message;
-    if (m_database->exec(deleteAll, &message) != SQLITE_OK)
-        report(u"history SQL: %1"_s.arg(message));
+    perform([this] {
+        QString message;
+        const int result = m_database->exec(deleteAll, &message);
+        if (result != SQLITE_OK && !isDamage(result))
+            report(u"history SQL: %1"_s.arg(message));
+        return result;
+    });
     reload();
 }
 
@@ -221,19 +264,23 @@ void HistoryStore::setWatched(bool watched)
     reload();
 }
 
-void HistoryStore::reload()
+void HistoryStore::reload(bool isRepeated)
 {
-    if (!m_watched || !m_database)
+    if (!m_watched || !begin())
         return;
     // The newest state is what counts: a reading that is under way ends early.
     m_reload.cancel();
     auto promise = std::make_shared<QPromise<HistoryList>>();
-    m_reload = platform::whenFinished<HistoryList>(promise->future(), [this](HistoryList list) {
-        m_totalCount = list.total.value_or(m_totalCount);
-        if (list.entries)
-            m_entries = std::move(*list.entries);
-        Q_EMIT changed();
-    });
+    m_reload = platform::whenFinished<HistoryList>(
+        promise->future(), [this, isRepeated, seen = m_file->seen()](HistoryList list) {
+            // A file that has taken the place of the damaged one stays.
+            if (list.isDamaged && !isRepeated && (m_file->seen() != seen || keepAside()))
+                return reload(true);
+            m_totalCount = list.total.value_or(m_totalCount);
+            if (list.entries)
+                m_entries = std::move(*list.entries);
+            Q_EMIT changed();
+        });
     promise->start();
     QThreadPool::globalInstance()->start([promise, path = m_path, search = m_search] {
         promise->addResult(

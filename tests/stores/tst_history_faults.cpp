@@ -3,9 +3,12 @@
 #include <QCoreApplication>
 #include <QElapsedTimer>
 #include <QProcess>
+#include <QSignalSpy>
 #include <QTest>
 
 #include <csignal>
+#include <fcntl.h>
+#include <sys/file.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -77,6 +80,9 @@ private Q_SLOTS:
     void withoutAPlaceTheHistoryIsEmpty();
     void whatIsNoDatabaseIsKeptAside_data();
     void whatIsNoDatabaseIsKeptAside();
+    void aFileLostWhileRunningIsReplaced_data();
+    void aFileLostWhileRunningIsReplaced();
+    void aDamagedFileThatMustStayEndsIt();
     void aLockedDatabaseIsNotWaitedForLong();
     void aKilledWriterLeavesWholeRows();
     void processesShareOneHistory();
@@ -192,6 +198,75 @@ void TestHistoryFaults::whatIsNoDatabaseIsKeptAside()
     QFile file(folder.filePath(kept.first()));
     QVERIFY(file.open(QIODevice::ReadOnly));
     QCOMPARE(file.readAll(), bytes);
+}
+
+void TestHistoryFaults::aFileLostWhileRunningIsReplaced_data()
+{
+    QTest::addColumn<QString>("command");
+    QTest::addColumn<bool>("isWatched");
+    QTest::addColumn<int>("kept");
+    const QString overwrite =
+        u"dd if=/dev/urandom of=history.sqlite bs=4096 count=9 conv=notrunc seek="_s;
+    QTest::newRow("deleted") << u"rm history.sqlite*"_s << false << 0;
+    QTest::newRow("deleted, seen by the list") << u"rm history.sqlite*"_s << true << 0;
+    QTest::newRow("deleted without its log") << u"rm history.sqlite"_s << false << 0;
+    QTest::newRow("deleted with its folder") << u"rm -r ../Nivora"_s << false << 0;
+    QTest::newRow("put back from a copy")
+        << u"cp history.sqlite copy; rm history.sqlite*; mv copy history.sqlite"_s << false << 0;
+    QTest::newRow("overwritten") << overwrite + u'0' << false << 1;
+    QTest::newRow("overwritten but for the schema") << overwrite + u'1' << false << 1;
+    QTest::newRow("overwritten, seen by the list") << overwrite + u'1' << true << 1;
+    QTest::newRow("emptied") << u": > history.sqlite"_s << false << 1;
+}
+
+void TestHistoryFaults::aFileLostWhileRunningIsReplaced()
+{
+    QFETCH(QString, command);
+    QFETCH(bool, isWatched);
+    QFETCH(int, kept);
+    HistoryStore &store = m_history->open();
+    HistoryStore other([] { return true; }, m_history->path);
+    QVERIFY(recordsAndAnswers(store) && recordsAndAnswers(other));
+    // What a connection still has in its memory would hide the damage.
+    Sql(m_history->path)("PRAGMA wal_checkpoint(TRUNCATE);");
+    QProcess shell;
+    shell.setWorkingDirectory(m_history->folder.filePath(u"Nivora"_s));
+    shell.start(u"sh"_s, {u"-c"_s, command});
+    QVERIFY(shell.waitForFinished() && shell.exitCode() == 0);
+
+    if (isWatched) {
+        QSignalSpy changed(&store, &HistoryStore::changed);
+        store.setWatched(true);
+        QTRY_VERIFY_WITH_TIMEOUT(!changed.isEmpty(), 20'000);
+        QVERIFY(store.entries().empty());
+    }
+    QVERIFY(recordsAndAnswers(store) && recordsAndAnswers(other) && recordsAndAnswers(store));
+    QCOMPARE(errorLines.size(), kept);
+    QCOMPARE(QDir(shell.workingDirectory()).entryList({u"*.corrupt-*Z"_s}).size(), kept);
+    m_history->store.reset(); // which leaves the other one's log alone
+    QVERIFY(recordsAndAnswers(other));
+    QCOMPARE(Sql(m_history->path)("PRAGMA integrity_check;"), QStringList{u"ok"_s});
+    QCOMPARE(m_history->rows(), command.startsWith(u"cp") ? 6 : 4);
+}
+
+void TestHistoryFaults::aDamagedFileThatMustStayEndsIt()
+{
+    HistoryStore &store = m_history->open();
+    QVERIFY(recordsAndAnswers(store));
+    Sql(m_history->path)("PRAGMA wal_checkpoint(TRUNCATE);");
+    const QString folder = QFileInfo(m_history->path).path();
+    QFile file(m_history->path);
+    QVERIFY(file.open(QIODevice::ReadWrite));
+    file.write(QByteArray(file.size(), '\x7f'));
+    file.close();
+    const int lock = ::open(QFile::encodeName(folder).constData(), O_RDONLY | O_DIRECTORY);
+    QCOMPARE(::flock(lock, LOCK_EX), 0);
+    for (int i = 0; i < 3; ++i)
+        QVERIFY(!recordsAndAnswers(store));
+    ::close(lock);
+    QCOMPARE(errorLines, QStringList{u"history: 打开 SQLite 失败"_s});
+    QVERIFY(QFile::remove(m_history->path)); // by the user, who has read that
+    QVERIFY(recordsAndAnswers(store));
 }
 
 void TestHistoryFaults::aLockedDatabaseIsNotWaitedForLong()

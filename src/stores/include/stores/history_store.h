@@ -16,12 +16,14 @@
 namespace nivora {
 
 class HistoryConnection;
+class HistoryFile;
 
 // Every finished translation, in a database of this user and this machine. Main
 // thread only. Nothing here fails towards the caller: a row that cannot be
 // written is not written, one that cannot be read is not there, and without a
-// database the history is empty. Another process that holds the database makes
-// a call wait 50 ms at most.
+// database the history is empty. A file that is deleted meanwhile is made anew,
+// and one that turns out to be damaged is kept aside for a new one. Another
+// process that holds the database makes a call wait 50 ms at most.
 class HistoryStore : public QObject
 {
     Q_OBJECT
@@ -68,12 +70,16 @@ private:
     void open();
     bool begin();
     int prepareSchema();
+    bool keepAside();
+    void perform(const std::function<int()> &operation);
     void report(const QString &message);
-    std::optional<QString> newest(const QString &trimmedSource, Language target);
-    void reload();
+    int newest(const QString &key, Language target, std::optional<QString> &translation);
+    int insert(const QString &key, const QString &translation, Language from, Language to);
+    void reload(bool isRepeated = false);
 
     std::function<bool()> m_isEnabled;
     QString m_path;
+    std::unique_ptr<HistoryFile> m_file;
     std::unique_ptr<HistoryConnection> m_database; // absent when there is none to be had
     bool m_hasSchema = false;
     QString m_lastReport;
