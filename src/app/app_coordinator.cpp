@@ -17,6 +17,8 @@ namespace nivora {
 namespace {
 
 constexpr auto permissionPeriod = 1500ms;
+// From the request to switch accessibility on to the word that it cannot be had.
+constexpr auto trustBound = 3000ms;
 constexpr auto insertionPollPeriod = 20ms;
 // The panel is built as soon as the program has nothing better to do.
 constexpr auto warmUpDelay = 0ms;
@@ -205,8 +207,23 @@ void AppCoordinator::askForAccessibility(const QString &message, const QString &
     m_permissionPrompt =
         showAlert({message, details, {tr("开启"), tr("取消")}}, [this](int button) {
             if (button == 0)
-                m_services.accessibility.requestTrust();
+                switchAccessibilityOn();
         });
+}
+
+void AppCoordinator::switchAccessibilityOn()
+{
+    m_services.accessibility.requestTrust();
+    m_permissionPrompt = platform::delay(trustBound, [this] {
+        if (m_services.accessibility.isTrusted())
+            return;
+        qCWarning(log::app) << "The accessibility service could not be switched on";
+        m_permissionPrompt =
+            showAlert({tr("辅助功能服务没有响应"),
+                       tr("请确认已安装 at-spi2-core 并且会话总线可用。在此之前可以使用 ⌃⌥O。"),
+                       {tr("好")}},
+                      [](int) {});
+    });
 }
 
 void AppCoordinator::showScreenPermissionAlert()

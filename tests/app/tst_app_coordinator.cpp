@@ -172,8 +172,11 @@ void TestAppCoordinator::aDesktopWithoutSettingsLeavesAWayToGrantAccess()
     QCOMPARE(m_desktop->settingsPanes.opened(),
              std::vector(2, platform::SettingsPane::Accessibility));
     QVERIFY(alertButton(u"开启"_s));
+    m_desktop->accessibility.setTrusted(false); // and there it stays
     alertButton(u"开启"_s)->click();
     QCOMPARE(m_desktop->accessibility.trustRequests(), 1);
+    QTRY_VERIFY(alertButton(u"好"_s));
+    alertButton(u"好"_s)->click();
 }
 
 void TestAppCoordinator::aScreenThatMayNotBeReadLeadsToTheSettings()

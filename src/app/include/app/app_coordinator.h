@@ -86,6 +86,7 @@ private:
     void tellOfTextOnClipboard();
     void startHotKeyRespectingPermission();
     void waitForAccessibilityThenStart();
+    void switchAccessibilityOn();
     void askForAccessibility(const QString &message, const QString &details);
 
     platform::Services m_services;
