@@ -39,12 +39,14 @@ const QByteArray htmlFromBefore("<i>from before</i>");
 struct Scene
 {
     Road road;
+    bool managed; // there is a window manager, at first
     std::optional<ScriptedProgram> program;
     std::optional<LyingOwner> liar;
     std::vector<pid_t> stopped;
 
     explicit Scene(const DesktopSession::Options &options)
         : road(options)
+        , managed(options.windowManager)
     {
     }
     ~Scene() { wakeAll(); }
@@ -53,7 +55,8 @@ struct Scene
     {
         program.emplace(road.session);
         program->onCopy = [this, copied] { program->copy(copied); };
-        return program->open(*road.user, patience);
+        return program->open(*road.user, patience) &&
+               (!managed || road.user->waitForActive(program->window(), patience));
     }
     bool openEditor(const QString &text = u"请发一下报价"_s)
     {

@@ -12,6 +12,8 @@
 
 #include <X11/keysym.h>
 
+#include <utility>
+
 namespace nivora::test {
 
 using namespace Qt::Literals::StringLiterals;
@@ -255,20 +257,20 @@ QRect Browser::place() const
     if (m_kind == Kind::Chromium)
         return {};
     // A browser begins to show its elements when it is first asked for them, and
-    // their places a little later.
-    QRect found;
+    // their places a little later, one character after the other.
+    QRect found, before;
     const auto isTold = [&] {
         const auto field = focused();
         if (!field)
             return false;
-        found = field->selectionBounds();
+        before = std::exchange(found, field->selectionBounds());
         if (selectedText().isEmpty()) { // as the page says, which knows at once
             const QRect next = field->characterBounds(field->cursor());
             found = {next.x(), next.y(), 0, next.height()};
         }
-        return found.height() > 0;
+        return found.height() > 0 && found == before;
     };
-    waitUntil(isTold, placeBound);
+    waitUntil(isTold, placeBound, 20ms);
     return found;
 }
 

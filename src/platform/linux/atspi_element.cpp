@@ -139,13 +139,17 @@ platform::FocusedElement AtspiElement::read(AtspiCalls &calls)
         return !element.frame || (element.selectedTextRange && !element.selectedTextBounds &&
                                   element.selectedTextRange->length > 0);
     };
-    for (int i = 0; i < mostPlaceWaits && m_toolkit == Toolkit::Gecko && lacksPlace(); ++i) {
+    bool isSettled = m_toolkit != Toolkit::Gecko || !lacksPlace();
+    for (int i = 0; i < mostPlaceWaits && !isSettled; ++i) {
         std::this_thread::sleep_for(placeWait);
         if (calls.isOver())
             break;
+        const auto before = element.selectedTextBounds;
         m_frame = extents(
             calls.arguments(calls.send(m_object, atspi::component, "GetExtents"_L1, {onScreen})));
         element = readOnce(calls);
+        // The first places may be those of a part of the characters.
+        isSettled = !lacksPlace() && element.selectedTextBounds == before;
     }
     return element;
 }
