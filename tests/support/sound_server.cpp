@@ -97,6 +97,12 @@ QProcess *SoundServer::say(const QString &sentence)
     return m_voice->waitForStarted(answerLimit) ? m_voice.get() : nullptr;
 }
 
+bool SoundServer::isHeard() const
+{
+    const auto listeners = control({u"list"_s, u"short"_s, u"source-outputs"_s});
+    return listeners && listeners->contains("protocol-native"); // not the remapped source
+}
+
 // Programs keep their stream open when they are silent, so the sound itself is heard.
 bool SoundServer::isSounding() const
 {

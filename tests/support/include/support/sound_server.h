@@ -31,6 +31,8 @@ public:
     // understand. Null when that cannot be done.
     QProcess *say(const QString &sentence);
 
+    // Whether a program listens to the microphone.
+    bool isHeard() const;
     // Whether something comes out of the loudspeaker.
     bool isSounding() const;
 
