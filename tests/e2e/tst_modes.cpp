@@ -172,6 +172,7 @@ void TestModes::aReplyIsWrittenToAPage()
              qUtf8Printable(road.problem()));
     Browser page({road.session, *road.user, *road.tree, *road.clipboard}, Browser::Kind::Firefox);
     QVERIFY(page.open() && page.showHtml(u"<p id='a'>Please send the quotation.</p>"_s));
+    QVERIFY(page.waitForAccessible(u"Please send the quotation."_s, patience));
     QVERIFY(page.drag(u"a"_s, u"a"_s, u"quotation."_s));
     road.server.enqueue(eventStream({u"请发送报价。"_s}));
     road.pull(Trigger::DoubleShift);

@@ -252,6 +252,12 @@ std::optional<AccessibleElement> Browser::focused() const
     return m_desk.tree.find(m_process->processId(), isField);
 }
 
+bool Browser::waitForAccessible(const QString &text, std::chrono::milliseconds bound) const
+{
+    const auto holds = [&](const AccessibleElement &element) { return element.text() == text; };
+    return m_desk.tree.waitFor(m_process->processId(), holds, bound).has_value();
+}
+
 QRect Browser::place() const
 {
     if (m_kind == Kind::Chromium)

@@ -50,6 +50,10 @@ public:
     // pointer was over the page; its edges lie between pixels.
     QRectF selectionOnPage() const;
 
+    // Until it shows an element with this text to assistive tools, which it begins
+    // to do when it is first asked for its elements.
+    bool waitForAccessible(const QString &text, std::chrono::milliseconds bound) const;
+
 private:
     void serve(QTcpSocket *client);
     QRectF onScreen(const QJsonValue &rectangle) const;
