@@ -23,6 +23,7 @@ protected:
     bool eventFilter(QObject *object, QEvent *event) override;
 
 private:
+    void confirm() override { hide(); }
     void render();
 
     TranslationViewModel &m_session;

@@ -89,7 +89,6 @@ QWidget *FeedbackForm::makeQuestion()
     column->addWidget(makeNote(tr("反馈经审核有效后，双倍返还本次消耗的额度。"), page));
     column->addLayout(buttons);
 
-    connect(m_comment, &QLineEdit::returnPressed, this, &FeedbackForm::submit);
     connect(m_submit, &PanelButton::clicked, this, &FeedbackForm::submit);
     connect(cancel, &PanelButton::clicked, this, &FeedbackForm::close);
     return page;
@@ -139,6 +138,11 @@ void FeedbackForm::submit()
 {
     if (m_session.feedbackPhase() != FeedbackPhase::Sending)
         m_session.submitFeedback(m_reason->currentData().toString(), m_comment->text());
+}
+
+void FeedbackForm::confirm()
+{
+    m_session.feedbackPhase() == FeedbackPhase::Sent ? close() : submit();
 }
 
 void FeedbackForm::close()

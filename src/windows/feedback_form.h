@@ -28,6 +28,7 @@ private:
     QWidget *makeThanks();
     void render();
     void submit();
+    void confirm() override;
     void close();
 
     TranslationViewModel &m_session;

@@ -87,6 +87,7 @@ void PanelHeader::renderContext()
 void PanelHeader::openLanguageMenu()
 {
     auto *menu = new QMenu(this);
+    m_menu = menu;
     menu->setAttribute(Qt::WA_DeleteOnClose);
     for (const Language target : selectableTargets(m_session.detectedSource())) {
         QAction *action = menu->addAction(displayName(target));
@@ -111,6 +112,8 @@ void PanelHeader::closePopover()
 {
     if (m_popover)
         m_popover->hide();
+    if (m_menu)
+        m_menu->close();
 }
 
 } // namespace nivora

@@ -1,6 +1,9 @@
 #pragma once
 
+#include <QPointer>
 #include <QWidget>
+
+class QMenu;
 
 namespace nivora {
 
@@ -42,6 +45,7 @@ private:
     PanelButton *m_context;
     PanelButton *m_pin;
     ContextPopover *m_popover = nullptr; // made at its first use
+    QPointer<QMenu> m_menu;              // while it is open
 };
 
 } // namespace nivora

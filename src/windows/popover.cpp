@@ -3,6 +3,7 @@
 #include "screen_places.h"
 
 #include <QEvent>
+#include <QKeyEvent>
 #include <QScreen>
 #include <QVBoxLayout>
 
@@ -17,6 +18,12 @@ constexpr int popoverWidth = 320;
 constexpr int padding = 14;
 constexpr int gap = 4; // to the control
 constexpr int screenMargin = 8;
+
+bool isConfirmation(const QKeyEvent &event)
+{
+    return (event.key() == Qt::Key_Return || event.key() == Qt::Key_Enter) &&
+           !event.modifiers().testFlag(Qt::ShiftModifier);
+}
 
 } // namespace
 
@@ -62,10 +69,25 @@ int Popover::contentHeight() const
 
 bool Popover::event(QEvent *event)
 {
+    // The panel's shortcuts reach into the windows that it opens: Control+Return
+    // would put the translation into the user's document.
+    if (event->type() == QEvent::ShortcutOverride &&
+        isConfirmation(static_cast<const QKeyEvent &>(*event))) {
+        event->accept();
+        return true;
+    }
     const bool handled = CardWindow::event(event);
     if (event->type() == QEvent::LayoutRequest)
         fitHeight();
     return handled;
+}
+
+void Popover::keyPressEvent(QKeyEvent *event)
+{
+    if (isConfirmation(*event))
+        confirm();
+    else
+        CardWindow::keyPressEvent(event);
 }
 
 void Popover::fitHeight()

@@ -22,7 +22,11 @@ public:
 
 protected:
     QVBoxLayout &column() { return *m_column; }
+    // What Return does, with Control or without, where the control with the focus
+    // has no use for it.
+    virtual void confirm() = 0;
     bool event(QEvent *event) override;
+    void keyPressEvent(QKeyEvent *event) override;
 
 private:
     void fitHeight();

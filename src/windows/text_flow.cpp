@@ -137,7 +137,8 @@ void TextFlow::divide()
 
 void TextFlow::layOutPortion(Portion &portion)
 {
-    QTextOption option(Qt::AlignLeading);
+    // A layout does not mirror what is aligned with the beginning.
+    QTextOption option(portion.rightToLeft ? Qt::AlignRight : Qt::AlignLeft);
     option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
     option.setTextDirection(portion.rightToLeft ? Qt::RightToLeft : Qt::LeftToRight);
     portion.layout.setTextOption(option);

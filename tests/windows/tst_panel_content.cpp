@@ -257,14 +257,23 @@ void TestPanelContent::feedbackIsSentAndThankedFor_data()
 {
     QTest::addColumn<bool>("taken");
     QTest::addColumn<QString>("line");
-    QTest::newRow("taken") << true << u"已提交，感谢反馈"_s;
-    QTest::newRow("refused") << false << u"提交失败，请稍后再试"_s;
+    QTest::addColumn<bool>("fromComment");
+    QTest::addColumn<Qt::KeyboardModifier>("modifier");
+    QTest::newRow("taken") << true << u"已提交，感谢反馈"_s << true << Qt::NoModifier;
+    QTest::newRow("refused") << false << u"提交失败，请稍后再试"_s << false << Qt::NoModifier;
+    // The panel's key for its own action, which is not what is meant here.
+    QTest::newRow("by Control and Return")
+        << true << u"已提交，感谢反馈"_s << true << Qt::ControlModifier;
 }
 
 void TestPanelContent::feedbackIsSentAndThankedFor()
 {
     QFETCH(const bool, taken);
     QFETCH(const QString, line);
+    QFETCH(const bool, fromComment);
+    QFETCH(const Qt::KeyboardModifier, modifier);
+    int inserted = 0;
+    m_session->insertHandler = [&](const QString &) { ++inserted; };
     QStringList sent;
     std::function<void(bool)> answer;
     m_session->feedbackHandler = [&](const FeedbackReport &report, auto done) {
@@ -280,7 +289,10 @@ void TestPanelContent::feedbackIsSentAndThankedFor()
     reason->setCurrentIndex(reason->findText(u"语气不对"_s));
     QWidget *comment = named(u"补充说明（可选）"_s);
     QTest::keyClicks(comment, u"rude"_s);
-    QTest::keyClick(comment, Qt::Key_Return);
+    fromComment ? comment->setFocus() : reason->setFocus();
+    QVERIFY(QTest::qWaitForWindowActive(comment->window()));
+    QTest::keyClick(comment->window()->windowHandle(), Qt::Key_Return, modifier);
+    QCOMPARE(inserted, 0);
     QCOMPARE(sent, (QStringList{u"tone"_s, u"rude"_s}));
     QVERIFY(!button(u"提交"_s)->isEnabled());
     answer(taken);
