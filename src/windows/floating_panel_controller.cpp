@@ -219,6 +219,8 @@ bool FloatingPanelController::keepsKeyboard() const
         return true;
     if (QGuiApplication::focusWindow())
         return hasKeyboard();
+    if (m_windowSystem.isKeyboardLost())
+        return true;
     const auto active = m_windowSystem.activeWindow();
     return active && isOurs(active->id);
 }
@@ -245,6 +247,9 @@ void FloatingPanelController::checkKeyboard()
         m_view->closePopovers();
         return onResignKey();
     }
+    // Nobody else gives it back.
+    if (m_windowSystem.isKeyboardLost())
+        m_windowSystem.requestActivation(platform::WindowId(m_panel->winId()));
     if (!hasKeyboard())
         m_keyboardCheck = platform::delay(lentKeyboardPeriod, [this] { checkKeyboard(); });
 }

@@ -227,6 +227,30 @@ private Q_SLOTS:
         QVERIFY2(waitUntil(isReplaced, patience), qUtf8Printable(road.problem()));
     }
 
+    void keepsTheKeysWhenTheWindowManagerDies()
+    {
+        Road road;
+        QVERIFY2(road.begin(), qUtf8Printable(road.problem()));
+        answerAlways(road);
+        QVERIFY2(road.open(Editor::Toolkit::Gtk, source), qUtf8Printable(road.problem()));
+        road.user->movePointer({1000, 700}); // where the keys would go
+        road.pull(Trigger::DoubleShift);
+        QVERIFY2(road.product->waitForPanel(patience), qUtf8Printable(road.problem()));
+        QVERIFY(road.product->waitForTranslation(translation, patience));
+        QVERIFY(killWindowManager(road.session));
+        const auto pin = road.product->waitForControl(u"钉住"_s, patience);
+        QVERIFY2(pin, qUtf8Printable(road.problem()));
+        const auto isReached = [&] { // by Tab, which comes to every control
+            road.user->press({XK_Tab});
+            return waitUntil([&] { return pin->isFocused(); }, 200ms);
+        };
+        QVERIFY2(waitUntil(isReached, patience), qUtf8Printable(road.problem()));
+        road.user->press({XK_Control_L, XK_Return});
+        QVERIFY(road.product->waitForPanelGone(patience));
+        QVERIFY2(road.editor->waitForText(translation, patience),
+                 qUtf8Printable(road.editor->text()));
+    }
+
 private:
     static void answerAlways(Road &road)
     {

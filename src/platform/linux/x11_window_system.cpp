@@ -51,13 +51,16 @@ X11WindowSystem::Focus X11WindowSystem::focus() const
 
     Focus result;
     // With the focus on the root, the keys go to the window under the pointer too.
-    if (focused && (focused->focus == XCB_INPUT_FOCUS_POINTER_ROOT || focused->focus == root))
+    const bool byPointer =
+        focused && (focused->focus == XCB_INPUT_FOCUS_POINTER_ROOT || focused->focus == root);
+    if (byPointer)
         result.focus = windowUnderPointer();
     else if (focused)
         result.focus = focused->focus;
     const xcb_window_t manager = firstWord(check.get());
     result.managed = isManaged(manager);
     if (!result.managed) {
+        result.lost = byPointer || result.focus == XCB_NONE;
         // A window manager that crashed leaves the focus on nothing. The user still
         // works where the pointer is, and a paste there can move the focus.
         result.active = topLevelOf(result.focus != XCB_NONE ? result.focus : windowUnderPointer());

@@ -21,6 +21,7 @@ public:
 
     std::optional<platform::ForeignWindow> activeWindow() const override;
     bool hasInputFocus(platform::WindowId window) const override;
+    bool isKeyboardLost() const override { return focus().lost; }
     void requestActivation(platform::WindowId window) override;
     platform::Task isResponding(platform::WindowId window, std::chrono::milliseconds deadline,
                                 std::function<void(bool)> done) const override;
@@ -35,6 +36,7 @@ private:
         xcb_window_t focus = XCB_NONE;
         xcb_window_t active = XCB_NONE;
         bool managed = false;
+        bool lost = false; // no window holds the focus, and nobody will pass it on
     };
 
     void handleEvent(const xcb_generic_event_t &event) override;

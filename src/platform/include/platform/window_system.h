@@ -38,6 +38,9 @@ public:
     // focus lies in it or below it.
     virtual bool hasInputFocus(WindowId window) const = 0;
 
+    // Whether the keyboard belongs to no window because the window manager is gone.
+    virtual bool isKeyboardLost() const { return false; }
+
     // Asks the window manager to activate the window. It may refuse.
     virtual void requestActivation(WindowId window) = 0;
 
