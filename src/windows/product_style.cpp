@@ -18,6 +18,8 @@ constexpr int scrollBarWidth = 10;
 constexpr int handleInset = 2;
 constexpr int leastHandle = 24;
 constexpr QSize checkMark(14, 14);
+constexpr int menuPadding = 4;
+constexpr int menuItemPadding = 4; // above and below
 
 constexpr double handleOpacity = 0.22;
 constexpr double handleOpacityInUse = 0.4;
@@ -49,7 +51,18 @@ int ProductStyle::pixelMetric(PixelMetric metric, const QStyleOption *option,
 {
     if (metric == PM_ScrollBarExtent)
         return scrollBarWidth;
+    if (metric == PM_MenuHMargin || metric == PM_MenuVMargin)
+        return menuPadding;
+    if (metric == PM_MenuPanelWidth)
+        return 1;
     return QProxyStyle::pixelMetric(metric, option, widget);
+}
+
+QSize ProductStyle::sizeFromContents(ContentsType type, const QStyleOption *option,
+                                     const QSize &size, const QWidget *widget) const
+{
+    const QSize whole = QProxyStyle::sizeFromContents(type, option, size, widget);
+    return type == CT_MenuItem ? whole.grownBy({0, menuItemPadding, 0, menuItemPadding}) : whole;
 }
 
 int ProductStyle::styleHint(StyleHint hint, const QStyleOption *option, const QWidget *widget,
@@ -110,6 +123,14 @@ void ProductStyle::drawComplexControl(ComplexControl control, const QStyleOption
 void ProductStyle::drawPrimitive(PrimitiveElement element, const QStyleOption *option,
                                  QPainter *painter, const QWidget *widget) const
 {
+    if (element == PE_FrameMenu)
+        return; // drawn with the rest
+    if (element == PE_PanelMenu) {
+        painter->fillRect(option->rect, option->palette.color(QPalette::Window));
+        painter->setPen(hairline(option->palette));
+        painter->drawRect(QRectF(option->rect).adjusted(0.5, 0.5, -0.5, -0.5));
+        return;
+    }
     if (element != PE_IndicatorCheckBox || !qobject_cast<const QMenu *>(widget))
         return QProxyStyle::drawPrimitive(element, option, painter, widget);
     if (!option->state.testFlag(State_On))
