@@ -33,9 +33,10 @@ public:
             finish([&] { m_chosen(int(index)); });
         });
         m_box.setModal(false);
+        // Window managers give a new window the keyboard. A request of ours could
+        // arrive late and take it from where the user has gone on meanwhile.
         m_box.show();
         m_box.raise();
-        m_box.activateWindow();
     }
 
 private:
