@@ -34,6 +34,8 @@ constexpr int gapToPointer = 12;
 constexpr int screenMargin = 8;
 
 // How often it is looked whether the keyboard, lent to the window manager, is back.
+constexpr auto doubtPeriod = 40ms;
+constexpr int mostDoubts = 5;
 constexpr auto lentKeyboardPeriod = 200ms;
 
 } // namespace
@@ -228,6 +230,7 @@ bool FloatingPanelController::keepsKeyboard() const
 void FloatingPanelController::onFocusWindowChanged(QWindow *window)
 {
     m_keyboardCheck.cancel();
+    m_doubts = mostDoubts;
     if (!m_panel->isVisible())
         return;
     const bool onPanel = window && window == m_panel->windowHandle();
@@ -244,6 +247,13 @@ void FloatingPanelController::checkKeyboard()
     if (!m_panel->isVisible())
         return;
     if (!keepsKeyboard()) {
+        // While a grab of the keyboard ends and the window manager has not yet told
+        // of the new active window, nobody seems to have the keyboard.
+        if (!QGuiApplication::focusWindow() && m_doubts > 0) {
+            --m_doubts;
+            m_keyboardCheck = platform::delay(doubtPeriod, [this] { checkKeyboard(); });
+            return;
+        }
         m_view->closePopovers();
         return onResignKey();
     }

@@ -92,6 +92,7 @@ private:
     mutable QHash<const QScreen *, QRect> m_visibleAreas;
     bool m_popoverHasKeyboard = false;
     platform::Task m_keyboardCheck;
+    int m_doubts = 0; // how often it is still looked again
 };
 
 } // namespace nivora
