@@ -20,8 +20,9 @@ constexpr qreal cornerRadius = 10; // logical pixels
 
 } // namespace
 
-CardWindow::CardWindow(platform::WindowSystem &windowSystem, const QString &role, QWidget *parent)
-    : QWidget(parent, Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint)
+CardWindow::CardWindow(platform::WindowSystem &windowSystem, const QString &role, QWidget *parent,
+                       Qt::WindowFlags kind)
+    : QWidget(parent, kind | Qt::FramelessWindowHint)
     , m_windowSystem(windowSystem)
 {
     setAttribute(Qt::WA_TranslucentBackground);

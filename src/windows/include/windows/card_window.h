@@ -9,16 +9,18 @@ namespace platform {
 class WindowSystem;
 }
 
-// A frameless window above the others: a rounded card with a soft shadow where
-// the desktop blends windows, a plain rectangle where it does not. The shadow
-// lies within the window, around the card.
+// A frameless window: a rounded card with a soft shadow where the desktop blends
+// windows, a plain rectangle where it does not. The shadow lies within the window,
+// around the card.
 class CardWindow : public QWidget
 {
     Q_OBJECT
 
 public:
-    // `windowSystem` outlives the window. With a parent, it stays above that.
-    CardWindow(platform::WindowSystem &windowSystem, const QString &role, QWidget *parent);
+    // `windowSystem` outlives the window. With a parent, it stays above that. By
+    // its kind it is above all others and in no task list.
+    CardWindow(platform::WindowSystem &windowSystem, const QString &role, QWidget *parent,
+               Qt::WindowFlags kind = Qt::Tool | Qt::WindowStaysOnTopHint);
 
     // Where the card is, without its shadow, in logical pixels of the screen.
     QRect card() const;
