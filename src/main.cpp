@@ -1,6 +1,7 @@
 #include "app/nivora_app.h"
 
 #include "platform_linux/dbus_application.h"
+#include "platform_linux/launch_links.h"
 #include "platform_linux/linux_backend.h"
 #include "platform_linux/termination_signals.h"
 
@@ -13,6 +14,8 @@ using namespace nivora;
 
 int main(int argc, char *argv[])
 {
+    const QStringList links = linuxdesktop::takeLaunchLinks(argc, argv);
+
     // Other programs' windows are reached through the X server, also where it is
     // the one of a Wayland session.
     if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
@@ -44,11 +47,15 @@ int main(int argc, char *argv[])
     QObject::connect(
         &bus, &linuxdesktop::DBusApplication::actionRequested, &bus,
         [&nivora](const QString &name) { nivora.performAction(name); }, Qt::QueuedConnection);
+    QObject::connect(
+        &bus, &linuxdesktop::DBusApplication::linkOpened, &bus,
+        [&nivora](const QUrl &link) { nivora.openLink(link); }, Qt::QueuedConnection);
 
-    const platform::Task acquisition = bus.acquire([&](linuxdesktop::DBusApplication::Role role) {
-        if (role == linuxdesktop::DBusApplication::Role::Secondary)
-            return QCoreApplication::quit();
-        nivora.start();
-    });
+    const platform::Task acquisition =
+        bus.acquire(links, [&](linuxdesktop::DBusApplication::Role role) {
+            if (role == linuxdesktop::DBusApplication::Role::Secondary)
+                return QCoreApplication::quit();
+            nivora.start();
+        });
     return QApplication::exec();
 }

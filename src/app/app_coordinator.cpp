@@ -1,5 +1,7 @@
 #include "app/app_coordinator.h"
 
+#include "app/interface_language.h"
+
 #include "core/feedback_service.h"
 #include "windows/alert.h"
 
@@ -7,6 +9,7 @@
 #include "platform/clipboard.h"
 #include "platform/log.h"
 
+#include <QLocale>
 #include <QScopedValueRollback>
 
 using namespace Qt::Literals::StringLiterals;
@@ -37,7 +40,9 @@ AppCoordinator::AppCoordinator(const platform::Services &services, const QUrl &c
     , m_keychain(services.secrets)
     , m_settings(services.preferences, m_keychain, cloudEndpoint)
     , m_usageStore(services.preferences)
-    , m_authStore(services.preferences, m_keychain)
+    , m_account(
+          services.preferences, m_keychain, services.webBrowser, {m_network, cloudEndpoint},
+          interfaceLanguage(m_settings.appLanguageRaw.value(), QLocale::system().uiLanguages()))
     , m_selectionService(services)
     , m_insertionService(services)
     , m_permissions(services.settingsPanes)
@@ -81,6 +86,7 @@ void AppCoordinator::start()
     connect(&m_settings.doubleTapThresholdMs, &SettingNotifier::changed, this,
             [this] { m_hotKey.thresholdMs = m_settings.doubleTapThresholdMs.value(); });
 
+    m_account.refreshBilling();
     startHotKeyRespectingPermission();
     m_warmUp = platform::delay(warmUpDelay, [this] {
         m_panelController.prepare();
@@ -136,7 +142,7 @@ void AppCoordinator::tellOfTextOnClipboard()
 
 bool AppCoordinator::passesGate()
 {
-    if (m_settings.useCustomBackend.value() || m_authStore.isSignedIn())
+    if (m_settings.useCustomBackend.value() || m_account.authStore().isSignedIn())
         return true;
     if (onSignInRequired)
         onSignInRequired();
@@ -153,6 +159,7 @@ void AppCoordinator::invoke()
         m_deferredTrigger = platform::delay(insertionPollPeriod, [this] { invoke(); });
         return;
     }
+    m_account.refreshBilling();
     qCDebug(log::hotkey).noquote() << u"快捷键唤起"_s;
 
     platform::Selection selection;
@@ -181,8 +188,14 @@ void AppCoordinator::showPanel()
 {
     if (!passesGate())
         return;
+    m_account.refreshBilling();
     m_viewModel.prepareManualInput(false, std::nullopt);
     m_panelController.show(PanelMode::Compose, std::nullopt);
+}
+
+void AppCoordinator::openLink(const QUrl &link)
+{
+    m_account.signIn().openLink(link);
 }
 
 void AppCoordinator::startHotKeyRespectingPermission()

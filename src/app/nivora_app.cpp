@@ -66,4 +66,9 @@ void NivoraApp::performAction(const QString &name)
         qCWarning(log::app) << "An action of an unknown name was asked for";
 }
 
+void NivoraApp::openLink(const QUrl &link)
+{
+    m_parts->coordinator.openLink(link);
+}
+
 } // namespace nivora

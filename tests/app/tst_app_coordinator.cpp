@@ -1,4 +1,5 @@
 #include "app/app_coordinator.h"
+#include "app/interface_language.h"
 
 #include "windows/floating_panel.h"
 
@@ -53,6 +54,9 @@ private Q_SLOTS:
     void aTakenChordLeavesTheDoubleTap();
     void nobodySignedInOpensNoPanel_data();
     void nobodySignedInOpensNoPanel();
+    void thePlanIsAskedForAsTheProgramIsUsed();
+    void theInterfaceHasALanguage_data();
+    void theInterfaceHasALanguage();
     void aSelectionIsTranslatedBesideIt();
     void blanksOpenAnEmptyPanel();
     void whetherAFieldWaitsFollowsTheElement_data();
@@ -76,6 +80,13 @@ private:
         return panel && panel->isVisible();
     }
     void doubleTap();
+    // What the user's doings have asked for, without the questions about the plan.
+    QList<localcloud::Request> requests() const
+    {
+        QList<localcloud::Request> all = m_server->requests();
+        all.removeIf([](const auto &each) { return each.path == "/billing/status"_ba; });
+        return all;
+    }
     static QAbstractButton *alertButton(const QString &text)
     {
         const auto windows = QApplication::topLevelWidgets();
@@ -236,6 +247,50 @@ void TestAppCoordinator::nobodySignedInOpensNoPanel()
     QCOMPARE(asked, opens ? 0 : 2);
 }
 
+void TestAppCoordinator::thePlanIsAskedForAsTheProgramIsUsed()
+{
+    const QJsonObject plan{
+        {u"plan"_s, u"pro"_s}, {u"status"_s, u"active"_s}, {u"used"_s, 1}, {u"quota"_s, 4}};
+    m_server->setHandler([&](const auto &) { return localcloud::Answer::json(200, plan); });
+    start();
+    QVERIFY(!m_coordinator->billingSummary());
+    QTRY_COMPARE(m_coordinator->billingSummary(), u"Pro · 1/4 (25%)"_s);
+    m_coordinator->showPanel();
+    QTRY_COMPARE(m_server->requests().size(), 2);
+    doubleTap();
+    QTRY_COMPARE(m_server->requests().size(), 3);
+    QCOMPARE(m_server->requests().last().path, "/billing/status"_ba);
+    m_coordinator->authStore().signOut();
+    QTRY_VERIFY(!m_coordinator->billingSummary());
+    const platform::Task attempt = m_coordinator->signIn().signInWithGoogle([](const auto &) {});
+    m_coordinator->openLink(QUrl(u"nivora:?token=t"_s));
+    QTRY_COMPARE(m_coordinator->billingSummary(), u"Pro · 1/4 (25%)"_s);
+    QCOMPARE(m_server->requests().size(), 4);
+}
+
+void TestAppCoordinator::theInterfaceHasALanguage_data()
+{
+    QTest::addColumn<QString>("choice");
+    QTest::addColumn<QStringList>("desktop");
+    QTest::addColumn<QString>("language");
+    const auto row = [](const QString &choice, const QStringList &desktop, const QString &code) {
+        QTest::newRow(qPrintable(choice + u' ' + desktop.join(u' '))) << choice << desktop << code;
+    };
+    row(u"ja"_s, {u"en-US"_s}, u"ja"_s);
+    row(u"system"_s, {u"de-DE"_s, u"zh-TW"_s, u"en"_s}, u"zh-Hant"_s);
+    row(u"system"_s, {u"zh-CN"_s}, u"zh-Hans"_s);
+    row(u"system"_s, {u"zh-Hant-CN"_s}, u"zh-Hant"_s);
+    row(u"system"_s, {u"de-DE"_s, u"C"_s}, u"en"_s);
+    row(u"Klingon"_s, {u"ja-JP"_s}, u"ja"_s);
+}
+
+void TestAppCoordinator::theInterfaceHasALanguage()
+{
+    QFETCH(const QString, choice);
+    QFETCH(const QStringList, desktop);
+    QTEST(interfaceLanguage(choice, desktop), "language");
+}
+
 void TestAppCoordinator::aSelectionIsTranslatedBesideIt()
 {
     start();
@@ -249,7 +304,7 @@ void TestAppCoordinator::aSelectionIsTranslatedBesideIt()
     QCOMPARE(session.lastFocusContext()->scene, u"read"_s);
     QCOMPARE(m_coordinator->panelController().panel()->pos(), QPoint(100, 124));
     QTRY_COMPARE(session.translatedText(), u"译文"_s);
-    QCOMPARE(m_server->requests().first().header("Authorization"), "Bearer token"_ba);
+    QCOMPARE(requests().first().header("Authorization"), "Bearer token"_ba);
 }
 
 void TestAppCoordinator::blanksOpenAnEmptyPanel()
@@ -261,7 +316,7 @@ void TestAppCoordinator::blanksOpenAnEmptyPanel()
     QCOMPARE(m_coordinator->viewModel().mode(), PanelMode::Compose);
     QCOMPARE(m_coordinator->viewModel().sourceText(), QString());
     QCOMPARE(m_coordinator->viewModel().lastFocusContext()->scene, u"write"_s);
-    QVERIFY(m_server->requests().isEmpty());
+    QVERIFY(requests().isEmpty());
 }
 
 void TestAppCoordinator::whetherAFieldWaitsFollowsTheElement_data()
@@ -329,7 +384,7 @@ void TestAppCoordinator::aTriggerDuringACaptureIsIgnored()
     doubleTap();
     QVERIFY(!second.isRunning()); // it fell into the capture
     QTRY_COMPARE(m_coordinator->viewModel().phase().kind, Phase::Kind::Done);
-    QCOMPARE(m_server->requests().size(), 1);
+    QCOMPARE(requests().size(), 1);
 }
 
 void TestAppCoordinator::aTriggerDuringAnInsertionWaitsForItsEnd()
@@ -347,7 +402,7 @@ void TestAppCoordinator::aTriggerDuringAnInsertionWaitsForItsEnd()
     QTRY_VERIFY(panelShown());
     // Neither what lay on the clipboard nor what was lent to it was taken for text.
     QCOMPARE(m_coordinator->viewModel().sourceText(), QString());
-    QCOMPARE(m_server->requests().size(), 1);
+    QCOMPARE(requests().size(), 1);
     QCOMPARE(m_desktop->clipboard.text(), u"mine"_s);
 }
 
@@ -381,7 +436,9 @@ void TestAppCoordinator::settingsTakeEffectAtOnce()
 void TestAppCoordinator::usageIsCounted()
 {
     start();
-    m_server->enqueue(eventStream({u"x"_s}, {.usage = localcloud::TokenCounts{5, 6}}));
+    m_server->setHandler([](const auto &) {
+        return eventStream({u"x"_s}, {.usage = localcloud::TokenCounts{5, 6}});
+    });
     m_coordinator->viewModel().setSource(u"hello"_s, false, std::nullopt);
     QTRY_COMPARE(m_coordinator->usageStore().promptTokens(), 5);
     QCOMPARE(m_coordinator->usageStore().requestCount(), 1);
@@ -398,7 +455,7 @@ void TestAppCoordinator::aTextIsPaidForOnce()
         QCOMPARE(m_coordinator->viewModel().translatedText(), u"译文"_s);
         m_coordinator.reset();
     }
-    QCOMPARE(m_server->requests().size(), 1);
+    QCOMPARE(requests().size(), 1);
 }
 
 void TestAppCoordinator::theUsersTermsReachTheService()
@@ -408,8 +465,8 @@ void TestAppCoordinator::theUsersTermsReachTheService()
     glossary.update({glossary.add(), u"报价"_s, u"御見積書"_s});
     m_desktop->accessibility.setElement(field(u"请发一下报价"_s));
     doubleTap();
-    QTRY_COMPARE(m_server->requests().size(), 1);
-    QVERIFY(m_server->requests().first().body.contains("御見積書"));
+    QTRY_COMPARE(requests().size(), 1);
+    QVERIFY(requests().first().body.contains("御見積書"));
 }
 
 void TestAppCoordinator::aResultIsReadAndSpokenAndReported()
@@ -427,12 +484,12 @@ void TestAppCoordinator::aResultIsReadAndSpokenAndReported()
     m_server->enqueue(localcloud::Answer::json(200, {}));
     session.submitFeedback(u"tone"_s, QString());
     QTRY_COMPARE(session.feedbackPhase(), FeedbackPhase::Sent);
-    QCOMPARE(m_server->requests().last().path, "/v1/feedback"_ba);
-    QCOMPARE(m_server->requests().last().header("Authorization"), "Bearer token"_ba);
+    QCOMPARE(requests().last().path, "/v1/feedback"_ba);
+    QCOMPARE(requests().last().header("Authorization"), "Bearer token"_ba);
     m_desktop->secrets.remove(u"app.nivora"_s, u"session-token"_s);
     session.submitFeedback(u"tone"_s, QString());
     QTRY_COMPARE(session.feedbackPhase(), FeedbackPhase::Failed);
-    QCOMPARE(m_server->requests().size(), 2); // the translation and the first report
+    QCOMPARE(requests().size(), 2); // the translation and the first report
 }
 
 QTEST_MAIN(TestAppCoordinator)

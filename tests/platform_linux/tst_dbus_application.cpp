@@ -1,4 +1,5 @@
 #include "platform_linux/dbus_application.h"
+#include "platform_linux/launch_links.h"
 
 #include "support/desktop_session.h"
 
@@ -21,6 +22,7 @@ private Q_SLOTS:
     void initTestCase();
 
     void aSecondStartBringsTheFirstForward();
+    void aStartByALinkHandsItOver();
     void actionsArriveByName();
     void onlyLinksOfTheProgramAreOpened_data();
     void onlyLinksOfTheProgramAreOpened();
@@ -49,7 +51,7 @@ void TestDBusApplication::aSecondStartBringsTheFirstForward()
 {
     DBusApplication first;
     std::optional<DBusApplication::Role> role;
-    auto acquisition = first.acquire([&](auto given) { role = given; });
+    auto acquisition = first.acquire({}, [&](auto given) { role = given; });
     QVERIFY(!role);
     QTRY_COMPARE(role, DBusApplication::Role::Primary);
 
@@ -65,11 +67,33 @@ void TestDBusApplication::aSecondStartBringsTheFirstForward()
     QCOMPARE(second->exitCode(), int(DBusApplication::Role::Secondary));
 }
 
+void TestDBusApplication::aStartByALinkHandsItOver()
+{
+    const QUrl link(u"nivora://signed-in?token=a%2Bb"_s);
+    DBusApplication first;
+    std::optional<DBusApplication::Role> role;
+    QSignalSpy links(&first, &DBusApplication::linkOpened);
+    const QSignalSpy activated(&first, &DBusApplication::activated);
+    const auto acquisition = first.acquire({link.toString(QUrl::FullyEncoded), u"file:///x"_s},
+                                           [&](auto given) { role = given; });
+    QTRY_COMPARE(links.count(), 1); // nobody else to open them
+    QCOMPARE(role, DBusApplication::Role::Primary);
+    auto *second = m_session.launch(QCoreApplication::applicationFilePath(),
+                                    {u"--start-again"_s, link.toString(QUrl::FullyEncoded)});
+    QVERIFY(second);
+    QTRY_COMPARE(links.count(), 2);
+    QCOMPARE(links.at(1).first().toUrl(), link);
+    QCOMPARE(activated.count(), 0);
+    QTRY_COMPARE(second->state(), QProcess::NotRunning);
+    // Its own arguments did not show the link any more.
+    QCOMPARE(second->readAllStandardOutput(), "hidden"_ba);
+}
+
 void TestDBusApplication::actionsArriveByName()
 {
     DBusApplication application;
     std::optional<DBusApplication::Role> role;
-    auto acquisition = application.acquire([&](auto given) { role = given; });
+    auto acquisition = application.acquire({}, [&](auto given) { role = given; });
     QTRY_COMPARE(role, DBusApplication::Role::Primary);
     QSignalSpy requested(&application, &DBusApplication::actionRequested);
     call(u"ActivateAction"_s, {u"panel"_s, QVariant(QVariantList()), QVariantMap()});
@@ -96,7 +120,7 @@ void TestDBusApplication::onlyLinksOfTheProgramAreOpened()
     QFETCH(const bool, opened);
     DBusApplication application;
     std::optional<DBusApplication::Role> role;
-    auto acquisition = application.acquire([&](auto given) { role = given; });
+    auto acquisition = application.acquire({}, [&](auto given) { role = given; });
     QTRY_COMPARE(role, DBusApplication::Role::Primary);
     QSignalSpy links(&application, &DBusApplication::linkOpened);
     call(u"Open"_s, {QStringList{link}, QVariantMap()});
@@ -105,11 +129,16 @@ void TestDBusApplication::onlyLinksOfTheProgramAreOpened()
 
 int main(int argc, char *argv[])
 {
+    const QStringList links = linuxdesktop::takeLaunchLinks(argc, argv);
     QCoreApplication application(argc, argv);
     if (application.arguments().contains(u"--start-again"_s)) {
+        QFile arguments(u"/proc/self/cmdline"_s);
+        QFile output;
+        if (arguments.open(QIODevice::ReadOnly) && output.open(stdout, QIODevice::WriteOnly))
+            output.write(arguments.readAll().contains("token") ? "shown" : "hidden");
         DBusApplication again;
         const auto acquisition =
-            again.acquire([](auto role) { QCoreApplication::exit(int(role)); });
+            again.acquire(links, [](auto role) { QCoreApplication::exit(int(role)); });
         return QCoreApplication::exec();
     }
     TestDBusApplication test;

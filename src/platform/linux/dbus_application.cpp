@@ -41,16 +41,7 @@ public:
 public Q_SLOTS:
     void Activate(const QVariantMap &) { Q_EMIT m_application.activated(); }
 
-    void Open(const QStringList &uris, const QVariantMap &)
-    {
-        for (const QString &uri : uris) {
-            const QUrl link(uri, QUrl::StrictMode);
-            if (link.isValid() && link.scheme() == "nivora"_L1)
-                Q_EMIT m_application.linkOpened(link);
-            else
-                qCWarning(log::app) << "A link was not opened: it is none of this program's";
-        }
-    }
+    void Open(const QStringList &uris, const QVariantMap &) { m_application.open(uris); }
 
     void ActivateAction(const QString &name, const QVariantList &, const QVariantMap &)
     {
@@ -64,8 +55,9 @@ private:
 class AcquireOperation final : public platform::Operation
 {
 public:
-    explicit AcquireOperation(std::function<void(DBusApplication::Role)> done)
-        : m_done(std::move(done))
+    AcquireOperation(const QStringList &links, std::function<void(DBusApplication::Role)> done)
+        : m_links(links)
+        , m_done(std::move(done))
     {
         auto request =
             QDBusMessage::createMethodCall(u"org.freedesktop.DBus"_s, u"/org/freedesktop/DBus"_s,
@@ -76,7 +68,7 @@ public:
             // Where the bus does not answer, nobody else can be reached either.
             const bool taken =
                 reply.isValid() && reply.value() != primaryOwner && reply.value() != alreadyOwner;
-            taken ? activateOther() : end(DBusApplication::Role::Primary);
+            taken ? callOther() : end(DBusApplication::Role::Primary);
         });
     }
 
@@ -89,12 +81,15 @@ private:
                 Qt::QueuedConnection);
     }
 
-    void activateOther()
+    void callOther()
     {
-        auto activation = QDBusMessage::createMethodCall(busName, objectPath, applicationInterface,
-                                                         u"Activate"_s);
-        activation << QVariantMap{};
-        call(activation, [this] { end(DBusApplication::Role::Secondary); });
+        const bool opens = !m_links.isEmpty();
+        auto request = QDBusMessage::createMethodCall(busName, objectPath, applicationInterface,
+                                                      opens ? u"Open"_s : u"Activate"_s);
+        if (opens)
+            request << m_links;
+        request << QVariantMap{};
+        call(request, [this] { end(DBusApplication::Role::Secondary); });
     }
 
     void end(DBusApplication::Role role)
@@ -104,6 +99,7 @@ private:
 
     void stop() override { m_watcher->disconnect(this); }
 
+    QStringList m_links;
     std::unique_ptr<QDBusPendingCallWatcher> m_watcher;
     std::function<void(DBusApplication::Role)> m_done;
 };
@@ -123,13 +119,29 @@ DBusApplication::~DBusApplication()
     QDBusConnection::sessionBus().unregisterObject(objectPath);
 }
 
-platform::Task DBusApplication::acquire(std::function<void(Role)> done)
+void DBusApplication::open(const QStringList &links)
 {
+    for (const QString &each : links) {
+        const QUrl link(each, QUrl::StrictMode);
+        if (link.isValid() && link.scheme() == "nivora"_L1)
+            Q_EMIT linkOpened(link);
+        else
+            qCWarning(log::app) << "A link was not opened: it is none of this program's";
+    }
+}
+
+platform::Task DBusApplication::acquire(const QStringList &links, std::function<void(Role)> done)
+{
+    auto opening = [this, links, done = std::move(done)](Role role) {
+        done(role);
+        if (role == Role::Primary)
+            open(links);
+    };
     // Without a bus nobody else can be reached either, and a call would have no
     // answer at all, not even an error.
     if (!QDBusConnection::sessionBus().isConnected())
-        return platform::delay(0ms, [done = std::move(done)] { done(Role::Primary); });
-    return platform::Task(new AcquireOperation(std::move(done)));
+        return platform::delay(0ms, [opening = std::move(opening)] { opening(Role::Primary); });
+    return platform::Task(new AcquireOperation(links, std::move(opening)));
 }
 
 } // namespace nivora::linuxdesktop

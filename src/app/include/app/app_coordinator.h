@@ -1,9 +1,9 @@
 #pragma once
 
+#include "app/account.h"
 #include "app/app_environment.h"
 #include "app/app_ui_state.h"
 
-#include "account/auth_store.h"
 #include "core/reading_service.h"
 #include "core/translation_engine.h"
 #include "desktop/carbon_hot_key.h"
@@ -58,6 +58,14 @@ public:
     // Opens the empty panel, without reading any selection.
     void showPanel();
 
+    // A link of the program's own scheme, from anybody: it counts while a sign-in
+    // in the browser waits for it.
+    void openLink(const QUrl &link);
+
+    // The menu's line about the plan; absent while nothing is known of it.
+    // BillingStore::changed tells when it may have changed.
+    std::optional<QString> billingSummary() const { return m_account.billingSummary(); }
+
     // The desktop's settings where the permission to read other programs' texts
     // is missing.
     void openAccessibilitySettings();
@@ -73,6 +81,9 @@ public:
 
     AppUIState &uiState() { return m_uiState; }
     SettingsStore &settings() { return m_settings; }
+    AuthStore &authStore() { return m_account.authStore(); }
+    SignIn &signIn() { return m_account.signIn(); }
+    BillingStore &billingStore() { return m_account.billingStore(); }
     UsageStore &usageStore() { return m_usageStore; }
     GlossaryStore &glossaryStore() { return m_glossaryStore; }
     HistoryStore &historyStore();
@@ -98,14 +109,14 @@ private:
     GlossaryStore m_glossaryStore;
     UsageStore m_usageStore;
     std::unique_ptr<HistoryStore> m_historyStore; // made at first use
-    AuthStore m_authStore;
+    QNetworkAccessManager m_network;              // of the account and of reports on translations
+    Account m_account;
     SelectionService m_selectionService;
     TextInsertionService m_insertionService;
     PermissionsManager m_permissions;
     ReadingService m_readings;
     SpeechService m_speech;
     SpeechInputService m_speechInput;
-    QNetworkAccessManager m_network; // of the reports on translations
     TranslationViewModel m_viewModel;
     FloatingPanelController m_panelController;
     HotKeyMonitor m_hotKey;

@@ -26,6 +26,9 @@ public:
     // "invoke", "panel" or "quit". Any other name costs a log line.
     void performAction(const QString &name);
 
+    // A link of the program's own scheme, from anybody.
+    void openLink(const QUrl &link);
+
 private:
     struct Parts;
     std::unique_ptr<Parts> m_parts;

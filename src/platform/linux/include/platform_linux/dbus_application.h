@@ -3,6 +3,7 @@
 #include "platform/task.h"
 
 #include <QObject>
+#include <QStringList>
 #include <QUrl>
 
 #include <functional>
@@ -18,14 +19,19 @@ class DBusApplication : public QObject
 public:
     enum class Role {
         Primary,   // this process has the name, or there is no bus to have it on
-        Secondary, // another process has it, and has been activated instead
+        Secondary, // another process has it, and was activated or given the links
     };
 
     DBusApplication();
     ~DBusApplication() override;
 
-    // Asks for the name. Answers within 2 seconds for each of its two calls.
-    platform::Task acquire(std::function<void(Role)> done);
+    // Asks for the name. Answers within 2 seconds for each of its two calls. The
+    // links that this process was started with are opened by whichever has the
+    // name; here after `done`.
+    platform::Task acquire(const QStringList &links, std::function<void(Role)> done);
+
+    // Passes on the program's own among these links.
+    void open(const QStringList &links);
 
 Q_SIGNALS:
     // Another program, or a second start, asks for the program.

@@ -1,0 +1,32 @@
+#include "app/account.h"
+
+#include "account/billing_summary.h"
+
+#include <QLocale>
+
+using namespace std::chrono_literals;
+
+namespace nivora {
+
+Account::Account(platform::Preferences &preferences, KeychainStore &keychain,
+                 platform::WebBrowser &browser, const AuthEndpoint &endpoint,
+                 const QString &language)
+    : m_authStore(preferences, keychain)
+    , m_signIn(m_authStore, endpoint, browser, language)
+    , m_billingStore(endpoint, keychain, browser)
+{
+    connect(&m_authStore, &AuthStore::changed, this, &Account::refreshBilling);
+}
+
+void Account::refreshBilling()
+{
+    m_refresh = platform::delay(0ms, [this] { m_billingStore.refresh(); });
+}
+
+std::optional<QString> Account::billingSummary() const
+{
+    const auto &status = m_billingStore.status();
+    return status ? std::optional(nivora::billingSummary(*status, QLocale())) : std::nullopt;
+}
+
+} // namespace nivora

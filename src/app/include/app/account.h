@@ -1,0 +1,55 @@
+#pragma once
+
+#include "account/auth_store.h"
+#include "account/billing_store.h"
+#include "account/sign_in.h"
+
+#include "core/auth_endpoint.h"
+
+#include "platform/task.h"
+
+#include <QObject>
+#include <QString>
+
+#include <optional>
+
+namespace nivora {
+
+class KeychainStore;
+
+namespace platform {
+class Preferences;
+class WebBrowser;
+} // namespace platform
+
+// The user's account with the cloud: who is signed in, the ways to sign in, and
+// the plan, which is asked for anew whenever somebody signs in or out.
+class Account : public QObject
+{
+    Q_OBJECT
+
+public:
+    // Borrows keychain, preferences and browser. `language`: the code of the
+    // interface's language.
+    Account(platform::Preferences &preferences, KeychainStore &keychain,
+            platform::WebBrowser &browser, const AuthEndpoint &endpoint, const QString &language);
+
+    // Asks for the plan, from the event loop: a trigger does not wait even for
+    // the keychain.
+    void refreshBilling();
+
+    // The menu's line about the plan; absent while nothing is known of it.
+    std::optional<QString> billingSummary() const;
+
+    AuthStore &authStore() { return m_authStore; }
+    SignIn &signIn() { return m_signIn; }
+    BillingStore &billingStore() { return m_billingStore; }
+
+private:
+    AuthStore m_authStore;
+    SignIn m_signIn;
+    BillingStore m_billingStore;
+    platform::Task m_refresh;
+};
+
+} // namespace nivora
