@@ -19,18 +19,10 @@ namespace nivora {
 
 namespace {
 
-constexpr auto permissionPeriod = 1500ms;
-// From the request to switch accessibility on to the word that it cannot be had.
-constexpr auto trustBound = 3000ms;
 constexpr auto insertionPollPeriod = 20ms;
 // The panel is built as soon as the program has nothing better to do.
 constexpr auto warmUpDelay = 0ms;
 constexpr platform::KeyChord triggerChord{Qt::Key_O, Qt::ControlModifier | Qt::AltModifier};
-
-QString noSettingsProgram()
-{
-    return AppCoordinator::tr("没有找到系统设置程序");
-}
 
 } // namespace
 
@@ -46,6 +38,7 @@ AppCoordinator::AppCoordinator(const platform::Services &services, const QUrl &c
     , m_selectionService(services)
     , m_insertionService(services)
     , m_permissions(services.settingsPanes)
+    , m_accessibilityPermission(services.accessibility, m_permissions, m_uiState)
     , m_readings(services.japaneseTokenizer)
     , m_speech(services.speechSynthesizer)
     , m_speechInput(services.audioInput, services.speechRecognizer)
@@ -57,6 +50,9 @@ AppCoordinator::AppCoordinator(const platform::Services &services, const QUrl &c
                    .speech = &m_speech,
                    .speechInput = &m_speechInput})
     , m_panelController(m_viewModel, m_settings, services.windowSystem)
+    , m_loginWindow(m_account.signIn(), services.windowSystem)
+    , m_onboardingWindow(m_account.authStore(), m_account.signIn(), services.accessibility,
+                         services.windowSystem)
     , m_hotKey(services.keyEventTap)
     , m_carbonHotKey(services.hotKey)
 {
@@ -82,12 +78,20 @@ void AppCoordinator::start()
 
     wireSession();
 
+    connect(&m_onboardingWindow, &OnboardingWindowController::accessibilityRequested, this,
+            [this] { m_accessibilityPermission.switchOn(); });
+    connect(&m_onboardingWindow, &OnboardingWindowController::finished, this,
+            &AppCoordinator::finishOnboarding);
+
     m_hotKey.thresholdMs = m_settings.doubleTapThresholdMs.value();
     connect(&m_settings.doubleTapThresholdMs, &SettingNotifier::changed, this,
             [this] { m_hotKey.thresholdMs = m_settings.doubleTapThresholdMs.value(); });
 
     m_account.refreshBilling();
-    startHotKeyRespectingPermission();
+    if (m_settings.hasCompletedOnboarding.value())
+        startHotKeyRespectingPermission();
+    else
+        m_onboardingWindow.show(); // whose end starts it
     m_warmUp = platform::delay(warmUpDelay, [this] {
         m_panelController.prepare();
         historyStore(); // opens the file, which the first trigger would wait for
@@ -144,8 +148,7 @@ bool AppCoordinator::passesGate()
 {
     if (m_settings.useCustomBackend.value() || m_account.authStore().isSignedIn())
         return true;
-    if (onSignInRequired)
-        onSignInRequired();
+    m_loginWindow.show();
     return false;
 }
 
@@ -198,76 +201,52 @@ void AppCoordinator::openLink(const QUrl &link)
     m_account.signIn().openLink(link);
 }
 
+void AppCoordinator::activate()
+{
+    if (m_onboardingWindow.isVisible())
+        m_onboardingWindow.show();
+    else
+        showPanel();
+}
+
+void AppCoordinator::showLoginWindow()
+{
+    m_loginWindow.show();
+}
+
+void AppCoordinator::finishOnboarding()
+{
+    m_settings.hasCompletedOnboarding.set(true);
+    startHotKeyRespectingPermission();
+    m_account.refreshBilling();
+}
+
 void AppCoordinator::startHotKeyRespectingPermission()
 {
-    const bool trusted = m_services.accessibility.isTrusted();
-    m_uiState.setAccessibilityTrusted(trusted);
-    if (trusted) {
+    m_accessibilityPermission.obtain([this](bool waited) {
         const bool started = m_hotKey.start();
-        qCDebug(log::hotkey).noquote() << u"事件监听启动: %1"_s.arg(started);
-        return;
-    }
-    qCDebug(log::app).noquote() << u"未授权辅助功能, 弹出引导并等待授权"_s;
-    askForAccessibility(tr("Nivora 需要辅助功能权限"),
-                        tr("开启后，桌面会把选中的文字和它的位置告诉 "
-                           "Nivora，双击 Shift 才可用。将为本次会话打开辅助功能服务（AT-SPI）；"
-                           "已在运行的程序可能要重新启动后才会响应。"));
-    waitForAccessibilityThenStart();
-}
-
-void AppCoordinator::askForAccessibility(const QString &message, const QString &details)
-{
-    m_permissionPrompt =
-        showAlert({message, details, {tr("开启"), tr("取消")}}, [this](int button) {
-            if (button == 0)
-                switchAccessibilityOn();
-        });
-}
-
-void AppCoordinator::switchAccessibilityOn()
-{
-    m_services.accessibility.requestTrust();
-    m_permissionPrompt = platform::delay(trustBound, [this] {
-        if (m_services.accessibility.isTrusted())
-            return;
-        qCWarning(log::app) << "The accessibility service could not be switched on";
-        m_permissionPrompt =
-            showAlert({tr("辅助功能服务没有响应"),
-                       tr("请确认已安装 at-spi2-core 并且会话总线可用。在此之前可以使用 ⌃⌥O。"),
-                       {tr("好")}},
-                      [](int) {});
+        qCDebug(log::hotkey).noquote()
+            << (waited ? u"授权完成, 事件监听启动: %1"_s : u"事件监听启动: %1"_s).arg(started);
     });
 }
 
 void AppCoordinator::showScreenPermissionAlert()
 {
-    m_screenAlert = showAlert(
-        {tr("需要屏幕录制权限"),
-         tr("「截图翻译」需要屏幕录制权限。请在系统设置→隐私与安全性→屏幕录制中开启 "
-            "Nivora，然后重新启动 App。"),
-         {tr("打开系统设置"), tr("取消")}},
-        [this](int button) {
-            if (button == 0 && !m_permissions.openScreenRecordingSettings())
-                m_screenAlert = showAlert({noSettingsProgram(), QString(), {tr("好")}}, [](int) {});
-        });
+    m_screenAlert =
+        showAlert({tr("需要屏幕录制权限"),
+                   tr("「截图翻译」需要屏幕录制权限。请在系统设置→隐私与安全性→屏幕录制中开启 "
+                      "Nivora，然后重新启动 App。"),
+                   {tr("打开系统设置"), tr("取消")}},
+                  [this](int button) {
+                      if (button == 0 && !m_permissions.openScreenRecordingSettings())
+                          m_screenAlert = showAlert(
+                              {tr("没有找到系统设置程序"), QString(), {tr("好")}}, [](int) {});
+                  });
 }
 
 void AppCoordinator::openAccessibilitySettings()
 {
-    if (!m_permissions.openAccessibilitySettings())
-        askForAccessibility(noSettingsProgram(), tr("Nivora 可以直接打开辅助功能服务（AT-SPI）。"));
-}
-
-void AppCoordinator::waitForAccessibilityThenStart()
-{
-    m_permissionPoll = platform::delay(permissionPeriod, [this] {
-        if (!m_services.accessibility.isTrusted())
-            return waitForAccessibilityThenStart();
-        m_uiState.setAccessibilityTrusted(true);
-        m_permissionPrompt.cancel();
-        const bool started = m_hotKey.start();
-        qCDebug(log::hotkey).noquote() << u"授权完成, 事件监听启动: %1"_s.arg(started);
-    });
+    m_accessibilityPermission.openSettings();
 }
 
 } // namespace nivora

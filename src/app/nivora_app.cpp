@@ -30,10 +30,6 @@ NivoraApp::NivoraApp(const platform::Services &services, const QUrl &cloudEndpoi
     QObject::connect(&coordinator.uiState(), &AppUIState::accessibilityTrustedChanged, &tray,
                      showPermission);
     QObject::connect(&tray, &TrayIcon::quitRequested, qApp, &QCoreApplication::quit);
-    coordinator.onSignInRequired = [&tray] {
-        qCInfo(log::app) << "Nobody is signed in to the cloud: nothing was translated";
-        tray.notify(QCoreApplication::translate("NivoraApp", "请先登录，或在设置中使用自建后端。"));
-    };
     coordinator.onTextLeftOnClipboard = [&tray] {
         tray.notify(QCoreApplication::translate(
             "NivoraApp", "没能写回原来的窗口，译文已放在剪贴板里，可以直接粘贴。"));
@@ -51,7 +47,7 @@ void NivoraApp::start()
 
 void NivoraApp::activate()
 {
-    m_parts->coordinator.showPanel();
+    m_parts->coordinator.activate();
 }
 
 void NivoraApp::performAction(const QString &name)
@@ -60,6 +56,10 @@ void NivoraApp::performAction(const QString &name)
         m_parts->coordinator.invoke();
     else if (name == u"panel")
         m_parts->coordinator.showPanel();
+    else if (name == u"sign-in")
+        m_parts->coordinator.showLoginWindow();
+    else if (name == u"sign-out")
+        m_parts->coordinator.authStore().signOut();
     else if (name == u"quit")
         QCoreApplication::quit();
     else

@@ -52,6 +52,7 @@ private Q_SLOTS:
     void aDesktopWithoutSettingsLeavesAWayToGrantAccess();
     void aScreenThatMayNotBeReadLeadsToTheSettings();
     void aTakenChordLeavesTheDoubleTap();
+    void theFirstStartTeachesBeforeItListens();
     void nobodySignedInOpensNoPanel_data();
     void nobodySignedInOpensNoPanel();
     void thePlanIsAskedForAsTheProgramIsUsed();
@@ -87,6 +88,14 @@ private:
         all.removeIf([](const auto &each) { return each.path == "/billing/status"_ba; });
         return all;
     }
+    static QWidget *shown(const QString &role)
+    {
+        const auto windows = QApplication::topLevelWidgets();
+        const auto found = std::ranges::find_if(windows, [&](const QWidget *window) {
+            return window->windowRole() == role && window->isVisible();
+        });
+        return found == windows.end() ? nullptr : *found;
+    }
     static QAbstractButton *alertButton(const QString &text)
     {
         const auto windows = QApplication::topLevelWidgets();
@@ -117,6 +126,7 @@ void TestAppCoordinator::init()
     qputenv("XDG_DATA_HOME", m_folder->path().toUtf8());
     m_desktop = std::make_unique<memory::MemoryDesktop>();
     m_desktop->windowSystem.setActiveWindow(editor);
+    m_desktop->preferences.set(u"hasCompletedOnboarding"_s, true);
     m_desktop->secrets.write(u"app.nivora"_s, u"session-token"_s, "token"_ba);
 }
 
@@ -217,6 +227,28 @@ void TestAppCoordinator::aTakenChordLeavesTheDoubleTap()
     QVERIFY(panelShown());
 }
 
+void TestAppCoordinator::theFirstStartTeachesBeforeItListens()
+{
+    m_desktop->preferences.remove(u"hasCompletedOnboarding"_s);
+    m_desktop->accessibility.setTrusted(false);
+    start();
+    QVERIFY(shown(u"onboarding"_s));
+    QVERIFY(!alertButton(u"开启"_s)); // it asks by itself
+    QVERIFY(m_desktop->hotKey.press(chord));
+    QTRY_VERIFY(panelShown());
+    m_coordinator->panelController().hide();
+    m_coordinator->activate();
+    QVERIFY(!panelShown());
+    m_desktop->accessibility.setTrusted(true);
+    QVERIFY(!m_desktop->keyEventTap.isRunning());
+    QTest::keyClick(shown(u"onboarding"_s), Qt::Key_Escape);
+    QVERIFY(!shown(u"onboarding"_s));
+    QVERIFY(m_desktop->keyEventTap.isRunning());
+    QVERIFY(m_coordinator->uiState().accessibilityTrusted());
+    start();
+    QVERIFY(!shown(u"onboarding"_s));
+}
+
 void TestAppCoordinator::nobodySignedInOpensNoPanel_data()
 {
     QTest::addColumn<bool>("signedIn");
@@ -236,15 +268,14 @@ void TestAppCoordinator::nobodySignedInOpensNoPanel()
         m_desktop->secrets.remove(u"app.nivora"_s, u"session-token"_s);
     m_desktop->preferences.set(u"useCustomBackend"_s, custom);
     start();
-    int asked = 0;
-    m_coordinator->onSignInRequired = [&] { ++asked; };
     doubleTap();
     QCOMPARE(panelShown(), opens);
+    QCOMPARE(shown(u"login"_s) != nullptr, !opens);
     QCOMPARE(m_desktop->accessibility.reads() > 0, opens); // no selection is read
-    m_coordinator->panelController().hide();
+    start();                                               // anew, with no window
     m_coordinator->showPanel();
     QCOMPARE(panelShown(), opens);
-    QCOMPARE(asked, opens ? 0 : 2);
+    QCOMPARE(shown(u"login"_s) != nullptr, !opens);
 }
 
 void TestAppCoordinator::thePlanIsAskedForAsTheProgramIsUsed()

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "app/accessibility_permission.h"
 #include "app/account.h"
 #include "app/app_environment.h"
 #include "app/app_ui_state.h"
@@ -20,6 +21,8 @@
 #include "stores/settings_store.h"
 #include "stores/usage_store.h"
 #include "windows/floating_panel_controller.h"
+#include "windows/login_window_controller.h"
+#include "windows/onboarding_window_controller.h"
 
 #include "platform/services.h"
 #include "platform/task.h"
@@ -52,11 +55,18 @@ public:
     void start();
 
     // A trigger, by double Shift and by the chord alike: reads the selection and
-    // opens the panel on it.
+    // opens the panel on it. Where the cloud is used and nobody is signed in, it
+    // opens the login window instead, and so does showPanel().
     void invoke();
 
     // Opens the empty panel, without reading any selection.
     void showPanel();
+
+    // The program is asked for by its name: what it has open at its first start,
+    // or the empty panel.
+    void activate();
+
+    void showLoginWindow();
 
     // A link of the program's own scheme, from anybody: it counts while a sign-in
     // in the browser waits for it.
@@ -72,9 +82,6 @@ public:
 
     // Says why the screen cannot be read, with a way to the desktop's settings.
     void showScreenPermissionAlert();
-
-    // Called where somebody has to sign in before anything can be translated.
-    std::function<void()> onSignInRequired;
 
     // Called where a translation could not be put back and waits on the clipboard.
     std::function<void()> onTextLeftOnClipboard;
@@ -96,9 +103,7 @@ private:
     void insertIntoTarget(const QString &text);
     void tellOfTextOnClipboard();
     void startHotKeyRespectingPermission();
-    void waitForAccessibilityThenStart();
-    void switchAccessibilityOn();
-    void askForAccessibility(const QString &message, const QString &details);
+    void finishOnboarding();
 
     platform::Services m_services;
     AppEnvironment m_environment;
@@ -114,16 +119,17 @@ private:
     SelectionService m_selectionService;
     TextInsertionService m_insertionService;
     PermissionsManager m_permissions;
+    AccessibilityPermission m_accessibilityPermission;
     ReadingService m_readings;
     SpeechService m_speech;
     SpeechInputService m_speechInput;
     TranslationViewModel m_viewModel;
     FloatingPanelController m_panelController;
+    LoginWindowController m_loginWindow;
+    OnboardingWindowController m_onboardingWindow;
     HotKeyMonitor m_hotKey;
     CarbonHotKey m_carbonHotKey;
 
-    platform::Task m_permissionPoll;
-    platform::Task m_permissionPrompt;
     platform::Task m_screenAlert;
     platform::Task m_warmUp;
     platform::Task m_deferredTrigger; // waits for an insertion to end
