@@ -65,17 +65,39 @@ QUuid GlossaryStore::add()
 {
     const QUuid id = QUuid::createUuid();
     m_terms.push_back({id, {}, {}});
+    Q_EMIT appended(1);
     persist();
     return id;
+}
+
+int GlossaryStore::append(const std::vector<GlossaryTerm> &terms)
+{
+    QSet<TermPair> known;
+    for (const GlossaryTerm &term : m_terms)
+        known.insert({term.zh, term.ja});
+    const std::size_t before = m_terms.size();
+    for (const GlossaryTerm &term : terms) {
+        const auto pairs = known.size();
+        known.insert({term.zh, term.ja});
+        if (known.size() > pairs)
+            m_terms.push_back(term);
+    }
+    const int count = int(m_terms.size() - before);
+    if (count > 0) {
+        Q_EMIT appended(count);
+        persist();
+    }
+    return count;
 }
 
 void GlossaryStore::update(const GlossaryTerm &term)
 {
     bool differs = false;
-    for (GlossaryTerm &each : m_terms) {
-        if (each.id == term.id && each != term) {
-            each = term;
+    for (std::size_t place = 0; place < m_terms.size(); ++place) {
+        if (m_terms[place].id == term.id && m_terms[place] != term) {
+            m_terms[place] = term;
             differs = true;
+            Q_EMIT updated(int(place));
         }
     }
     if (differs)
@@ -84,7 +106,30 @@ void GlossaryStore::update(const GlossaryTerm &term)
 
 void GlossaryStore::remove(const QUuid &id)
 {
-    if (std::erase_if(m_terms, [&](const GlossaryTerm &term) { return term.id == id; }) > 0)
+    remove(QSet<QUuid>{id});
+}
+
+void GlossaryStore::remove(const QSet<QUuid> &ids)
+{
+    const auto isNamed = [&](const GlossaryTerm &term) { return ids.contains(term.id); };
+    bool differs = false;
+    auto end = m_terms.end();
+    while (end != m_terms.begin()) {
+        if (!isNamed(*(end - 1))) {
+            --end;
+            continue;
+        }
+        auto begin = end - 1;
+        while (begin != m_terms.begin() && isNamed(*(begin - 1)))
+            --begin;
+        const int first = int(begin - m_terms.begin());
+        const int last = int(end - m_terms.begin()) - 1;
+        m_terms.erase(begin, end);
+        end = m_terms.begin() + first;
+        differs = true;
+        Q_EMIT removed(first, last);
+    }
+    if (differs)
         persist();
 }
 

@@ -1,3 +1,4 @@
+#include "stores/glossary_exchange.h"
 #include "stores/glossary_store.h"
 
 #include <QFile>
@@ -38,6 +39,10 @@ private Q_SLOTS:
     void filesAreTakenWholeOrNotAtAll();
     void aRejectedFileIsKeptBesideTheNewOne();
     void whatCannotBeWrittenStaysInMemory();
+    void changesAreToldByPlace();
+    void termsComeFromOtherPrograms_data();
+    void termsComeFromOtherPrograms();
+    void filesOfUnknownEncodingAreNoText();
 
 private:
     std::unique_ptr<QTemporaryDir> m_folder;
@@ -168,6 +173,66 @@ void TestGlossaryStore::whatCannotBeWrittenStaysInMemory()
     GlossaryStore store(m_path);
     store.add();
     QCOMPARE(store.terms().size(), 1u);
+}
+
+// A view that follows the signals shows what the store holds.
+void TestGlossaryStore::changesAreToldByPlace()
+{
+    GlossaryStore store(m_path);
+    std::vector<GlossaryTerm> shown;
+    int writes = 0;
+    connect(&store, &GlossaryStore::changed, this, [&] { ++writes; });
+    connect(&store, &GlossaryStore::appended, this, [&](int count) {
+        shown.insert(shown.end(), store.terms().end() - count, store.terms().end());
+    });
+    connect(&store, &GlossaryStore::updated, this,
+            [&](int place) { shown.at(size_t(place)) = store.terms().at(size_t(place)); });
+    connect(&store, &GlossaryStore::removed, this, [&](int first, int last) {
+        shown.erase(shown.begin() + first, shown.begin() + last + 1);
+    });
+
+    const auto terms = glossaryFromText(u"甲,一\n乙,二\n甲,一\n丙,三\n丁,四\n戊,五"_s);
+    QCOMPARE(store.append(terms), 5);
+    QCOMPARE(store.append(terms), 0);
+    QCOMPARE(writes, 1);
+    store.update({store.terms()[1].id, u"乙"_s, u"2"_s});
+    const auto id = [&](size_t place) { return store.terms().at(place).id; };
+    store.remove({id(0), id(1), id(3), QUuid::createUuid()});
+    QCOMPARE(writes, 3);
+    QCOMPARE(store.terms().size(), 2u);
+    QVERIFY(shown == store.terms());
+    QVERIFY(GlossaryStore(m_path).terms() == shown);
+    store.remove({id(0), id(1)});
+    QCOMPARE(content().simplified(), "[ ]"_ba);
+}
+
+void TestGlossaryStore::termsComeFromOtherPrograms_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<QStringList>("forms"); // of all terms, in turn
+    QTest::newRow("our own") << glossaryToCsv({{QUuid(), u"报价,\"单\""_s, u"見\n積"_s}})
+                             << QStringList{u"报价,\"单\""_s, u"見\n積"_s};
+    QTest::newRow("a spreadsheet's") << u"报价, 单\t見積\tx\r\n甲\t乙\r\n"_s
+                                     << QStringList{u"报价, 单"_s, u"見積"_s, u"甲"_s, u"乙"_s};
+    QTest::newRow("one form alone")
+        << u"甲\n\n , \n,乙"_s << QStringList{u"甲"_s, u""_s, u""_s, u"乙"_s};
+}
+
+void TestGlossaryStore::termsComeFromOtherPrograms()
+{
+    QFETCH(const QString, text);
+    QStringList forms;
+    for (const GlossaryTerm &term : glossaryFromText(text))
+        forms << term.zh << term.ja;
+    QTEST(forms, "forms");
+}
+
+void TestGlossaryStore::filesOfUnknownEncodingAreNoText()
+{
+    QCOMPARE(exchangeText("\xef\xbb\xbf甲,乙"_ba), u"甲,乙"_s);
+    QCOMPARE(exchangeText("\xff\xfe\x32\x75"_ba), u"甲"_s);
+    QVERIFY(!exchangeText("\xbc\xd7,\xd2\xd2"_ba)); // GBK
+    QVERIFY(!exchangeText("PK\x03\x04\0\0"_ba));    // a spreadsheet itself
 }
 
 QTEST_GUILESS_MAIN(TestGlossaryStore)

@@ -3,6 +3,7 @@
 #include "core/translation_options.h"
 
 #include <QObject>
+#include <QSet>
 
 #include <vector>
 
@@ -27,12 +28,21 @@ public:
 
     // Appends a term with both forms empty, and gives its id.
     QUuid add();
+    // Appends those whose pair of forms is not there yet, and gives their number.
+    int append(const std::vector<GlossaryTerm> &terms);
     // Replaces both forms of every term with the id.
     void update(const GlossaryTerm &term);
     void remove(const QUuid &id);
+    void remove(const QSet<QUuid> &ids);
 
 Q_SIGNALS:
+    // After each change, when all of it is done.
     void changed();
+    // What it was, in places of terms(). A removal tells of each run of
+    // neighbours, from the last run to the first.
+    void appended(int count);
+    void updated(int place);
+    void removed(int first, int last);
 
 private:
     void load();
