@@ -14,9 +14,10 @@ Road::Road(const DesktopSession::Options &options)
 {
 }
 
-bool Road::begin(const QJsonObject &preferences)
+bool Road::prepare(quint16 port)
 {
-    if (!server.listen())
+    // A port of one's choice may be another's for a while.
+    if (!waitUntil([&] { return server.listen(port); }, patience))
         return fail(u"the service cannot listen"_s);
     if (!session.start(m_options))
         return fail(session.error());
@@ -24,7 +25,13 @@ bool Road::begin(const QJsonObject &preferences)
     tree.emplace(session.accessibilityBusAddress());
     clipboard.emplace(session);
     product.emplace(session, *user, *tree);
+    return true;
+}
 
+bool Road::begin(const QJsonObject &preferences)
+{
+    if (!prepare())
+        return false;
     QJsonObject all{{u"hasCompletedOnboarding"_s, true},
                     {u"useCustomBackend"_s, true},
                     {u"apiBaseURL"_s, server.url().toString()},
@@ -57,6 +64,18 @@ void Road::pull(Trigger trigger)
         user->tapShiftTwice();
     else
         user->press({XK_Control_L, XK_Alt_L, XK_o});
+}
+
+void Road::type(QByteArrayView text)
+{
+    for (const char each : text)
+        user->press({X11Driver::Symbol(each)});
+}
+
+bool Road::press(const QString &name) const
+{
+    const auto control = product->waitForControl(name, patience);
+    return control && control->press();
 }
 
 QString Road::prompt(qsizetype request) const

@@ -30,7 +30,9 @@ class Road
 public:
     explicit Road(const DesktopSession::Options &options = {});
 
-    // Starts the desktop and the product. `preferences` are added to those that
+    // Starts the service, on this port or any free one, and the desktop.
+    bool prepare(quint16 port = 0);
+    // Starts all that and the product. `preferences` are added to those that
     // lead it to the service.
     bool begin(const QJsonObject &preferences = {});
     // Opens the editor with this text, selected or not.
@@ -39,6 +41,10 @@ public:
     QString problem() const;
 
     void pull(Trigger trigger);
+    // Small Latin letters, digits and the signs that need no other key with them.
+    void type(QByteArrayView text);
+    // Presses the control, once it is there, as an assistive tool does.
+    bool press(const QString &name) const;
 
     // The prompt of the n-th request: the last message that it carries.
     QString prompt(qsizetype request) const;

@@ -32,19 +32,6 @@ localcloud::Answer answerWith(const QString &text)
     return localcloud::Answer::json(200, {{u"choices"_s, QJsonArray{choice}}});
 }
 
-void type(Road &road, QByteArrayView text)
-{
-    for (const char each : text)
-        road.user->press({X11Driver::Symbol(each)});
-}
-
-// Presses the control as an assistive tool does.
-bool press(const Road &road, const QString &name)
-{
-    const auto control = road.product->waitForControl(name, patience);
-    return control && control->press();
-}
-
 } // namespace
 
 // A walk through what the panel offers, by keys and as assistive tools see it.
@@ -96,7 +83,7 @@ void TestModes::aVariantTakesThePlaceOfTheResult()
     const auto reading = road.product->waitForControl(u"读音"_s, patience);
     QVERIFY2(reading, qUtf8Printable(road.problem()));
 
-    QVERIFY2(press(road, u"更多译文"_s), qUtf8Printable(road.problem()));
+    QVERIFY2(road.press(u"更多译文"_s), qUtf8Printable(road.problem()));
     const auto variant = road.product->waitForControl(u"見積書をください"_s, patience);
     QVERIFY2(variant && road.product->control(u"お見積もりをお願いします"_s),
              qUtf8Printable(road.problem()));
@@ -107,7 +94,7 @@ void TestModes::aVariantTakesThePlaceOfTheResult()
              qUtf8Printable(reading->text()));
     QVERIFY(!road.product->control(u"お見積もりをお願いします"_s));
 
-    QVERIFY2(press(road, u"复制译文"_s), qUtf8Printable(road.problem()));
+    QVERIFY2(road.press(u"复制译文"_s), qUtf8Printable(road.problem()));
     QVERIFY(waitUntil([&] { return road.clipboard->text() == u"見積書をください"_s; }, patience));
     road.user->press({XK_Control_L, XK_Return});
     QVERIFY(road.product->waitForPanelGone(patience));
@@ -144,7 +131,7 @@ void TestModes::textIsComposed()
     QCOMPARE(road.product->control(u"输入文字，自动翻译。"_s).has_value(), live);
     QCOMPARE(road.product->controlBeginning(u"翻译"_s).has_value(), !live);
 
-    type(road, "hello");
+    road.type("hello");
     if (!live) {
         QVERIFY(waitUntil([&] { return source->text() == u"hello"_s; }, patience));
         QVERIFY(road.server.requests().isEmpty());
@@ -186,14 +173,13 @@ void TestModes::aReplyIsWrittenToAPage()
     QVERIFY(waitUntil(
         [&] { return road.user->find(Product::panel())->geometry.topLeft() != corner; }, patience));
 
-    QVERIFY2(press(road, u"以对方原文为背景，撰写并翻译你的回复"_s),
-             qUtf8Printable(road.problem()));
+    QVERIFY2(road.press(u"以对方原文为背景，撰写并翻译你的回复"_s), qUtf8Printable(road.problem()));
     const auto source = road.product->waitForControl(u"原文"_s, patience);
     QVERIFY2(source && waitUntil([&] { return source->isFocused(); }, patience),
              qUtf8Printable(road.problem()));
     QCOMPARE(road.user->find(Product::panel())->geometry.topLeft(), corner);
 
-    QVERIFY2(press(road, u"背景"_s), qUtf8Printable(road.problem()));
+    QVERIFY2(road.press(u"背景"_s), qUtf8Printable(road.problem()));
     const auto background = road.product->waitForControl(u"背景（可选，如对方的消息）"_s, patience);
     QVERIFY2(background && background->text() == u"Please send the quotation."_s,
              qUtf8Printable(road.problem()));
@@ -223,7 +209,7 @@ void TestModes::thePinnedPanelFollowsTheLanguageMenu()
     road.pull(Trigger::DoubleShift);
     QVERIFY2(road.product->waitForTranslation(japanese, patience), qUtf8Printable(road.problem()));
 
-    QVERIFY2(press(road, u"中文 → 日本語"_s), qUtf8Printable(road.problem()));
+    QVERIFY2(road.press(u"中文 → 日本語"_s), qUtf8Printable(road.problem()));
     QVERIFY(road.user->waitForMapped(
         [](const X11Driver::Window &window) {
             return window.className == "Nivora"_L1 && window.role.isEmpty();
@@ -235,14 +221,14 @@ void TestModes::thePinnedPanelFollowsTheLanguageMenu()
              qUtf8Printable(road.problem()));
     QVERIFY2(road.product->control(u"中文 → English"_s), qUtf8Printable(road.problem()));
 
-    QVERIFY2(press(road, u"钉住"_s), qUtf8Printable(road.problem()));
+    QVERIFY2(road.press(u"钉住"_s), qUtf8Printable(road.problem()));
     QVERIFY(road.product->waitForControl(u"已钉住（失焦不关闭）"_s, patience));
     road.user->movePointer(road.editor->textArea().bottomRight() - QPoint(20, 20));
     road.user->click();
     QVERIFY(road.user->waitForActive(road.editor->window(), patience));
     QVERIFY(!road.product->waitForPanelGone(500ms));
     QCOMPARE(road.product->translation(), u"Please send the quotation."_s);
-    QVERIFY(press(road, u"关闭面板"_s));
+    QVERIFY(road.press(u"关闭面板"_s));
     QVERIFY(road.product->waitForPanelGone(patience));
 }
 
@@ -271,13 +257,13 @@ void TestModes::feedbackReachesTheCloud()
     QVERIFY2(road.open(Editor::Toolkit::Gtk, chinese), qUtf8Printable(road.problem()));
 
     road.pull(Trigger::DoubleShift);
-    QVERIFY2(press(road, u"反馈译文问题"_s), qUtf8Printable(road.problem()));
+    QVERIFY2(road.press(u"反馈译文问题"_s), qUtf8Printable(road.problem()));
     const auto comment = road.product->waitForControl(u"补充说明（可选）"_s, patience);
     QVERIFY2(comment, qUtf8Printable(road.problem()));
     QVERIFY(waitUntil([&] { return road.product->control(u"翻译错误"_s)->isFocused(); }, patience));
     road.user->press({XK_Down});
     road.user->press({XK_Tab});
-    type(road, "half");
+    road.type("half");
     QVERIFY(waitUntil([&] { return comment->text() == u"half"_s; }, patience));
     road.user->press({XK_Return});
     QVERIFY2(road.product->waitForControl(u"已提交，感谢反馈"_s, patience),

@@ -41,18 +41,21 @@ QString Product::program()
     return QCoreApplication::applicationDirPath() + u"/nivora"_s;
 }
 
-bool Product::start(const QJsonObject &preferences)
+bool Product::start(const QJsonObject &preferences, const QMap<QString, QString> &variables)
 {
-    const auto folder = m_session.folder() + u"/config/app.nivora"_s;
-    QDir().mkpath(folder);
-    QFile file(folder + u"/defaults.json"_s);
-    if (!file.open(QIODevice::WriteOnly) || file.write(QJsonDocument(preferences).toJson()) < 0)
-        return false;
-    file.close();
+    if (!preferences.isEmpty()) {
+        const auto folder = m_session.folder() + u"/config/app.nivora"_s;
+        QDir().mkpath(folder);
+        QFile file(folder + u"/defaults.json"_s);
+        if (!file.open(QIODevice::WriteOnly) || file.write(QJsonDocument(preferences).toJson()) < 0)
+            return false;
+    }
 
     // For the message of a test that fails.
     auto environment = m_session.environment();
     environment.insert(u"QT_LOGGING_RULES"_s, u"app.nivora.*.debug=true"_s);
+    for (auto each = variables.begin(); each != variables.end(); ++each)
+        environment.insert(each.key(), each.value());
     m_process = m_session.launch(program(), {}, environment);
     if (!m_process)
         return false;

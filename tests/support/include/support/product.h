@@ -4,6 +4,7 @@
 #include "support/x11_driver.h"
 
 #include <QJsonObject>
+#include <QMap>
 #include <QString>
 
 #include <chrono>
@@ -28,9 +29,9 @@ public:
     // The program beside the one that is running.
     static QString program();
 
-    // Writes the preferences and starts the program. True once it owns its name
-    // on the session bus.
-    bool start(const QJsonObject &preferences);
+    // Writes the preferences, if any, and starts the program. True once it owns its
+    // name on the session bus. `variables` are added to its environment.
+    bool start(const QJsonObject &preferences, const QMap<QString, QString> &variables = {});
     bool isRunning() const;
     qint64 processId() const;
     // What it wrote to standard error.
