@@ -4,6 +4,7 @@
 
 #include <QPromise>
 
+#include <algorithm>
 #include <memory>
 
 namespace nivora {
@@ -31,6 +32,28 @@ QString readingOf(const platform::JapaneseToken &token, ReadingForm form)
         return token.surface;
     return form == ReadingForm::Hiragana ? hiraganaFromKatakana(token.reading)
                                          : romajiFromKana(saidSpelling(token));
+}
+
+bool isOpening(QChar c)
+{
+    return c.category() == QChar::Punctuation_Open ||
+           c.category() == QChar::Punctuation_InitialQuote;
+}
+
+// A mark, or several, that belongs to the word before it. A name like .NET is none,
+// and of a straight quotation mark nobody knows.
+bool isClosingMark(QStringView token)
+{
+    const auto isMark = [](QChar c) { return c.isPunct() || c == u'～' || c == u'〜'; };
+    return std::ranges::all_of(token, isMark) && !isOpening(token.front()) &&
+           !QStringView(u"\"'").contains(token.front());
+}
+
+// Whether no blank has to be set between what is written and what follows.
+bool standsClose(QStringView line, QStringView token)
+{
+    return line.isEmpty() || line.back().isSpace() || token.front().isSpace() ||
+           isOpening(line.back()) || isClosingMark(token);
 }
 
 } // namespace
@@ -84,9 +107,10 @@ QString ReadingService::transcribe(const QString &text, ReadingForm form,
         return {};
     QString line;
     for (const auto &token : *tokens) {
-        if (!line.isEmpty())
+        const QString reading = readingOf(token, form);
+        if (!standsClose(line, reading))
             line += u' ';
-        line += readingOf(token, form);
+        line += reading;
     }
     return line;
 }

@@ -132,7 +132,22 @@ private Q_SLOTS:
              {u"は"_s, u"ハ"_s, u"ワ"_s},
              {u"👍"_s, {}, {}},
              {u"。"_s, {}, {}}},
-            u"Qt   は 👍 。"_s, u"Qt   wa 👍 。"_s);
+            u"Qt は 👍。"_s, u"Qt wa 👍。"_s);
+        const JapaneseToken ame{u"雨"_s, u"アメ"_s, u"アメ"_s};
+        row("marks stand close to their words",
+            {{u"「"_s, {}, {}},
+             ame,
+             {u"、"_s, {}, {}},
+             ame,
+             {u"！」"_s, {}, {}},
+             wa,
+             {u"（"_s, {}, {}},
+             {u"5"_s, {}, {}},
+             {u"％"_s, {}, {}},
+             {u"）"_s, {}, {}},
+             {u"…"_s, {}, {}},
+             {u".NET"_s, {}, {}}},
+            u"「あめ、 あめ！」 は （5％）… .NET"_s, u"「ame、 ame！」 wa （5％）… .NET"_s);
     }
     void readsTokens()
     {
