@@ -64,7 +64,7 @@ void ContextPopover::render()
     showProgrammatically(*m_editor, m_session.contextText());
 }
 
-void ContextPopover::open(const QWidget &control)
+void ContextPopover::open(QWidget &control)
 {
     openAt(control, *m_editor);
 }

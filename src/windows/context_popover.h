@@ -17,7 +17,7 @@ public:
     ContextPopover(TranslationViewModel &session, platform::WindowSystem &windowSystem,
                    QWidget *panel);
 
-    void open(const QWidget &control);
+    void open(QWidget &control);
 
 protected:
     bool eventFilter(QObject *object, QEvent *event) override;

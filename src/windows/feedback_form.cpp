@@ -114,7 +114,7 @@ QWidget *FeedbackForm::makeThanks()
     return page;
 }
 
-void FeedbackForm::open(const QWidget &control)
+void FeedbackForm::open(QWidget &control)
 {
     m_reason->setCurrentIndex(0);
     m_comment->clear();

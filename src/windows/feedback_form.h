@@ -21,7 +21,7 @@ public:
                  QWidget *panel);
 
     // Begins afresh.
-    void open(const QWidget &control);
+    void open(QWidget &control);
 
 private:
     QWidget *makeQuestion();

@@ -65,6 +65,7 @@ void FloatingPanelController::prepare()
             &FloatingPanelController::applyDynamicHeight);
     connect(m_view, &TranslationPanelView::closeRequested, this, &FloatingPanelController::hide);
     connect(m_view, &TranslationPanelView::replyRequested, this, &FloatingPanelController::reply);
+    connect(m_view, &TranslationPanelView::dragged, this, &FloatingPanelController::drag);
     connect(m_panel.get(), &CardWindow::cancelled, this, &FloatingPanelController::hide);
     connect(qGuiApp, &QGuiApplication::focusWindowChanged, this,
             &FloatingPanelController::onFocusWindowChanged);
@@ -81,6 +82,8 @@ void FloatingPanelController::show(PanelMode mode, const std::optional<QRectF> &
     m_visibleAreas.clear();
     m_keyboardCheck.cancel();
     m_view->reset();
+    m_dragOrigin.reset();
+    m_lowestBottom.reset();
     m_anchorTopLeft = computeAnchor(near);
     m_panel->setCard(
         placeFor(mode == PanelMode::Selection ? heightForSelection : heightForWriting));
@@ -138,6 +141,34 @@ QRect FloatingPanelController::visibleArea(const QScreen &screen) const
     return *m_visibleAreas.insert(&screen, workArea(screen, m_windowSystem));
 }
 
+// Growth while the pointer holds the panel keeps to the place that this gives it.
+void FloatingPanelController::drag(const QPoint &offset, bool ends)
+{
+    if (offset.isNull() && !m_dragOrigin)
+        return;
+    if (!m_dragOrigin)
+        m_dragOrigin = m_panel->card().topLeft();
+    m_anchorTopLeft = *m_dragOrigin + offset;
+    const QRect place = placeFor(targetHeight(m_view->contentHeight()));
+    m_panel->setCard(place);
+    if (!ends)
+        return;
+    m_dragOrigin.reset();
+    m_lowestBottom = place.bottom();
+    if (const QScreen *screen = screenFor(place.center()))
+        m_lowestBottom = std::max(visibleArea(*screen).bottom() - screenMargin, place.bottom());
+}
+
+// The place that the user chose is kept, except that a panel grows upwards where it
+// would else leave the screen.
+int FloatingPanelController::topWhereDragged(int height) const
+{
+    const int top = m_anchorTopLeft->y();
+    if (m_dragOrigin)
+        return top;
+    return std::min(top, *m_lowestBottom + 1 - height);
+}
+
 // Place and size go to the window in one step: while a window is being mapped it
 // believes to be elsewhere for a moment, and a mere change of size would keep it
 // there.
@@ -146,6 +177,8 @@ QRect FloatingPanelController::placeFor(int height) const
     const QSize size(TranslationPanelView::panelWidth, height);
     if (!m_anchorTopLeft)
         return {m_panel->card().topLeft(), size};
+    if (m_dragOrigin || m_lowestBottom)
+        return {{m_anchorTopLeft->x(), topWhereDragged(height)}, size};
     const QScreen *screen = screenFor(*m_anchorTopLeft);
     return {screen ? clampedPosition(*m_anchorTopLeft, size, visibleArea(*screen))
                    : *m_anchorTopLeft,
@@ -194,6 +227,7 @@ void FloatingPanelController::watchScreens()
 void FloatingPanelController::onScreensChanged()
 {
     m_visibleAreas.clear();
+    m_lowestBottom.reset();
     if (m_panel->isVisible())
         m_panel->setCard(placeFor(targetHeight(m_view->contentHeight())));
 }

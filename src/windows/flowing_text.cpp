@@ -109,8 +109,6 @@ void FlowingText::paintEvent(QPaintEvent *event)
     if (m_weight == Weight::Annotation)
         ink.setAlphaF(annotationOpacity);
     m_flow.draw(painter, event->rect(), ink, selection(), palette());
-    if (hasFocus() && m_ring)
-        drawFocusRing(painter, rect(), palette());
 }
 
 TextFlow::Range FlowingText::selection() const
@@ -235,7 +233,12 @@ void FlowingText::contextMenuEvent(QContextMenuEvent *event)
 void FlowingText::focusInEvent(QFocusEvent *event)
 {
     m_ring = isFromKeyboard(*event);
-    update();
+    Q_EMIT ringChanged();
+}
+
+void FlowingText::focusOutEvent(QFocusEvent *)
+{
+    Q_EMIT ringChanged();
 }
 
 } // namespace nivora

@@ -31,6 +31,10 @@ public:
     // Of the text laid out in this width, in logical pixels.
     int heightForWidth(int width) const override;
 
+    // Whether whoever holds the text should draw the focus ring around it, where
+    // there is room.
+    bool showsRing() const { return m_ring && hasFocus(); }
+
     TextFlow::Range selection() const;
     int cursor() const { return m_cursor; }
     void select(int anchor, int cursor);
@@ -41,6 +45,7 @@ Q_SIGNALS:
     void textHeightChanged();
     // The user moved the end of the selection there.
     void cursorShown(const QRect &place);
+    void ringChanged();
 
 protected:
     void paintEvent(QPaintEvent *event) override;
@@ -52,6 +57,7 @@ protected:
     void keyPressEvent(QKeyEvent *event) override;
     void contextMenuEvent(QContextMenuEvent *event) override;
     void focusInEvent(QFocusEvent *event) override;
+    void focusOutEvent(QFocusEvent *event) override;
 
 private:
     void layOut();

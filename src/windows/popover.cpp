@@ -39,25 +39,40 @@ Popover::Popover(platform::WindowSystem &windowSystem, const QString &title, QWi
     connect(this, &CardWindow::cancelled, this, &QWidget::hide);
 }
 
-void Popover::openAt(const QWidget &control, QWidget &first)
+void Popover::openAt(QWidget &control, QWidget &first)
 {
-    const QRect anchor(control.mapToGlobal(QPoint()), control.size());
-    const int height = contentHeight();
-    QRect card(anchor.center().x() - popoverWidth / 2, anchor.bottom() + 1 + gap, popoverWidth,
-               height);
-    if (const QScreen *screen = screenFor(anchor.center())) {
-        const QRect area =
-            workArea(*screen, m_windowSystem)
-                .marginsRemoved({screenMargin, screenMargin, screenMargin, screenMargin});
-        if (card.bottom() > area.bottom() && anchor.top() - gap - height >= area.top())
-            card.moveBottom(anchor.top() - 1 - gap);
-        card.moveLeft(
-            std::max(std::min(card.left(), area.right() + 1 - card.width()), area.left()));
-        card.moveTop(std::max(std::min(card.top(), area.bottom() + 1 - card.height()), area.top()));
-    }
-    m_above = card.bottom() < anchor.top();
+    m_control = &control;
+    m_above = false;
+    m_area = {};
+    if (const QScreen *screen = screenFor(control.mapToGlobal(control.rect().center())))
+        m_area = workArea(*screen, m_windowSystem)
+                     .marginsRemoved({screenMargin, screenMargin, screenMargin, screenMargin});
+    // The control moves within the panel, and with it.
+    for (QWidget *each = &control; each; each = each->parentWidget())
+        each->installEventFilter(this);
     first.setFocus(Qt::PopupFocusReason);
-    present(card);
+    present(place());
+}
+
+// Where there is room it keeps to its side of the control.
+QRect Popover::place()
+{
+    const QRect anchor(m_control->mapToGlobal(QPoint()), m_control->size());
+    const int height = contentHeight();
+    const int below = anchor.bottom() + 1 + gap;
+    const int above = anchor.top() - gap - height;
+    QRect card(anchor.center().x() - popoverWidth / 2, below, popoverWidth, height);
+    if (m_area.isEmpty())
+        return card;
+    const bool fitsBelow = below + height <= m_area.bottom() + 1;
+    const bool fitsAbove = above >= m_area.top();
+    m_above = fitsAbove && (m_above || !fitsBelow);
+    if (m_above)
+        card.moveTop(above);
+    card.moveLeft(
+        std::max(std::min(card.left(), m_area.right() + 1 - card.width()), m_area.left()));
+    card.moveTop(std::max(std::min(card.top(), m_area.bottom() + 1 - height), m_area.top()));
+    return card;
 }
 
 int Popover::contentHeight() const
@@ -78,7 +93,7 @@ bool Popover::event(QEvent *event)
     }
     const bool handled = CardWindow::event(event);
     if (event->type() == QEvent::LayoutRequest)
-        fitHeight();
+        follow();
     return handled;
 }
 
@@ -90,12 +105,20 @@ void Popover::keyPressEvent(QKeyEvent *event)
         CardWindow::keyPressEvent(event);
 }
 
-void Popover::fitHeight()
+bool Popover::eventFilter(QObject *object, QEvent *event)
 {
-    const QRect now = card();
-    const int change = contentHeight() - now.height();
-    if (isVisible() && change != 0)
-        setCard(m_above ? now.adjusted(0, -change, 0, 0) : now.adjusted(0, 0, 0, change));
+    if (event->type() == QEvent::Move || event->type() == QEvent::Resize)
+        follow();
+    return CardWindow::eventFilter(object, event);
+}
+
+void Popover::follow()
+{
+    // A control that went away leaves the popover where it is.
+    if (!isVisible() || !m_control || !m_control->isVisible())
+        return;
+    if (const QRect wished = place(); wished != card())
+        setCard(wished);
 }
 
 } // namespace nivora

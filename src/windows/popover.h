@@ -2,6 +2,8 @@
 
 #include "windows/card_window.h"
 
+#include <QPointer>
+
 class QVBoxLayout;
 
 namespace nivora {
@@ -18,7 +20,8 @@ public:
 
     // Opens beside this control and gives the keyboard to `first`. Where there
     // is room it opens below.
-    void openAt(const QWidget &control, QWidget &first);
+    // While it is open it follows the control.
+    void openAt(QWidget &control, QWidget &first);
 
 protected:
     QVBoxLayout &column() { return *m_column; }
@@ -27,13 +30,17 @@ protected:
     virtual void confirm() = 0;
     bool event(QEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
+    bool eventFilter(QObject *object, QEvent *event) override;
 
 private:
-    void fitHeight();
+    void follow();
+    QRect place();
     int contentHeight() const;
 
     platform::WindowSystem &m_windowSystem;
     QVBoxLayout *m_column;
+    QPointer<QWidget> m_control;
+    QRect m_area;         // where it may be; empty without a screen
     bool m_above = false; // its lower edge is the one at the control
 };
 

@@ -173,6 +173,12 @@ void ResultArea::announce()
     }
 }
 
+// Without the room that the texts have around them, which lies in the margins.
+int ResultArea::textHeight() const
+{
+    return m_content->height() - 2 * ResultContent::room.height();
+}
+
 int ResultArea::contentHeight() const
 {
     switch (showing()) {
@@ -187,7 +193,7 @@ int ResultArea::contentHeight() const
     case Showing::Content:
         break;
     }
-    return std::clamp(m_content->height(), leastHeight, greatestHeight);
+    return std::clamp(textHeight(), leastHeight, greatestHeight);
 }
 
 QSize ResultArea::sizeHint() const
@@ -212,10 +218,12 @@ void ResultArea::layOut()
 {
     const QRect inner = rect().adjusted(sideMargin, verticalMargin, -sideMargin, -verticalMargin);
     // The content keeps its width: the scroll bar lies in the margin.
-    m_scroll->setGeometry(inner.adjusted(0, 0, sideMargin - 2, 0));
-    if (m_content->height() > greatestHeight) {
+    constexpr QSize room = ResultContent::room;
+    m_scroll->setGeometry(
+        inner.adjusted(-room.width(), -room.height(), sideMargin - 2, room.height()));
+    if (textHeight() > greatestHeight) {
         m_scroll->setVerticalScrollBarPolicy(Qt::ScrollBarAsNeeded);
-    } else if (inner.height() >= m_content->height()) {
+    } else if (inner.height() >= textHeight()) {
         m_tight.stop();
         m_scroll->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     } else if (!m_tight.isActive()) {

@@ -40,6 +40,7 @@ private:
     void renderPhase();
     void announce();
     void layOut();
+    int textHeight() const;
     int contentHeight() const;
 
     TranslationViewModel &m_session;

@@ -1,6 +1,7 @@
 #include "result_content.h"
 
 #include "flowing_text.h"
+#include "focus_ring.h"
 #include "spinner.h"
 #include "symbol_label.h"
 #include "variant_button.h"
@@ -9,6 +10,7 @@
 #include "session/translation_view_model.h"
 
 #include <QHBoxLayout>
+#include <QPainter>
 
 namespace nivora {
 
@@ -72,6 +74,7 @@ FlowingText *ResultContent::makeText(bool annotation, const QString &name)
     text->setAccessibleName(name);
     text->resize(m_width, 0);
     connect(text, &FlowingText::textHeightChanged, this, &ResultContent::layOut);
+    connect(text, &FlowingText::ringChanged, this, qOverload<>(&QWidget::update));
     connect(text, &FlowingText::cursorShown, this,
             [this, text](const QRect &place) { Q_EMIT placeShown(place.translated(text->pos())); });
     return text;
@@ -119,15 +122,28 @@ void ResultContent::renderVariants()
     layOut();
 }
 
+void ResultContent::paintEvent(QPaintEvent *)
+{
+    for (const FlowingText *text : {m_translation, m_reading, m_backTranslation}) {
+        if (!text->showsRing())
+            continue;
+        QPainter painter(this);
+        drawFocusRing(
+            painter,
+            text->geometry().adjusted(-room.width(), -room.height(), room.width(), room.height()),
+            palette());
+    }
+}
+
 void ResultContent::layOut()
 {
-    int y = 0;
+    int y = room.height();
     const auto place = [&](QWidget *widget, int height, int space) {
         if (widget->isHidden())
             return;
-        if (y > 0)
+        if (y > room.height())
             y += space;
-        widget->setGeometry(0, y, m_width, height);
+        widget->setGeometry(room.width(), y, m_width, height);
         y += height;
     };
     place(m_translation, m_translation->flow().height(), 0);
@@ -137,9 +153,10 @@ void ResultContent::layOut()
     for (VariantButton *button : m_variants)
         place(button, button->layOut(m_width),
               button == m_variants.front() ? gap : gapBetweenVariants);
+    y += room.height();
     if (height() == y)
         return;
-    resize(m_width, y);
+    resize(m_width + 2 * room.width(), y);
     Q_EMIT heightChanged();
 }
 

@@ -17,7 +17,10 @@ class ResultContent : public QWidget
     Q_OBJECT
 
 public:
-    // `width` in logical pixels. `session` outlives the view.
+    // Left free on each side, for the focus ring around a text.
+    static constexpr QSize room{6, 3}; // logical pixels
+
+    // `width` of the texts, in logical pixels. `session` outlives the view.
     ResultContent(TranslationViewModel &session, int width, QWidget *parent = nullptr);
     ~ResultContent() override;
 
@@ -26,6 +29,9 @@ Q_SIGNALS:
     void heightChanged();
     // This place was brought up by the keyboard or by a selection.
     void placeShown(const QRect &place);
+
+protected:
+    void paintEvent(QPaintEvent *event) override;
 
 private:
     FlowingText *makeText(bool annotation, const QString &name);

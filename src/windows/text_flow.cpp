@@ -24,6 +24,32 @@ bool endsParagraph(QChar character)
     return character == u'\n' || character == QChar::ParagraphSeparator;
 }
 
+bool isAnnotationMark(char16_t unit)
+{
+    return unit >= 0xFFF9 && unit <= 0xFFFC; // and the place of an embedded object
+}
+
+// Of as many units, without what fonts have only boxes for.
+QString printable(QStringView text)
+{
+    // A control character belongs to the one before it, as this one does.
+    constexpr QChar invisible(0x200C);
+    QString shown = text.toString();
+    for (qsizetype i = 0; i < shown.size(); ++i) {
+        const QChar c = shown[i];
+        if (c == u'\v' || c == u'\f' || c == QChar(0x85))
+            shown[i] = QChar::LineSeparator;
+        else if (c.isHighSurrogate() && i + 1 < shown.size() && shown[i + 1].isLowSurrogate())
+            ++i;
+        else if (c.isSurrogate())
+            shown[i] = QChar::ReplacementCharacter;
+        else if (c != u'\t' && (c.category() == QChar::Other_Control || c.isNonCharacter() ||
+                                isAnnotationMark(c.unicode())))
+            shown[i] = invisible;
+    }
+    return shown;
+}
+
 } // namespace
 
 struct TextFlow::Portion
@@ -35,6 +61,8 @@ struct TextFlow::Portion
     bool continues = false; // the paragraph began in an earlier portion
     qreal top = 0;
     qreal height = 0;
+    qreal lastTop = 0; // of the last line, from the portion's top
+    int lines = 0;     // that are its own: the layout may have one more
     QTextLayout layout;
 
     int end() const { return start + length; }
@@ -113,7 +141,8 @@ void TextFlow::layOutNext()
         divide();
 }
 
-// Ends the last portion where its last line begins, which looks the same.
+// Ends the last portion where its last line begins. Its layout keeps that line,
+// unseen: laid out without it, others might break elsewhere.
 void TextFlow::divide()
 {
     Portion &full = *m_portions.back();
@@ -128,8 +157,11 @@ void TextFlow::divide()
     rest->ended = std::exchange(full.ended, false);
     rest->rightToLeft = full.rightToLeft;
     rest->continues = true;
-    full.length = cut;
-    layOutPortion(full);
+    if (cut < full.length) {
+        --full.lines;
+        full.height = full.lastTop;
+        full.length = cut;
+    }
     rest->top = full.top + full.height;
     layOutPortion(*rest);
     m_portions.push_back(std::move(rest));
@@ -143,8 +175,7 @@ void TextFlow::layOutPortion(Portion &portion)
     option.setTextDirection(portion.rightToLeft ? Qt::RightToLeft : Qt::LeftToRight);
     portion.layout.setTextOption(option);
     portion.layout.setFont(m_font);
-    // A lone carriage return has no shape of its own.
-    portion.layout.setText(m_text.mid(portion.start, portion.length).replace(u'\r', u'\u200b'));
+    portion.layout.setText(printable(QStringView(m_text).sliced(portion.start, portion.length)));
 
     const QFontMetricsF metrics(m_font);
     const qreal pitch = std::ceil(m_font.pixelSize() * lineSpacing);
@@ -156,9 +187,11 @@ void TextFlow::layOutPortion(Portion &portion)
         line.setLineWidth(m_width);
         const qreal above = std::max(baseline - line.ascent(), 0.0);
         line.setPosition({0, y + above});
+        portion.lastTop = y;
         y += std::max(pitch, std::ceil(above + line.height()));
     }
     portion.layout.endLayout();
+    portion.lines = portion.layout.lineCount();
     portion.height = y;
 }
 
@@ -197,7 +230,9 @@ void TextFlow::draw(QPainter &painter, const QRectF &clip, const QColor &ink, co
             range.format.setForeground(palette.brush(QPalette::HighlightedText));
             highlights << range;
         }
-        portion.layout.draw(&painter, {0, portion.top}, highlights, clip);
+        QRectF own = clip;
+        own.setBottom(std::min(own.bottom(), portion.top + portion.height - 0.5));
+        portion.layout.draw(&painter, {0, portion.top}, highlights, own);
     }
 }
 
@@ -208,10 +243,10 @@ int TextFlow::positionAt(const QPointF &place) const
     if (place.y() >= height())
         return m_consumed;
     const Portion *portion = portionBelow(place.y());
-    if (!portion || portion->layout.lineCount() == 0)
+    if (!portion || portion->lines == 0)
         return portion ? portion->start : 0;
     int line = 0;
-    while (line + 1 < portion->layout.lineCount() &&
+    while (line + 1 < portion->lines &&
            portion->layout.lineAt(line + 1).y() <= place.y() - portion->top)
         ++line;
     return portion->start + portion->layout.lineAt(line).xToCursor(place.x());
@@ -220,7 +255,7 @@ int TextFlow::positionAt(const QPointF &place) const
 QRectF TextFlow::caretAt(int position) const
 {
     const Portion *portion = portionAt(position);
-    if (!portion || portion->layout.lineCount() == 0)
+    if (!portion || portion->lines == 0)
         return {};
     const int within = std::clamp(position - portion->start, 0, portion->length);
     const QTextLine line = portion->layout.lineForTextPosition(within);

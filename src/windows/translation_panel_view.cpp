@@ -83,7 +83,7 @@ void TranslationPanelView::renderMode()
 
 void TranslationPanelView::reset()
 {
-    m_dragOffset.reset();
+    m_dragStart.reset();
     closePopovers();
     m_result->reset();
     if (m_session.mode() != PanelMode::Selection)
@@ -121,19 +121,21 @@ bool TranslationPanelView::event(QEvent *event)
 void TranslationPanelView::mousePressEvent(QMouseEvent *event)
 {
     if (event->button() == Qt::LeftButton)
-        m_dragOffset = window()->pos() - event->globalPosition().toPoint();
+        m_dragStart = event->globalPosition().toPoint();
 }
 
 void TranslationPanelView::mouseMoveEvent(QMouseEvent *event)
 {
-    if (m_dragOffset)
-        window()->move(event->globalPosition().toPoint() + *m_dragOffset);
+    if (m_dragStart)
+        Q_EMIT dragged(event->globalPosition().toPoint() - *m_dragStart, false);
 }
 
 void TranslationPanelView::mouseReleaseEvent(QMouseEvent *event)
 {
-    if (event->button() == Qt::LeftButton)
-        m_dragOffset.reset();
+    if (event->button() != Qt::LeftButton || !m_dragStart)
+        return;
+    Q_EMIT dragged(event->globalPosition().toPoint() - *m_dragStart, true);
+    m_dragStart.reset();
 }
 
 } // namespace nivora

@@ -27,6 +27,8 @@ private Q_SLOTS:
     void losingTheFocusHidesOnlyWhatNobodyMisses_data();
     void losingTheFocusHidesOnlyWhatNobodyMisses();
     void draggingMovesItAndLeavesItOpen();
+    void itGrowsWhereADragPutIt_data();
+    void itGrowsWhereADragPutIt();
     void escapeHidesAPinnedPanel();
     void theResultIsShownAndTheMainKeyReplaces();
     void anErrorIsShownWithAWayToTryAgain();
@@ -173,6 +175,44 @@ void TestFloatingPanelController::draggingMovesItAndLeavesItOpen()
     QTest::mouseMove(panel->windowHandle(), grip + way);
     QCOMPARE(panel->pos(), before + way);
     QVERIFY(panel->isVisible());
+}
+
+void TestFloatingPanelController::itGrowsWhereADragPutIt_data()
+{
+    QTest::addColumn<int>("down");
+    QTest::addColumn<bool>("released");
+    QTest::addColumn<bool>("stays");
+    QTest::newRow("while it is dragged") << 40 << false << true;
+    QTest::newRow("afterwards") << 40 << true << true;
+    QTest::newRow("beyond the screen while it is dragged") << 500 << false << true;
+    QTest::newRow("not beyond the screen afterwards") << 500 << true << false;
+}
+
+void TestFloatingPanelController::itGrowsWhereADragPutIt()
+{
+    QFETCH(int, down);
+    QFETCH(bool, released);
+    QFETCH(bool, stays);
+    m_server->enqueue(localcloud::Answer::silence());
+    showSelection(u"hello"_s);
+    const FloatingPanel *panel = m_controller->panel();
+    const QPoint grip(200, 16);
+    const QPoint way(30, down);
+    QTest::mousePress(panel->windowHandle(), Qt::LeftButton, {}, grip);
+    QTest::mouseMove(panel->windowHandle(), grip + way);
+    const QPoint place(130, 126 + down);
+    QTRY_COMPARE(panel->pos(), place);
+    if (released)
+        QTest::mouseRelease(panel->windowHandle(), Qt::LeftButton, {}, grip);
+    const int before = panel->height();
+    m_session->useVariant(u"一行\n"_s.repeated(40));
+    QTRY_VERIFY(panel->height() > before + 100);
+    QCOMPARE(panel->x(), place.x());
+    if (stays)
+        QCOMPARE(panel->y(), place.y());
+    else
+        QCOMPARE(panel->geometry().bottom(), panel->screen()->geometry().bottom() - 8);
+    QTest::mouseRelease(panel->windowHandle(), Qt::LeftButton, {}, grip);
 }
 
 void TestFloatingPanelController::escapeHidesAPinnedPanel()

@@ -65,7 +65,9 @@ public:
     static int clampedHeight(int content, std::optional<int> visibleHeight);
 
 private:
+    void drag(const QPoint &offset, bool ends);
     QRect placeFor(int height) const;
+    int topWhereDragged(int height) const;
     int targetHeight(int content) const;
     QRect visibleArea(const QScreen &screen) const;
     void applyDynamicHeight(int height);
@@ -87,6 +89,10 @@ private:
     std::unique_ptr<FloatingPanel> m_panel;
     TranslationPanelView *m_view = nullptr; // owned by the panel
     std::optional<QPoint> m_anchorTopLeft;
+    std::optional<QPoint> m_dragOrigin; // the panel's place, while it is dragged
+    // Where its bottom edge may be, once a drag has made the anchor a place of the
+    // user's own choice.
+    std::optional<int> m_lowestBottom;
     std::optional<QRectF> m_lastRect; // of the last show()
     // What docks leave of each screen, as it was when the panel opened.
     mutable QHash<const QScreen *, QRect> m_visibleAreas;

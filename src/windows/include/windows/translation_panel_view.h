@@ -42,6 +42,9 @@ Q_SIGNALS:
     void contentHeightChanged(int height);
     void closeRequested();
     void replyRequested();
+    // The pointer drags the panel: so far it has moved by this much. The last one
+    // of a drag, and no other, `ends` it.
+    void dragged(const QPoint &offset, bool ends);
 
 protected:
     bool event(QEvent *event) override;
@@ -60,8 +63,7 @@ private:
     ResultArea *m_result;
     PanelFooter *m_footer;
     int m_reportedHeight = 0;
-    // From the pointer to the window's place, while the panel is dragged.
-    std::optional<QPoint> m_dragOffset;
+    std::optional<QPoint> m_dragStart; // the pointer, while the panel is dragged
 };
 
 } // namespace nivora
