@@ -68,14 +68,24 @@ void SpeechInputService::microphoneFailed(AudioInput::Failure failure)
     }
 }
 
+std::optional<QString> SpeechInputService::errorOf(RecognitionResult::Failure failure)
+{
+    switch (failure) {
+    case RecognitionResult::Failure::None:
+        break;
+    case RecognitionResult::Failure::Unavailable:
+        return tr("当前语言的语音识别暂不可用");
+    case RecognitionResult::Failure::Model:
+        return tr("语音识别模型无法读取");
+    case RecognitionResult::Failure::Engine:
+        return tr("语音识别出错");
+    }
+    return std::nullopt;
+}
+
 void SpeechInputService::deliver(const RecognitionResult &result)
 {
-    std::optional<QString> error;
-    if (result.failure == RecognitionResult::Failure::Model)
-        error = tr("语音识别模型无法读取");
-    else if (result.failure == RecognitionResult::Failure::Engine)
-        error = tr("语音识别出错");
-    deliver(result.text, result.isFinal, error);
+    deliver(result.text, result.isFinal, errorOf(result.failure));
 }
 
 void SpeechInputService::deliver(const QString &text, bool final,

@@ -14,6 +14,7 @@ namespace {
 const IncludeChecker::Rules rules{
     {u"platform"_s, {}},
     {u"platform_linux"_s, {u"platform"_s}},
+    {u"platform_linux_speech"_s, {u"platform"_s}},
     {u"platform_memory"_s, {u"platform"_s}},
     {u"core"_s, {u"platform"_s}},
     {u"stores"_s, {u"platform"_s, u"core"_s}},

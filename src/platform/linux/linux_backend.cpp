@@ -1,16 +1,15 @@
 #include "platform_linux/linux_backend.h"
 
 #include "platform_linux/atspi_accessibility.h"
-#include "platform_linux/audio_qt_input.h"
 #include "platform_linux/desktop_settings_panes.h"
 #include "platform_linux/json_preferences.h"
 #include "platform_linux/mecab_tokenizer.h"
 #include "platform_linux/portal_appearance.h"
 #include "platform_linux/secret_libsecret_store.h"
-#include "platform_linux/speech_offline_recognizer.h"
-#include "platform_linux/speechd_synthesizer.h"
 #include "platform_linux/x11_desktop.h"
 #include "platform_linux/xdg_web_browser.h"
+
+#include "lazy_speech.h"
 
 namespace nivora::linuxdesktop {
 
@@ -24,9 +23,7 @@ struct LinuxBackend::Parts
     JsonPreferences preferences{JsonPreferences::defaultPath()};
     DesktopSettingsPanes settingsPanes;
     MecabTokenizer japaneseTokenizer;
-    SpeechdSynthesizer speechSynthesizer{japaneseTokenizer};
-    OfflineSpeechRecognizer speechRecognizer;
-    QtAudioInput audioInput;
+    LazySpeech speech{japaneseTokenizer};
     PortalAppearance appearance;
     XdgWebBrowser webBrowser;
 };
@@ -58,9 +55,9 @@ platform::Services LinuxBackend::services()
         .windowSystem = parts.x11.windowSystem(),
         .settingsPanes = parts.settingsPanes,
         .japaneseTokenizer = parts.japaneseTokenizer,
-        .speechSynthesizer = parts.speechSynthesizer,
-        .speechRecognizer = parts.speechRecognizer,
-        .audioInput = parts.audioInput,
+        .speechSynthesizer = parts.speech.synthesizer(),
+        .speechRecognizer = parts.speech.recognizer(),
+        .audioInput = parts.speech.audioInput(),
         .appearance = parts.appearance,
         .webBrowser = parts.webBrowser,
     };

@@ -53,6 +53,7 @@ private:
     void beginSession();
     void deliver(const platform::RecognitionResult &result);
     void deliver(const QString &text, bool final, const std::optional<QString> &error);
+    static std::optional<QString> errorOf(platform::RecognitionResult::Failure failure);
     void microphoneFailed(platform::AudioInput::Failure failure);
     void refuse(const QString &message);
     void teardown();

@@ -12,8 +12,9 @@ struct RecognitionResult
 {
     enum class Failure {
         None,
-        Model,  // the language's model cannot be read
-        Engine, // the recogniser gave up
+        Unavailable, // there is no recogniser for the locale after all
+        Model,       // the language's model cannot be read
+        Engine,      // the recogniser gave up
     };
 
     QString text; // all of it from the beginning, not an increment; may be empty

@@ -2,7 +2,7 @@
 // and against one of the test's own, which shows what it is told.
 
 #include "platform_linux/mecab_tokenizer.h"
-#include "platform_linux/speechd_synthesizer.h"
+#include "platform_linux_speech/speechd_synthesizer.h"
 
 #include "support/sound_server.h"
 

@@ -8,8 +8,6 @@
 
 namespace nivora::linuxdesktop {
 
-struct VoskLibrary;
-
 // Recognisers that work without a network: PocketSphinx for English, Vosk for
 // every language whose model the user has put in place, English included where
 // PocketSphinx is missing.
@@ -30,13 +28,13 @@ public:
     // Waits for a model that is just being read at most 2 s.
     ~OfflineSpeechRecognizer() override;
 
-    // Looks at files, and loads Vosk's library where it finds a model of it.
+    // Looks at files. Vosk's library is loaded elsewhere, and only then it turns out
+    // whether there is one.
     std::unique_ptr<platform::SpeechRecognition> recognize(const QString &locale,
                                                            Handler handler) override;
 
 private:
     const Places m_places;
-    std::shared_ptr<const VoskLibrary> m_vosk; // null until it could be loaded
     std::unique_ptr<QThreadPool> m_pool;
 };
 

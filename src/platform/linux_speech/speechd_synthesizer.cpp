@@ -1,4 +1,4 @@
-#include "platform_linux/speechd_synthesizer.h"
+#include "platform_linux_speech/speechd_synthesizer.h"
 
 #include "platform/log.h"
 

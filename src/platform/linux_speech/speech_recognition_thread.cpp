@@ -58,11 +58,11 @@ bool RecognitionWork::hasMore()
     return !m_samples.isEmpty();
 }
 
-void RecognitionWork::run(const std::function<std::unique_ptr<SpeechDecoder>()> &makeDecoder)
+void RecognitionWork::run(const std::function<MadeDecoder()> &makeDecoder)
 {
-    const auto decoder = makeDecoder();
+    const auto [decoder, failure] = makeDecoder();
     if (!decoder)
-        return Q_EMIT result({{}, false, Result::Failure::Model});
+        return Q_EMIT result({{}, false, failure});
     QString told;
     while (const auto sound = next()) {
         if (!decoder->accept(asNumbers(sound->samples)))

@@ -1,8 +1,8 @@
 // A sentence spoken into a real sound server's microphone, through Qt Multimedia and
 // PocketSphinx to text.
 
-#include "platform_linux/audio_qt_input.h"
-#include "platform_linux/speech_offline_recognizer.h"
+#include "platform_linux_speech/audio_qt_input.h"
+#include "platform_linux_speech/speech_offline_recognizer.h"
 
 #include "support/sound_server.h"
 
@@ -75,6 +75,33 @@ private Q_SLOTS:
         recognition->endAudio();
         QTRY_VERIFY_WITH_TIMEOUT(text, 20000);
         QVERIFY2(text->contains(u"weather") && text->contains(u"nice today"), qPrintable(*text));
+    }
+
+    void aSentenceAtTheVeryBeginningIsNotLost()
+    {
+        const QString recording = m_folder.filePath(u"at-once.wav"_s);
+        QCOMPARE(QProcess::execute(u"flite"_s,
+                                   {u"-voice"_s, u"slt"_s, u"-t"_s,
+                                    u"please send me the report tomorrow"_s, u"-o"_s, recording}),
+                 0);
+        QFile file(recording);
+        QVERIFY(file.open(QIODevice::ReadOnly));
+        const QByteArray sound = file.readAll().sliced(44); // behind the header
+        const auto *samples = reinterpret_cast<const qint16 *>(sound.constData());
+        qsizetype silence = 0;
+        while (std::abs(samples[silence]) < 1000)
+            ++silence;
+        linuxdesktop::OfflineSpeechRecognizer recognizer;
+        std::optional<QString> text;
+        const auto recognition = recognizer.recognize(u"en-US"_s, [&](const Result &result) {
+            if (result.isFinal)
+                text = result.text;
+        });
+        QVERIFY(recognition);
+        recognition->append(sound.sliced(2 * silence));
+        recognition->endAudio();
+        QTRY_VERIFY_WITH_TIMEOUT(text, 20000);
+        QCOMPARE(*text, u"please send me the report tomorrow"_s);
     }
 
     void aMicrophoneThatIsUnpluggedIsLost()

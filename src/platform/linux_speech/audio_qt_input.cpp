@@ -1,4 +1,4 @@
-#include "platform_linux/audio_qt_input.h"
+#include "platform_linux_speech/audio_qt_input.h"
 
 #include "platform/log.h"
 

@@ -11,15 +11,15 @@
 namespace nivora::linuxdesktop {
 
 class RecognitionWork;
-class SpeechDecoder;
+struct MadeDecoder;
 
 // Lets a decoder work on a thread of a pool. Sound that comes before it is ready,
 // or faster than it understands, is kept.
 class ThreadedRecognition final : public platform::SpeechRecognition
 {
 public:
-    // Runs on the pool's thread; null when the model cannot be read.
-    using MakeDecoder = std::function<std::unique_ptr<SpeechDecoder>()>;
+    // Runs on the pool's thread.
+    using MakeDecoder = std::function<MadeDecoder()>;
 
     // `pool` is borrowed while its threads run. A recognition that is given up still
     // ends the step that it is in.

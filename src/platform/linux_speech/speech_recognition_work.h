@@ -7,10 +7,20 @@
 #include <QObject>
 
 #include <condition_variable>
+#include <functional>
+#include <memory>
 #include <mutex>
 #include <optional>
 
 namespace nivora::linuxdesktop {
+
+// What there is to recognise with.
+struct MadeDecoder
+{
+    std::unique_ptr<SpeechDecoder> decoder;
+    // Why there is none.
+    platform::RecognitionResult::Failure failure = platform::RecognitionResult::Failure::Model;
+};
 
 // What a recognition and its thread share.
 class RecognitionWork : public QObject
@@ -25,7 +35,7 @@ public:
     void giveUp();
 
     // Until the sound ends or the work is given up.
-    void run(const std::function<std::unique_ptr<SpeechDecoder>()> &makeDecoder);
+    void run(const std::function<MadeDecoder()> &makeDecoder);
 
 Q_SIGNALS:
     void result(const nivora::platform::RecognitionResult &result);

@@ -1,9 +1,10 @@
-#include "platform_linux/speech_offline_recognizer.h"
+#include "platform_linux_speech/speech_offline_recognizer.h"
 
 #include "platform/log.h"
 
 #include "pocketsphinx_decoder.h"
 #include "speech_recognition_thread.h"
+#include "speech_recognition_work.h"
 #include "vosk_decoder.h"
 #include "vosk_library.h"
 
@@ -46,18 +47,24 @@ OfflineSpeechRecognizer::recognize(const QString &locale, Handler handler)
 {
     if (locale.section(u'-', 0, 0) == u"en" && hasPocketsphinxModel(m_places.pocketsphinx)) {
         return std::make_unique<ThreadedRecognition>(
-            *m_pool, [folder = m_places.pocketsphinx] { return makePocketsphinxDecoder(folder); },
+            *m_pool,
+            [folder = m_places.pocketsphinx] {
+                return MadeDecoder{makePocketsphinxDecoder(folder)};
+            },
             std::move(handler));
     }
     const QString model = m_places.voskModels + u'/' + locale;
     if (!QFileInfo(model).isDir())
         return nullptr;
-    if (!m_vosk)
-        m_vosk = VoskLibrary::load(m_places.voskLibrary);
-    if (!m_vosk)
-        return nullptr;
+    // Not here, since it has tens of megabytes.
     return std::make_unique<ThreadedRecognition>(
-        *m_pool, [library = m_vosk, model] { return makeVoskDecoder(library, model); },
+        *m_pool,
+        [path = m_places.voskLibrary, model]() -> MadeDecoder {
+            const auto library = VoskLibrary::load(path);
+            if (!library)
+                return {nullptr, platform::RecognitionResult::Failure::Unavailable};
+            return {makeVoskDecoder(library, model)};
+        },
         std::move(handler));
 }
 

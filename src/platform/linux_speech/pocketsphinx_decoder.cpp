@@ -1,10 +1,16 @@
 #include "pocketsphinx_decoder.h"
 
+#include "platform/audio_input.h"
+
 #include <QFile>
 #include <QFileInfo>
 
 #include <pocketsphinx.h>
 #include <sphinxbase/err.h>
+
+#include <algorithm>
+#include <random>
+#include <vector>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -36,6 +42,19 @@ struct ModelFiles
     QString acoustic, language, words;
 };
 
+// The recogniser learns from the first moments what silence is. Where somebody speaks
+// at once it takes the speech for that, and the first words are lost: so it gets 0.3 s
+// of faint noise before, like a quiet room's.
+std::vector<qint16> quietRoom()
+{
+    constexpr int amplitude = 8; // of 32767
+    std::minstd_rand random;     // the same each time
+    std::uniform_int_distribution<int> level(-amplitude, amplitude);
+    std::vector<qint16> samples(platform::AudioInput::sampleRate * 3 / 10);
+    std::ranges::generate(samples, [&] { return qint16(level(random)); });
+    return samples;
+}
+
 // Takes speech apart at its pauses, so that the search never has more than a
 // sentence or two to look back on.
 class PocketsphinxDecoder final : public SpeechDecoder
@@ -45,6 +64,7 @@ public:
         : m_decoder(std::move(decoder))
     {
         m_isSound = ps_start_utt(m_decoder.get()) >= 0;
+        accept(quietRoom());
     }
 
     bool accept(std::span<const qint16> samples) override
