@@ -3,9 +3,8 @@
 #include "http_parts.h"
 
 #include "core/auth_service.h"
-#include "core/translation_error.h"
+#include "core/network_fault_text.h"
 
-#include <QCoreApplication>
 #include <QJsonDocument>
 #include <QNetworkAccessManager>
 
@@ -29,26 +28,6 @@ QString serverText(const QByteArray &answer)
     const bool isMapOfTexts =
         std::ranges::all_of(texts, [](const QJsonValue &each) { return each.isString(); });
     return isMapOfTexts ? texts[u"error"].toString() : QString();
-}
-
-// Qt's own words are not for users, as far as others can be found.
-QString faultText(const QNetworkReply &reply)
-{
-    constexpr auto context = "AuthError";
-    switch (networkFault(reply.error())) {
-    case NetworkFault::TimedOut:
-        return QCoreApplication::translate(context, "请求超时");
-    case NetworkFault::CannotConnectToHost:
-    case NetworkFault::CannotFindHost:
-        return QCoreApplication::translate(context, "无法连接服务器");
-    case NetworkFault::NotConnectedToInternet:
-        return QCoreApplication::translate(context, "没有网络连接");
-    case NetworkFault::NetworkConnectionLost:
-        return QCoreApplication::translate(context, "连接已中断");
-    case NetworkFault::Other:
-        break;
-    }
-    return reply.errorString();
 }
 
 } // namespace
@@ -111,11 +90,12 @@ AuthResult<QByteArray> AuthRequest::outcome() const
     const int status = m_reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
     const bool failed = m_reply->error() != QNetworkReply::NoError;
     if (status == 0)
-        return failed ? AuthError::network(faultText(*m_reply)) : AuthError::invalidResponse();
+        return failed ? AuthError::network(networkFaultText(*m_reply))
+                      : AuthError::invalidResponse();
     if (status < 200 || status > 299)
         return AuthError::http(status, serverText(m_answer));
     if (failed && !isWholeDespiteError(*m_reply, m_answer.size()))
-        return AuthError::network(faultText(*m_reply));
+        return AuthError::network(networkFaultText(*m_reply));
     return m_answer;
 }
 
