@@ -60,6 +60,7 @@ platform::Services LinuxBackend::services()
         .audioInput = parts.speech.audioInput(),
         .appearance = parts.appearance,
         .webBrowser = parts.webBrowser,
+        .idleMonitor = parts.x11.idleMonitor(),
     };
 }
 

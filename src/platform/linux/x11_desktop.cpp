@@ -3,6 +3,7 @@
 #include "platform_linux/gtk_scale.h"
 #include "x11_clipboard.h"
 #include "x11_hot_key.h"
+#include "x11_idle_monitor.h"
 #include "x11_key_synthesizer.h"
 #include "x11_key_tap.h"
 #include "x11_primary_selection.h"
@@ -31,6 +32,7 @@ struct X11Desktop::Parts
     X11KeySynthesizer keySynthesizer{connection, keyboard, ownInput};
     X11WindowSystem windowSystem{connection};
     X11HotKey hotKey{chordConnection, [this](xcb_timestamp_t press) { recency->disregard(press); }};
+    X11IdleMonitor idleMonitor{connection};
     X11Clipboard clipboard{selections};
     X11PrimarySelection primarySelection{selections, recency};
 };
@@ -66,6 +68,11 @@ platform::KeySynthesizer &X11Desktop::keySynthesizer()
 platform::WindowSystem &X11Desktop::windowSystem()
 {
     return m_parts->windowSystem;
+}
+
+platform::IdleMonitor &X11Desktop::idleMonitor()
+{
+    return m_parts->idleMonitor;
 }
 
 platform::Clipboard &X11Desktop::clipboard()

@@ -7,6 +7,7 @@ class Appearance;
 class AudioInput;
 class Clipboard;
 class GlobalHotKey;
+class IdleMonitor;
 class JapaneseTokenizer;
 class KeyEventTap;
 class KeySynthesizer;
@@ -39,6 +40,7 @@ struct Services
     AudioInput &audioInput;
     Appearance &appearance;
     WebBrowser &webBrowser;
+    IdleMonitor &idleMonitor;
 };
 
 } // namespace nivora::platform

@@ -7,6 +7,7 @@
 namespace nivora::platform {
 class Clipboard;
 class GlobalHotKey;
+class IdleMonitor;
 class KeyEventTap;
 class KeySynthesizer;
 class PrimarySelectionReader;
@@ -39,6 +40,7 @@ public:
     platform::GlobalHotKey &hotKey();
     platform::KeySynthesizer &keySynthesizer();
     platform::WindowSystem &windowSystem();
+    platform::IdleMonitor &idleMonitor();
     platform::Clipboard &clipboard();
     platform::PrimarySelectionReader &primarySelection();
 

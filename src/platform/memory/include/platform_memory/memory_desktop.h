@@ -5,6 +5,7 @@
 #include "platform_memory/memory_appearance.h"
 #include "platform_memory/memory_audio_input.h"
 #include "platform_memory/memory_clipboard.h"
+#include "platform_memory/memory_idle_monitor.h"
 #include "platform_memory/memory_japanese_tokenizer.h"
 #include "platform_memory/memory_keys.h"
 #include "platform_memory/memory_preferences.h"
@@ -38,6 +39,7 @@ struct MemoryDesktop
     MemoryAudioInput audioInput;
     MemoryAppearance appearance;
     MemoryWebBrowser webBrowser;
+    MemoryIdleMonitor idleMonitor;
 
     // Borrows from this object.
     platform::Services services()
@@ -45,7 +47,8 @@ struct MemoryDesktop
         return {preferences,      secrets,       keyEventTap,       hotKey,
                 keySynthesizer,   accessibility, clipboard,         primarySelection,
                 windowSystem,     settingsPanes, japaneseTokenizer, speechSynthesizer,
-                speechRecognizer, audioInput,    appearance,        webBrowser};
+                speechRecognizer, audioInput,    appearance,        webBrowser,
+                idleMonitor};
     }
 };
 
