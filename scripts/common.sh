@@ -9,7 +9,8 @@ cloud_port=47113
 cloud_url="http://localhost:$cloud_port"
 
 configure() { # preset
-    cmake --preset "$1" -DNIVORA_CLOUD_ENDPOINT="$cloud_url" --log-level=WARNING
+    cmake --preset "$1" -DNIVORA_CLOUD_ENDPOINT="$cloud_url" \
+        -DNIVORA_UPDATE_ENDPOINT="$cloud_url" --log-level=WARNING
 }
 
 say() {

@@ -3,6 +3,7 @@
 #include "localcloud/cloud_service.h"
 #include "localcloud/router.h"
 #include "localcloud/server.h"
+#include "localcloud/update_service.h"
 
 #include <QCommandLineParser>
 #include <QCoreApplication>
@@ -110,9 +111,11 @@ int main(int argc, char **argv)
             std::printf("code for %s: %s\n", qUtf8Printable(mail.email), qUtf8Printable(mail.code));
             std::fflush(stdout);
         });
+    localcloud::UpdateService updates;
     localcloud::Router router;
     service.addRoutes(router);
     accountService.addRoutes(router);
+    updates.addRoutes(router);
 
     localcloud::Server server;
     server.setRecording(false); // what people translate is not kept
