@@ -26,7 +26,8 @@ constexpr platform::KeyChord triggerChord{Qt::Key_O, Qt::ControlModifier | Qt::A
 
 } // namespace
 
-AppCoordinator::AppCoordinator(const platform::Services &services, const QUrl &cloudEndpoint)
+AppCoordinator::AppCoordinator(const platform::Services &services, const QUrl &cloudEndpoint,
+                               const QUrl &updateEndpoint)
     : m_services(services)
     , m_environment(services.appearance)
     , m_keychain(services.secrets)
@@ -55,6 +56,7 @@ AppCoordinator::AppCoordinator(const platform::Services &services, const QUrl &c
                          services.windowSystem)
     , m_hotKey(services.keyEventTap)
     , m_carbonHotKey(services.hotKey)
+    , m_updates(services, m_settings, updateEndpoint)
 {
 }
 
@@ -96,6 +98,7 @@ void AppCoordinator::start()
         m_panelController.prepare();
         historyStore(); // opens the file, which the first trigger would wait for
     });
+    m_updates.start();
 }
 
 HistoryStore &AppCoordinator::historyStore()

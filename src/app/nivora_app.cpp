@@ -16,8 +16,9 @@ struct NivoraApp::Parts
     TrayIcon tray;
 };
 
-NivoraApp::NivoraApp(const platform::Services &services, const QUrl &cloudEndpoint)
-    : m_parts(new Parts{{services, cloudEndpoint}, {}})
+NivoraApp::NivoraApp(const platform::Services &services, const QUrl &cloudEndpoint,
+                     const QUrl &updateEndpoint)
+    : m_parts(new Parts{{services, cloudEndpoint, updateEndpoint}, {}})
 {
     AppCoordinator &coordinator = m_parts->coordinator;
     TrayIcon &tray = m_parts->tray;
@@ -29,6 +30,10 @@ NivoraApp::NivoraApp(const platform::Services &services, const QUrl &cloudEndpoi
     };
     QObject::connect(&coordinator.uiState(), &AppUIState::accessibilityTrustedChanged, &tray,
                      showPermission);
+    QObject::connect(&tray, &TrayIcon::updateCheckRequested, &coordinator,
+                     [&coordinator] { coordinator.updates().checkForUpdates(); });
+    QObject::connect(&tray, &TrayIcon::versionHistoryRequested, &coordinator,
+                     [&coordinator] { coordinator.updates().showVersionHistory(); });
     QObject::connect(&tray, &TrayIcon::quitRequested, qApp, &QCoreApplication::quit);
     coordinator.onTextLeftOnClipboard = [&tray] {
         tray.notify(QCoreApplication::translate(
@@ -60,6 +65,10 @@ void NivoraApp::performAction(const QString &name)
         m_parts->coordinator.showLoginWindow();
     else if (name == u"sign-out")
         m_parts->coordinator.authStore().signOut();
+    else if (name == u"check-updates")
+        m_parts->coordinator.updates().checkForUpdates();
+    else if (name == u"version-history")
+        m_parts->coordinator.updates().showVersionHistory();
     else if (name == u"quit")
         QCoreApplication::quit();
     else

@@ -55,6 +55,11 @@ TrayIcon::TrayIcon()
     connect(m_menu->addAction(tr("翻译面板")), &QAction::triggered, this,
             &TrayIcon::panelRequested);
     m_menu->addSeparator();
+    connect(m_menu->addAction(tr("检查更新…")), &QAction::triggered, this,
+            &TrayIcon::updateCheckRequested);
+    connect(m_menu->addAction(tr("版本历史")), &QAction::triggered, this,
+            &TrayIcon::versionHistoryRequested);
+    m_menu->addSeparator();
     connect(m_menu->addAction(tr("退出 Nivora")), &QAction::triggered, this,
             &TrayIcon::quitRequested);
     m_icon.setContextMenu(m_menu.get());

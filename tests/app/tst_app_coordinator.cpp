@@ -132,7 +132,8 @@ void TestAppCoordinator::init()
 
 void TestAppCoordinator::start()
 {
-    m_coordinator = std::make_unique<AppCoordinator>(m_desktop->services(), m_server->url());
+    m_coordinator =
+        std::make_unique<AppCoordinator>(m_desktop->services(), m_server->url(), m_server->url());
     m_coordinator->start();
 }
 

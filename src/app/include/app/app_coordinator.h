@@ -4,6 +4,7 @@
 #include "app/account.h"
 #include "app/app_environment.h"
 #include "app/app_ui_state.h"
+#include "app/update_flow.h"
 
 #include "core/reading_service.h"
 #include "core/translation_engine.h"
@@ -47,8 +48,10 @@ class AppCoordinator : public QObject
 
 public:
     // Makes the parts; nothing else happens before start(). The services outlive
-    // the coordinator. `cloudEndpoint` is the origin of the cloud service.
-    AppCoordinator(const platform::Services &services, const QUrl &cloudEndpoint);
+    // the coordinator. `cloudEndpoint` is the origin of the cloud service,
+    // `updateEndpoint` that of the feed of releases.
+    AppCoordinator(const platform::Services &services, const QUrl &cloudEndpoint,
+                   const QUrl &updateEndpoint);
     ~AppCoordinator() override;
 
     // Called once, when the application runs.
@@ -86,6 +89,7 @@ public:
     // Called where a translation could not be put back and waits on the clipboard.
     std::function<void()> onTextLeftOnClipboard;
 
+    UpdateFlow &updates() { return m_updates; }
     AppUIState &uiState() { return m_uiState; }
     SettingsStore &settings() { return m_settings; }
     AuthStore &authStore() { return m_account.authStore(); }
@@ -129,6 +133,7 @@ private:
     OnboardingWindowController m_onboardingWindow;
     HotKeyMonitor m_hotKey;
     CarbonHotKey m_carbonHotKey;
+    UpdateFlow m_updates;
 
     platform::Task m_screenAlert;
     platform::Task m_warmUp;

@@ -13,8 +13,9 @@ class NivoraApp
 {
 public:
     // The services outlive the program. `cloudEndpoint` is the origin of the
-    // cloud service.
-    NivoraApp(const platform::Services &services, const QUrl &cloudEndpoint);
+    // cloud service, `updateEndpoint` that of the feed of releases.
+    NivoraApp(const platform::Services &services, const QUrl &cloudEndpoint,
+              const QUrl &updateEndpoint);
     ~NivoraApp();
 
     void start();
@@ -23,8 +24,8 @@ public:
     void activate();
 
     // One of the actions by which a desktop's own shortcuts reach the program:
-    // "invoke", "panel", "sign-in", "sign-out" or "quit". Any other name costs a log
-    // line.
+    // "invoke", "panel", "sign-in", "sign-out", "check-updates", "version-history" or
+    // "quit". Any other name costs a log line.
     void performAction(const QString &name);
 
     // A link of the program's own scheme, from anybody.

@@ -33,6 +33,8 @@ public:
 Q_SIGNALS:
     void accessibilitySettingsRequested();
     void panelRequested();
+    void updateCheckRequested();
+    void versionHistoryRequested();
     void quitRequested();
 
 private:
