@@ -46,6 +46,7 @@ void LoginWindowController::makeWindow()
     auto *view = new LoginView(m_signIn, m_window.get());
     m_window->setWindowTitle(tr("登录 Nivora"));
     m_window->setContent(view, windowSize);
+    view->focusField();
     connect(view, &LoginView::done, this, &LoginWindowController::close);
     connect(m_window.get(), &CardWindow::cancelled, this, &LoginWindowController::close);
 }

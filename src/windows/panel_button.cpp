@@ -14,11 +14,13 @@ namespace {
 constexpr QSize symbolOnlySize(22, 18);
 constexpr QSize symbolSize(14, 14);
 constexpr int textPixels = 13;
-constexpr int prominentHeight = 26;
+constexpr int filledHeight = 26;
 constexpr int plainHeight = 22;
-constexpr int sidePadding = 8;
-constexpr int prominentPadding = 12;
+constexpr int largeHeight = 34;
+constexpr int plainPadding = 8;
+constexpr int filledPadding = 12;
 constexpr int gap = 4;
+constexpr int largeGap = 8;
 constexpr qreal radius = 5;
 
 } // namespace
@@ -64,65 +66,91 @@ void PanelButton::setHint(const QString &hint)
     setAccessibleName(hint);
 }
 
+void PanelButton::setLarge()
+{
+    m_large = true;
+    setSizePolicy(QSizePolicy::MinimumExpanding, QSizePolicy::Fixed);
+    updateGeometry();
+}
+
+int PanelButton::sidePadding() const
+{
+    return m_look == Look::Plain ? plainPadding : filledPadding;
+}
+
+int PanelButton::contentWidth() const
+{
+    const int textWidth = fontMetrics().horizontalAdvance(text());
+    if (m_symbol.isEmpty())
+        return textWidth;
+    return textWidth + (m_large ? largeGap : gap) + symbolSize.width();
+}
+
 QSize PanelButton::sizeHint() const
 {
     if (text().isEmpty())
         return symbolOnlySize;
-    const bool prominent = m_look == Look::Prominent;
-    int width =
-        fontMetrics().horizontalAdvance(text()) + 2 * (prominent ? prominentPadding : sidePadding);
-    if (!m_symbol.isEmpty())
-        width += gap + symbolSize.width();
-    return {width, prominent ? prominentHeight : plainHeight};
+    const int height = m_look == Look::Plain ? plainHeight : filledHeight;
+    return {contentWidth() + 2 * sidePadding(), m_large ? largeHeight : height};
+}
+
+// Gives the colour of what stands on it.
+QColor PanelButton::paintGround(QPainter &painter) const
+{
+    const bool hovered = isEnabled() && underMouse();
+    const auto fill = [&](const QColor &color, qreal corner) {
+        painter.setBrush(color);
+        painter.drawRoundedRect(rect(), corner, corner);
+    };
+    painter.setPen(Qt::NoPen);
+    if (m_look == Look::Prominent) {
+        QColor color = palette().color(QPalette::Highlight);
+        if (!isEnabled())
+            color.setAlphaF(0.35f);
+        else if (isDown())
+            color = color.darker(115);
+        else if (hovered)
+            color = color.lighter(108);
+        fill(color, radius + 1);
+        return palette().color(QPalette::HighlightedText);
+    }
+    if (m_look == Look::Secondary)
+        fill(palette().color(QPalette::Button), radius + 1);
+    if (hovered || m_active || isDown()) {
+        QColor tint = hoverTint(palette());
+        if (isDown())
+            tint.setAlphaF(tint.alphaF() * 1.6f);
+        fill(tint, m_look == Look::Secondary ? radius + 1 : radius);
+    }
+    return palette().color(isEnabled() && !m_dimmed ? QPalette::Active : QPalette::Disabled,
+                           QPalette::WindowText);
 }
 
 void PanelButton::paintEvent(QPaintEvent *)
 {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(Qt::NoPen);
-    const QRectF frame = rect();
-    const bool hovered = isEnabled() && underMouse();
-    QColor ink = palette().color(isEnabled() && !m_dimmed ? QPalette::Active : QPalette::Disabled,
-                                 QPalette::WindowText);
-
-    if (m_look == Look::Prominent) {
-        QColor fill = palette().color(QPalette::Highlight);
-        if (!isEnabled())
-            fill.setAlphaF(0.35f);
-        else if (isDown())
-            fill = fill.darker(115);
-        else if (hovered)
-            fill = fill.lighter(108);
-        painter.setBrush(fill);
-        painter.drawRoundedRect(frame, radius + 1, radius + 1);
-        ink = palette().color(QPalette::HighlightedText);
-    } else if (hovered || m_active || isDown()) {
-        QColor tint = hoverTint(palette());
-        if (isDown())
-            tint.setAlphaF(tint.alphaF() * 1.6f);
-        painter.setBrush(tint);
-        painter.drawRoundedRect(frame, radius, radius);
-    }
-
+    const QColor ink = paintGround(painter);
     if (hasFocus() && m_ring) {
         // On the fill of the prominent look the ring's own colour would not show.
         QPalette ring = palette();
         if (m_look == Look::Prominent)
             ring.setColor(QPalette::Highlight, ring.color(QPalette::WindowText));
-        drawFocusRing(painter, frame, ring);
+        drawFocusRing(painter, rect(), ring);
     }
 
     painter.setPen(ink);
     painter.setFont(font());
     QRectF symbolFrame(QPointF(), symbolSize);
-    symbolFrame.moveCenter(frame.center());
+    symbolFrame.moveCenter(QRectF(rect()).center());
     if (!text().isEmpty()) {
-        const int padding = m_look == Look::Prominent ? prominentPadding : sidePadding;
-        const QRectF textFrame = frame.adjusted(padding, 0, -padding, 0);
-        painter.drawText(textFrame, Qt::AlignLeft | Qt::AlignVCenter | Qt::TextHideMnemonic,
+        const QRect content((width() - contentWidth()) / 2, 0, contentWidth(), height());
+        m_large ? symbolFrame.moveLeft(content.left()) : symbolFrame.moveRight(content.right() + 1);
+        const bool symbolFirst = m_large && !m_symbol.isEmpty();
+        painter.drawText(content,
+                         (symbolFirst ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignVCenter |
+                             Qt::TextHideMnemonic,
                          text());
-        symbolFrame.moveRight(textFrame.right());
     }
     if (!m_symbol.isEmpty()) {
         painter.drawPixmap(symbolFrame.topLeft(),

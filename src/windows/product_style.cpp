@@ -21,6 +21,9 @@ constexpr QSize checkMark(14, 14);
 constexpr int menuPadding = 4;
 constexpr int menuItemPadding = 4; // above and below
 
+constexpr qreal fieldRadius = 6;
+constexpr qreal fieldLineInUse = 1.5;
+
 constexpr double handleOpacity = 0.22;
 constexpr double handleOpacityInUse = 0.4;
 
@@ -37,6 +40,23 @@ QRect scrollHandle(const QStyleOptionSlider &bar)
                                                       length - handle, bar.upsideDown);
     return upright ? QRect(bar.rect.left(), bar.rect.top() + place, bar.rect.width(), handle)
                    : QRect(bar.rect.left() + place, bar.rect.top(), handle, bar.rect.height());
+}
+
+// The frame of a field to write in.
+void drawField(QPainter &painter, const QStyleOption &field)
+{
+    const bool focused = field.state.testFlag(QStyle::State_HasFocus);
+    const QColor line =
+        focused ? field.palette.color(QPalette::Highlight) : hairline(field.palette);
+    const qreal width = focused ? fieldLineInUse : 1;
+    const qreal inset = width / 2;
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(QPen(line, width));
+    painter.setBrush(field.palette.color(QPalette::Base));
+    painter.drawRoundedRect(QRectF(field.rect).adjusted(inset, inset, -inset, -inset), fieldRadius,
+                            fieldRadius);
+    painter.restore();
 }
 
 } // namespace
@@ -123,6 +143,11 @@ void ProductStyle::drawComplexControl(ComplexControl control, const QStyleOption
 void ProductStyle::drawPrimitive(PrimitiveElement element, const QStyleOption *option,
                                  QPainter *painter, const QWidget *widget) const
 {
+    if (element == PE_PanelLineEdit) {
+        const auto *frame = qstyleoption_cast<const QStyleOptionFrame *>(option);
+        if (frame && frame->lineWidth > 0)
+            return drawField(*painter, *frame);
+    }
     if (element == PE_FrameMenu)
         return; // drawn with the rest
     if (element == PE_PanelMenu) {

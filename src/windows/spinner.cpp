@@ -1,9 +1,9 @@
 #include "spinner.h"
 
+#include "motion.h"
 #include "windows/theme.h"
 
 #include <QPainter>
-#include <QStyle>
 
 using namespace std::chrono_literals;
 
@@ -37,7 +37,7 @@ void Spinner::paintEvent(QPaintEvent *)
 void Spinner::showEvent(QShowEvent *)
 {
     // A ring that stands still says as much to those who want no motion.
-    if (style()->styleHint(QStyle::SH_Widget_Animation_Duration, nullptr, this) > 0)
+    if (wantsMotion(*this))
         m_timer.start(frameSpan.count(), this);
 }
 

@@ -4,7 +4,9 @@
 #include "windows/theme.h"
 
 #include <QPainter>
-#include <QStyle>
+#include <QTextLayout>
+
+#include <algorithm>
 
 namespace nivora {
 
@@ -40,15 +42,68 @@ NoteLabel::NoteLabel(int pixelSize, QWidget *parent, Tone tone)
     , m_tone(tone)
 {
     setFont(textFont(pixelSize));
+    setTextFormat(Qt::PlainText);
+}
+
+int NoteLabel::heightForWidth(int width) const
+{
+    if (!wordWrap())
+        return QLabel::heightForWidth(width);
+    QTextLayout layout;
+    return qCeil(layOut(layout, width));
+}
+
+QSize NoteLabel::minimumSizeHint() const
+{
+    return wordWrap() ? QSize(0, fontMetrics().height()) : QLabel::minimumSizeHint();
+}
+
+// Gives the height.
+qreal NoteLabel::layOut(QTextLayout &layout, qreal width) const
+{
+    layout.setText(QString(text()).replace(u'\n', QChar::LineSeparator));
+    layout.setFont(font());
+    QTextOption option(alignment());
+    option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
+    layout.setTextOption(option);
+    layout.beginLayout();
+    qreal height = 0;
+    for (QTextLine line = layout.createLine(); line.isValid(); line = layout.createLine()) {
+        line.setLineWidth(width);
+        line.setPosition({0, height});
+        height += std::max<qreal>(line.height(), fontMetrics().lineSpacing());
+    }
+    layout.endLayout();
+    return height;
+}
+
+QColor NoteLabel::ink() const
+{
+    switch (m_tone) {
+    case Tone::Faint:
+        return faintText(palette());
+    case Tone::Error:
+        return errorText(palette());
+    case Tone::Secondary:
+        break;
+    }
+    return secondaryText(palette());
 }
 
 void NoteLabel::paintEvent(QPaintEvent *)
 {
     QPainter painter(this);
     painter.setFont(font());
-    painter.setPen(m_tone == Tone::Faint ? faintText(palette()) : secondaryText(palette()));
-    const int flags = int(alignment()) | (wordWrap() ? Qt::TextWordWrap : 0);
-    painter.drawText(contentsRect(), flags, text());
+    painter.setPen(ink());
+    const QRect frame = contentsRect();
+    if (!wordWrap()) {
+        painter.drawText(frame, int(alignment()), text());
+        return;
+    }
+    QTextLayout layout;
+    const qreal spare = frame.height() - layOut(layout, frame.width());
+    const bool centred = alignment().testFlag(Qt::AlignVCenter) && spare > 0;
+    layout.draw(&painter, QPointF(frame.left(), frame.top() + (centred ? spare / 2 : 0)));
 }
 
 } // namespace nivora

@@ -3,6 +3,8 @@
 #include <QLabel>
 #include <QString>
 
+class QTextLayout;
+
 namespace nivora {
 
 // A symbol on its own.
@@ -23,20 +25,27 @@ private:
     Tone m_tone;
 };
 
-// A label of lesser weight, whatever the theme becomes.
+// A label in a tone of its own, whatever the theme becomes. Plain text; where it
+// wraps, it breaks a word that is longer than a line.
 class NoteLabel : public QLabel
 {
     Q_OBJECT
 
 public:
-    enum class Tone { Secondary, Faint };
+    enum class Tone { Secondary, Faint, Error };
 
     NoteLabel(int pixelSize, QWidget *parent, Tone tone = Tone::Secondary);
+
+    int heightForWidth(int width) const override;
+    QSize minimumSizeHint() const override;
 
 protected:
     void paintEvent(QPaintEvent *event) override;
 
 private:
+    qreal layOut(QTextLayout &layout, qreal width) const;
+    QColor ink() const;
+
     Tone m_tone;
 };
 

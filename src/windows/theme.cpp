@@ -109,6 +109,11 @@ QColor faintText(const QPalette &palette)
     return withOpacity(palette.color(QPalette::WindowText), 0.35);
 }
 
+QColor errorText(const QPalette &palette)
+{
+    return isDark(palette) ? QColor(0xFF, 0x7B, 0x72) : QColor(0xC7, 0x2E, 0x2E);
+}
+
 QColor hairline(const QPalette &palette)
 {
     return withOpacity(palette.color(QPalette::WindowText), isDark(palette) ? 0.16 : 0.12);
@@ -124,6 +129,13 @@ QFont textFont(int pixelSize, Language language)
     QFont font = QApplication::font();
     font.setFamilies(QStringList{font.family()} + ideographFamilies(language));
     font.setPixelSize(pixelSize);
+    return font;
+}
+
+QFont titleFont(int pixelSize)
+{
+    QFont font = textFont(pixelSize);
+    font.setWeight(QFont::DemiBold);
     return font;
 }
 

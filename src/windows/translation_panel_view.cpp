@@ -1,41 +1,19 @@
 #include "windows/translation_panel_view.h"
 
 #include "compose_input.h"
+#include "divider.h"
 #include "panel_footer.h"
 #include "panel_header.h"
 #include "result_area.h"
-#include "windows/theme.h"
 
 #include "session/translation_view_model.h"
 
 #include <QEvent>
 #include <QMouseEvent>
-#include <QPainter>
 #include <QShortcut>
 #include <QVBoxLayout>
 
 namespace nivora {
-
-namespace {
-
-// A hairline across the panel.
-class Divider final : public QWidget
-{
-public:
-    explicit Divider(QWidget *parent)
-        : QWidget(parent)
-    {
-        setFixedHeight(1);
-    }
-
-protected:
-    void paintEvent(QPaintEvent *) override
-    {
-        QPainter(this).fillRect(rect(), hairline(palette()));
-    }
-};
-
-} // namespace
 
 TranslationPanelView::TranslationPanelView(TranslationViewModel &session,
                                            platform::WindowSystem &windowSystem, QWidget *parent)

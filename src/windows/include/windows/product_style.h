@@ -4,8 +4,8 @@
 
 namespace nivora {
 
-// The looks of what the toolkit draws: slim scroll bars, menus with the product's
-// own check mark, and no motion for those who do not want any.
+// The looks of what the toolkit draws: slim scroll bars, fields with round corners,
+// menus with the product's own check mark, and no motion for those who do not want any.
 class ProductStyle : public QProxyStyle
 {
     Q_OBJECT

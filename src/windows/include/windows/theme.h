@@ -14,14 +14,18 @@ QPalette themePalette(bool dark);
 
 bool isDark(const QPalette &palette);
 
-// Text of lesser weight, hairlines, and the tint below the pointer.
+// Text of lesser weight or bad news, hairlines, and the tint below the pointer.
 QColor secondaryText(const QPalette &palette);
 QColor faintText(const QPalette &palette);
+QColor errorText(const QPalette &palette);
 QColor hairline(const QPalette &palette);
 QColor hoverTint(const QPalette &palette);
 
 // A font of this size, in logical pixels, for text in this language. The same
 // ideograph is drawn differently in Chinese, Japanese and Korean print.
 QFont textFont(int pixelSize, Language language = Language::Auto);
+
+// The same for a heading.
+QFont titleFont(int pixelSize);
 
 } // namespace nivora
