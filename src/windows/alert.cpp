@@ -20,6 +20,8 @@ public:
         m_box.setWindowTitle(u"Nivora"_s);
         m_box.setWindowRole(u"alert"_s);
         m_box.setAttribute(Qt::WA_QuitOnClose, false);
+        // Or a card of ours that floats would hide it.
+        m_box.setWindowFlag(Qt::WindowStaysOnTopHint);
         m_box.setText(contents.message);
         m_box.setInformativeText(contents.details);
         // One role for all keeps them in the order told.
