@@ -27,7 +27,8 @@ AccessibilityPage::AccessibilityPage(const platform::Accessibility &accessibilit
     : OnboardingPage(parent)
     , m_accessibility(accessibility)
     , m_missing(makeMissing())
-    , m_trusted(makeTrusted())
+    , m_next(makeMainButton(tr("继续")))
+    , m_trusted(makeSuccess(tr("已授权"), m_next))
 {
     column().addSpacing(16);
     addTitle(tr("开启辅助功能"));
@@ -63,20 +64,6 @@ QWidget *AccessibilityPage::makeMissing()
     stack->addWidget(later, 0, Qt::AlignHCenter);
     connect(m_open, &PanelButton::clicked, this, &AccessibilityPage::accessibilityRequested);
     connect(later, &PanelButton::clicked, this, &OnboardingPage::advanceRequested);
-    return content;
-}
-
-QWidget *AccessibilityPage::makeTrusted()
-{
-    m_next = makeMainButton(tr("继续"));
-    auto *content = new QWidget(this);
-    auto *stack = new QVBoxLayout(content);
-    stack->setContentsMargins(0, 0, 0, 0);
-    stack->addStretch();
-    stack->addWidget(makeSuccess(tr("已授权")), 0, Qt::AlignHCenter);
-    stack->addStretch();
-    stack->addWidget(m_next, 0, Qt::AlignHCenter);
-    connect(m_next, &PanelButton::clicked, this, &OnboardingPage::advanceRequested);
     return content;
 }
 

@@ -31,14 +31,12 @@ protected:
 
 private:
     QWidget *makeMissing();
-    QWidget *makeTrusted();
     void render(bool trusted);
 
     const platform::Accessibility &m_accessibility;
-    // Made along with what holds them, which comes next.
-    PanelButton *m_open = nullptr;
-    PanelButton *m_next = nullptr;
+    PanelButton *m_open = nullptr; // made along with what holds it, which comes next
     QWidget *m_missing;
+    PanelButton *m_next;
     QWidget *m_trusted;
     QBasicTimer m_poll;
 };

@@ -64,18 +64,23 @@ PanelButton *OnboardingPage::makeMainButton(const QString &text)
     return button;
 }
 
-QWidget *OnboardingPage::makeSuccess(const QString &text)
+QWidget *OnboardingPage::makeSuccess(const QString &text, PanelButton *next)
 {
     auto *success = new QWidget(this);
+    auto *sign = new SymbolLabel(u"checkmark.circle.fill"_s, SymbolLabel::Tone::Success,
+                                 successSide, success);
     auto *word = new QLabel(text, success);
     word->setFont(textFont(successPixels));
     auto *stack = new QVBoxLayout(success);
     stack->setContentsMargins(0, 0, 0, 0);
-    stack->setSpacing(10);
-    stack->addWidget(new SymbolLabel(u"checkmark.circle.fill"_s, SymbolLabel::Tone::Success,
-                                     successSide, success),
-                     0, Qt::AlignHCenter);
+    stack->setSpacing(0);
+    stack->addStretch();
+    stack->addWidget(sign, 0, Qt::AlignHCenter);
+    stack->addSpacing(10);
     stack->addWidget(word, 0, Qt::AlignHCenter);
+    stack->addStretch();
+    stack->addWidget(next, 0, Qt::AlignHCenter);
+    connect(next, &PanelButton::clicked, this, &OnboardingPage::advanceRequested);
     return success;
 }
 

@@ -29,8 +29,8 @@ protected:
     void addNote(const QString &note, int pixelSize);
     // A large button in the middle, not added yet.
     PanelButton *makeMainButton(const QString &text);
-    // A sign of success with a word below it.
-    QWidget *makeSuccess(const QString &text);
+    // A sign of success with a word below it, and the button to go on.
+    QWidget *makeSuccess(const QString &text, PanelButton *next);
     // What Return stands for; null for nothing.
     void setMainButton(PanelButton *button) { m_mainButton = button; }
     void keyPressEvent(QKeyEvent *event) override;

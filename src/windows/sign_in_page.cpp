@@ -1,6 +1,5 @@
 #include "sign_in_page.h"
 
-#include "panel_button.h"
 #include "sign_in_form.h"
 
 #include "account/auth_store.h"
@@ -21,8 +20,10 @@ SignInPage::SignInPage(const AuthStore &auth, SignIn &signIn, QWidget *parent)
     : OnboardingPage(parent)
     , m_auth(auth)
     , m_form(new SignInForm(signIn, this))
-    , m_signedIn(makeSignedIn())
+    , m_next(makeMainButton(tr("继续")))
+    , m_signedIn(makeSuccess(tr("已登录"), m_next))
 {
+    setMainButton(m_next);
     m_form->setContentsMargins(formMargin, 0, formMargin, 0);
     column().addSpacing(16);
     addTitle(tr("登录"));
@@ -35,21 +36,6 @@ SignInPage::SignInPage(const AuthStore &auth, SignIn &signIn, QWidget *parent)
     m_signedIn->hide();
     connect(m_form, &SignInForm::signedIn, this, &OnboardingPage::advanceRequested);
     connect(&m_auth, &AuthStore::changed, this, &SignInPage::render);
-}
-
-QWidget *SignInPage::makeSignedIn()
-{
-    PanelButton *next = makeMainButton(tr("继续"));
-    setMainButton(next);
-    auto *content = new QWidget(this);
-    auto *stack = new QVBoxLayout(content);
-    stack->setContentsMargins(0, 0, 0, 0);
-    stack->addStretch();
-    stack->addWidget(makeSuccess(tr("已登录")), 0, Qt::AlignHCenter);
-    stack->addStretch();
-    stack->addWidget(next, 0, Qt::AlignHCenter);
-    connect(next, &PanelButton::clicked, this, &OnboardingPage::advanceRequested);
-    return content;
 }
 
 void SignInPage::begin()

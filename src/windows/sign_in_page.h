@@ -20,12 +20,12 @@ public:
     void begin() override;
 
 private:
-    QWidget *makeSignedIn();
     void takeKeyboard();
     void render();
 
     const AuthStore &m_auth;
     SignInForm *m_form;
+    PanelButton *m_next;
     QWidget *m_signedIn;
 };
 
