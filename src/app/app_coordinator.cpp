@@ -54,6 +54,19 @@ AppCoordinator::AppCoordinator(const platform::Services &services, const QUrl &c
     , m_loginWindow(m_account.signIn(), services.windowSystem)
     , m_onboardingWindow(m_account.authStore(), m_account.signIn(), services.accessibility,
                          services.windowSystem)
+    , m_loginItem(services.loginItem)
+    , m_connectionTest(m_network)
+    , m_settingsWindow({.settings = m_settings,
+                        .glossary = m_glossaryStore,
+                        .usage = m_usageStore,
+                        .billing = m_account.billingStore(),
+                        .auth = m_account.authStore(),
+                        .signIn = m_account.signIn(),
+                        .speech = m_speech,
+                        .loginItem = m_loginItem,
+                        .connectionTest = m_connectionTest,
+                        .windowSystem = services.windowSystem,
+                        .relaunch = [] { AppEnvironment::relaunch(); }})
     , m_hotKey(services.keyEventTap)
     , m_carbonHotKey(services.hotKey)
     , m_updates(services, m_settings, updateEndpoint)

@@ -4,6 +4,9 @@
 #include "windows/theme.h"
 
 #include <QApplication>
+#include <QProcess>
+
+using namespace Qt::Literals::StringLiterals;
 
 namespace nivora {
 
@@ -22,6 +25,18 @@ void AppEnvironment::applyTheme(const QString &mode)
 {
     m_mode = mode;
     apply();
+}
+
+void AppEnvironment::relaunch()
+{
+    // While this process lives, another one would only call it to the front. A
+    // parent that does not collect it must not keep the shell waiting for ever.
+    const auto script =
+        u"for i in $(seq 100); do kill -0 $1 2>/dev/null || break; sleep 0.1; done; "
+        "exec \"$0\""_s;
+    QProcess::startDetached(u"/bin/sh"_s, {u"-c"_s, script, QCoreApplication::applicationFilePath(),
+                                           QString::number(QCoreApplication::applicationPid())});
+    QCoreApplication::quit();
 }
 
 void AppEnvironment::apply()

@@ -61,6 +61,8 @@ void NivoraApp::performAction(const QString &name)
         m_parts->coordinator.invoke();
     else if (name == u"panel")
         m_parts->coordinator.showPanel();
+    else if (name == u"settings")
+        m_parts->coordinator.showSettings();
     else if (name == u"sign-in")
         m_parts->coordinator.showLoginWindow();
     else if (name == u"sign-out")

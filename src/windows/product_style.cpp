@@ -1,10 +1,12 @@
 #include "windows/product_style.h"
 
+#include "product_controls.h"
 #include "symbol.h"
 #include "windows/theme.h"
 
 #include <QMenu>
 #include <QPainter>
+#include <QPlainTextEdit>
 #include <QStyleOption>
 
 using namespace Qt::Literals::StringLiterals;
@@ -18,11 +20,11 @@ constexpr int scrollBarWidth = 10;
 constexpr int handleInset = 2;
 constexpr int leastHandle = 24;
 constexpr QSize checkMark(14, 14);
+constexpr int sliderHandle = 16;
+constexpr int pickerPadding = 5;
+constexpr int pickerArrow = 24;
 constexpr int menuPadding = 4;
 constexpr int menuItemPadding = 4; // above and below
-
-constexpr qreal fieldRadius = 6;
-constexpr qreal fieldLineInUse = 1.5;
 
 constexpr double handleOpacity = 0.22;
 constexpr double handleOpacityInUse = 0.4;
@@ -42,23 +44,6 @@ QRect scrollHandle(const QStyleOptionSlider &bar)
                    : QRect(bar.rect.left() + place, bar.rect.top(), handle, bar.rect.height());
 }
 
-// The frame of a field to write in.
-void drawField(QPainter &painter, const QStyleOption &field)
-{
-    const bool focused = field.state.testFlag(QStyle::State_HasFocus);
-    const QColor line =
-        focused ? field.palette.color(QPalette::Highlight) : hairline(field.palette);
-    const qreal width = focused ? fieldLineInUse : 1;
-    const qreal inset = width / 2;
-    painter.save();
-    painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(QPen(line, width));
-    painter.setBrush(field.palette.color(QPalette::Base));
-    painter.drawRoundedRect(QRectF(field.rect).adjusted(inset, inset, -inset, -inset), fieldRadius,
-                            fieldRadius);
-    painter.restore();
-}
-
 } // namespace
 
 ProductStyle::ProductStyle()
@@ -71,6 +56,9 @@ int ProductStyle::pixelMetric(PixelMetric metric, const QStyleOption *option,
 {
     if (metric == PM_ScrollBarExtent)
         return scrollBarWidth;
+    if (metric == PM_SliderThickness || metric == PM_SliderLength ||
+        metric == PM_SliderControlThickness)
+        return sliderHandle;
     if (metric == PM_MenuHMargin || metric == PM_MenuVMargin)
         return menuPadding;
     if (metric == PM_MenuPanelWidth)
@@ -97,6 +85,8 @@ QRect ProductStyle::subControlRect(ComplexControl control, const QStyleOptionCom
                                    SubControl part, const QWidget *widget) const
 {
     const auto *bar = qstyleoption_cast<const QStyleOptionSlider *>(option);
+    if (control == CC_ComboBox && part == SC_ComboBoxEditField)
+        return option->rect.adjusted(pickerPadding, 1, -pickerArrow, -1);
     if (control != CC_ScrollBar || !bar)
         return QProxyStyle::subControlRect(control, option, part, widget);
     const QRect handle = scrollHandle(*bar);
@@ -121,7 +111,12 @@ QRect ProductStyle::subControlRect(ComplexControl control, const QStyleOptionCom
 void ProductStyle::drawComplexControl(ComplexControl control, const QStyleOptionComplex *option,
                                       QPainter *painter, const QWidget *widget) const
 {
+    if (const auto *picker = qstyleoption_cast<const QStyleOptionComboBox *>(option);
+        picker && control == CC_ComboBox)
+        return drawPicker(*painter, *picker);
     const auto *bar = qstyleoption_cast<const QStyleOptionSlider *>(option);
+    if (bar && control == CC_Slider)
+        return drawSlider(*painter, *bar, subControlRect(control, option, SC_SliderHandle, widget));
     if (control != CC_ScrollBar || !bar)
         return QProxyStyle::drawComplexControl(control, option, painter, widget);
     if (bar->minimum == bar->maximum)
@@ -140,16 +135,27 @@ void ProductStyle::drawComplexControl(ComplexControl control, const QStyleOption
     painter->restore();
 }
 
+void ProductStyle::drawControl(ControlElement element, const QStyleOption *option,
+                               QPainter *painter, const QWidget *widget) const
+{
+    const auto *progress = qstyleoption_cast<const QStyleOptionProgressBar *>(option);
+    if (element == CE_ProgressBar && progress)
+        return drawProgress(*painter, *progress);
+    QProxyStyle::drawControl(element, option, painter, widget);
+}
+
 void ProductStyle::drawPrimitive(PrimitiveElement element, const QStyleOption *option,
                                  QPainter *painter, const QWidget *widget) const
 {
     if (element == PE_PanelLineEdit) {
         const auto *frame = qstyleoption_cast<const QStyleOptionFrame *>(option);
         if (frame && frame->lineWidth > 0)
-            return drawField(*painter, *frame);
+            return drawField(*painter, *frame, frame->state.testFlag(State_HasFocus));
     }
     if (element == PE_FrameMenu)
         return; // drawn with the rest
+    if (element == PE_Frame && qobject_cast<const QPlainTextEdit *>(widget))
+        return drawField(*painter, *option, option->state.testFlag(State_HasFocus));
     if (element == PE_PanelMenu) {
         painter->fillRect(option->rect, option->palette.color(QPalette::Window));
         painter->setPen(hairline(option->palette));

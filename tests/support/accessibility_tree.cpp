@@ -33,6 +33,7 @@ constexpr uint screenSpace = 0;
 constexpr int longestMeasuredRange = 200;
 
 // Places in the bit set of states.
+constexpr int stateChecked = 4;
 constexpr int stateFocused = 12;
 constexpr int stateShowing = 25;
 
@@ -72,6 +73,11 @@ QString AccessibleElement::name() const
     return property(accessibleInterface, u"Name"_s).toString();
 }
 
+QString AccessibleElement::description() const
+{
+    return property(accessibleInterface, u"Description"_s).toString();
+}
+
 QString AccessibleElement::role() const
 {
     return call(accessibleInterface, u"GetRoleName"_s).value(0).toString();
@@ -85,6 +91,11 @@ bool AccessibleElement::isShowing() const
 bool AccessibleElement::isFocused() const
 {
     return hasState(stateFocused);
+}
+
+bool AccessibleElement::isChecked() const
+{
+    return hasState(stateChecked);
 }
 
 QRect AccessibleElement::frame() const
@@ -178,6 +189,15 @@ bool AccessibleElement::takeFocus() const
 bool AccessibleElement::setText(const QString &text) const
 {
     return call(u"org.a11y.atspi.EditableText"_s, u"SetTextContents"_s, {text}).value(0).toBool();
+}
+
+bool AccessibleElement::setValue(double value) const
+{
+    auto message = QDBusMessage::createMethodCall(m_service, m_path,
+                                                  u"org.freedesktop.DBus.Properties"_s, u"Set"_s);
+    message.setArguments(
+        {u"org.a11y.atspi.Value"_s, u"CurrentValue"_s, QVariant::fromValue(QDBusVariant(value))});
+    return m_bus.call(message, QDBus::Block, callBoundMs).type() == QDBusMessage::ReplyMessage;
 }
 
 QVariantList AccessibleElement::call(const QString &interface, const QString &method,

@@ -7,9 +7,12 @@
 #include "platform_linux/portal_appearance.h"
 #include "platform_linux/secret_libsecret_store.h"
 #include "platform_linux/x11_desktop.h"
+#include "platform_linux/xdg_login_item.h"
 #include "platform_linux/xdg_web_browser.h"
 
 #include "lazy_speech.h"
+
+#include <QCoreApplication>
 
 namespace nivora::linuxdesktop {
 
@@ -26,6 +29,7 @@ struct LinuxBackend::Parts
     LazySpeech speech{japaneseTokenizer};
     PortalAppearance appearance;
     XdgWebBrowser webBrowser;
+    XdgLoginItem loginItem{XdgLoginItem::defaultFolder(), QCoreApplication::applicationFilePath()};
 };
 
 LinuxBackend::LinuxBackend()
@@ -61,6 +65,7 @@ platform::Services LinuxBackend::services()
         .appearance = parts.appearance,
         .webBrowser = parts.webBrowser,
         .idleMonitor = parts.x11.idleMonitor(),
+        .loginItem = parts.loginItem,
     };
 }
 

@@ -6,10 +6,12 @@
 #include "app/app_ui_state.h"
 #include "app/update_flow.h"
 
+#include "core/connection_test.h"
 #include "core/reading_service.h"
 #include "core/translation_engine.h"
 #include "desktop/carbon_hot_key.h"
 #include "desktop/hot_key_monitor.h"
+#include "desktop/login_item_manager.h"
 #include "desktop/permissions_manager.h"
 #include "desktop/selection_service.h"
 #include "desktop/speech_input_service.h"
@@ -24,6 +26,7 @@
 #include "windows/floating_panel_controller.h"
 #include "windows/login_window_controller.h"
 #include "windows/onboarding_window_controller.h"
+#include "windows/settings_window_controller.h"
 
 #include "platform/services.h"
 #include "platform/task.h"
@@ -70,6 +73,7 @@ public:
     void activate();
 
     void showLoginWindow();
+    void showSettings() { m_settingsWindow.show(); }
 
     // A link of the program's own scheme, from anybody: it counts while a sign-in
     // in the browser waits for it.
@@ -131,6 +135,9 @@ private:
     FloatingPanelController m_panelController;
     LoginWindowController m_loginWindow;
     OnboardingWindowController m_onboardingWindow;
+    LoginItemManager m_loginItem;
+    ConnectionTest m_connectionTest;
+    SettingsWindowController m_settingsWindow;
     HotKeyMonitor m_hotKey;
     CarbonHotKey m_carbonHotKey;
     UpdateFlow m_updates;

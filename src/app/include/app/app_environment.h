@@ -20,6 +20,9 @@ public:
     // "light", "dark", or anything else to follow the desktop.
     void applyTheme(const QString &mode);
 
+    // Ends this process and starts the same program anew once it is gone.
+    static void relaunch();
+
 private:
     void apply();
 

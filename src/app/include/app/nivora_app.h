@@ -24,8 +24,8 @@ public:
     void activate();
 
     // One of the actions by which a desktop's own shortcuts reach the program:
-    // "invoke", "panel", "sign-in", "sign-out", "check-updates", "version-history" or
-    // "quit". Any other name costs a log line.
+    // "invoke", "panel", "settings", "sign-in", "sign-out", "check-updates",
+    // "version-history" or "quit". Any other name costs a log line.
     void performAction(const QString &name);
 
     // A link of the program's own scheme, from anybody.

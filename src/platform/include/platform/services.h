@@ -11,6 +11,7 @@ class IdleMonitor;
 class JapaneseTokenizer;
 class KeyEventTap;
 class KeySynthesizer;
+class LoginItem;
 class Preferences;
 class PrimarySelectionReader;
 class SecretStore;
@@ -41,6 +42,7 @@ struct Services
     Appearance &appearance;
     WebBrowser &webBrowser;
     IdleMonitor &idleMonitor;
+    LoginItem &loginItem;
 };
 
 } // namespace nivora::platform

@@ -22,9 +22,11 @@ public:
     AccessibleElement(const QDBusConnection &bus, const QString &service, const QString &path);
 
     QString name() const;
+    QString description() const;
     QString role() const; // "push button", "text", "label"
     bool isShowing() const;
     bool isFocused() const;
+    bool isChecked() const;
     QRect frame() const; // pixels, from the top-left of the screen
     std::vector<AccessibleElement> children() const;
 
@@ -44,6 +46,7 @@ public:
     bool press() const;
     bool takeFocus() const;
     bool setText(const QString &text) const;
+    bool setValue(double value) const; // of a slider
 
 private:
     friend class AccessibilityTree;

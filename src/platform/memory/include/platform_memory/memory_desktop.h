@@ -8,6 +8,7 @@
 #include "platform_memory/memory_idle_monitor.h"
 #include "platform_memory/memory_japanese_tokenizer.h"
 #include "platform_memory/memory_keys.h"
+#include "platform_memory/memory_login_item.h"
 #include "platform_memory/memory_preferences.h"
 #include "platform_memory/memory_primary_selection.h"
 #include "platform_memory/memory_secret_store.h"
@@ -40,6 +41,7 @@ struct MemoryDesktop
     MemoryAppearance appearance;
     MemoryWebBrowser webBrowser;
     MemoryIdleMonitor idleMonitor;
+    MemoryLoginItem loginItem;
 
     // Borrows from this object.
     platform::Services services()
@@ -48,7 +50,7 @@ struct MemoryDesktop
                 keySynthesizer,   accessibility, clipboard,         primarySelection,
                 windowSystem,     settingsPanes, japaneseTokenizer, speechSynthesizer,
                 speechRecognizer, audioInput,    appearance,        webBrowser,
-                idleMonitor};
+                idleMonitor,      loginItem};
     }
 };
 
