@@ -39,8 +39,10 @@ int main(int argc, char *argv[])
         return 1;
     }
     linuxdesktop::DBusApplication bus;
-    NivoraApp nivora(backend.services(), QUrl(QStringLiteral(NIVORA_CLOUD_ENDPOINT)),
-                     QUrl(QStringLiteral(NIVORA_UPDATE_ENDPOINT)));
+    NivoraApp nivora(backend.services(),
+                     {.cloudEndpoint = QUrl(QStringLiteral(NIVORA_CLOUD_ENDPOINT)),
+                      .updateEndpoint = QUrl(QStringLiteral(NIVORA_UPDATE_ENDPOINT)),
+                      .website = QUrl(QStringLiteral(NIVORA_WEBSITE))});
     // Queued: an action may take a second, and the caller has its answer before.
     QObject::connect(
         &bus, &linuxdesktop::DBusApplication::activated, &bus, [&nivora] { nivora.activate(); },

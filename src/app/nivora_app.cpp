@@ -2,39 +2,74 @@
 
 #include "app/app_coordinator.h"
 
+#include "windows/menu_content.h"
 #include "windows/tray_icon.h"
 
 #include "platform/log.h"
+#include "platform/web_browser.h"
 
 #include <QCoreApplication>
 
+#include <algorithm>
+
+using namespace Qt::Literals::StringLiterals;
+
 namespace nivora {
+
+namespace {
+
+struct NamedCommand
+{
+    QLatin1StringView name;
+    MenuCommand command;
+};
+
+// What the session bus calls the entries of the menu.
+constexpr NamedCommand namedCommands[] = {
+    {"accessibility-settings"_L1, MenuCommand::OpenAccessibilitySettings},
+    {"panel"_L1, MenuCommand::ShowPanel},
+    {"settings"_L1, MenuCommand::ShowSettings},
+    {"check-updates"_L1, MenuCommand::CheckForUpdates},
+    {"version-history"_L1, MenuCommand::ShowVersionHistory},
+    {"website"_L1, MenuCommand::VisitWebsite},
+    {"sign-in"_L1, MenuCommand::SignIn},
+    {"sign-out"_L1, MenuCommand::SignOut},
+    {"quit"_L1, MenuCommand::Quit},
+};
+
+} // namespace
 
 struct NivoraApp::Parts
 {
+    Parts(const platform::Services &services, const Deployment &where)
+        : deployment(where)
+        , browser(services.webBrowser)
+        , coordinator(services, where.cloudEndpoint, where.updateEndpoint)
+        , menu(QCoreApplication::applicationVersion())
+        , tray(menu, services.trayHosts)
+    {
+    }
+
+    Deployment deployment;
+    platform::WebBrowser &browser;
     AppCoordinator coordinator;
+    MenuContent menu;
     TrayIcon tray;
+    platform::Task page;
 };
 
-NivoraApp::NivoraApp(const platform::Services &services, const QUrl &cloudEndpoint,
-                     const QUrl &updateEndpoint)
-    : m_parts(new Parts{{services, cloudEndpoint, updateEndpoint}, {}})
+NivoraApp::NivoraApp(const platform::Services &services, const Deployment &deployment)
+    : m_parts(std::make_unique<Parts>(services, deployment))
 {
     AppCoordinator &coordinator = m_parts->coordinator;
     TrayIcon &tray = m_parts->tray;
-    QObject::connect(&tray, &TrayIcon::panelRequested, &coordinator, &AppCoordinator::showPanel);
-    QObject::connect(&tray, &TrayIcon::accessibilitySettingsRequested, &coordinator,
-                     &AppCoordinator::openAccessibilitySettings);
-    const auto showPermission = [&tray, &state = coordinator.uiState()] {
-        tray.setAccessibilityMissing(!state.accessibilityTrusted());
-    };
-    QObject::connect(&coordinator.uiState(), &AppUIState::accessibilityTrustedChanged, &tray,
-                     showPermission);
-    QObject::connect(&tray, &TrayIcon::updateCheckRequested, &coordinator,
-                     [&coordinator] { coordinator.updates().checkForUpdates(); });
-    QObject::connect(&tray, &TrayIcon::versionHistoryRequested, &coordinator,
-                     [&coordinator] { coordinator.updates().showVersionHistory(); });
-    QObject::connect(&tray, &TrayIcon::quitRequested, qApp, &QCoreApplication::quit);
+    QObject::connect(&m_parts->menu, &MenuContent::chosen, &m_parts->menu,
+                     [this](MenuCommand command) { perform(command); });
+    const auto render = [this] { renderMenu(); };
+    QObject::connect(&coordinator.uiState(), &AppUIState::accessibilityTrustedChanged,
+                     &m_parts->menu, render);
+    QObject::connect(&coordinator.authStore(), &AuthStore::changed, &m_parts->menu, render);
+    QObject::connect(&coordinator.billingStore(), &BillingStore::changed, &m_parts->menu, render);
     coordinator.onTextLeftOnClipboard = [&tray] {
         tray.notify(QCoreApplication::translate(
             "NivoraApp", "没能写回原来的窗口，译文已放在剪贴板里，可以直接粘贴。"));
@@ -47,7 +82,7 @@ void NivoraApp::start()
 {
     m_parts->tray.show();
     m_parts->coordinator.start();
-    m_parts->tray.setAccessibilityMissing(!m_parts->coordinator.uiState().accessibilityTrusted());
+    renderMenu();
 }
 
 void NivoraApp::activate()
@@ -55,26 +90,59 @@ void NivoraApp::activate()
     m_parts->coordinator.activate();
 }
 
+void NivoraApp::renderMenu()
+{
+    AppCoordinator &coordinator = m_parts->coordinator;
+    const bool trusted = coordinator.uiState().accessibilityTrusted();
+    m_parts->menu.setState({.accessibilityTrusted = trusted,
+                            .email = coordinator.authStore().email(),
+                            .billingSummary = coordinator.billingSummary().value_or(QString())});
+    m_parts->tray.setMarked(!trusted);
+}
+
 void NivoraApp::performAction(const QString &name)
 {
     if (name == u"invoke")
-        m_parts->coordinator.invoke();
-    else if (name == u"panel")
-        m_parts->coordinator.showPanel();
-    else if (name == u"settings")
-        m_parts->coordinator.showSettings();
-    else if (name == u"sign-in")
-        m_parts->coordinator.showLoginWindow();
-    else if (name == u"sign-out")
-        m_parts->coordinator.authStore().signOut();
-    else if (name == u"check-updates")
-        m_parts->coordinator.updates().checkForUpdates();
-    else if (name == u"version-history")
-        m_parts->coordinator.updates().showVersionHistory();
-    else if (name == u"quit")
-        QCoreApplication::quit();
-    else
+        return m_parts->coordinator.invoke();
+    const auto *found = std::ranges::find_if(
+        namedCommands, [&](const NamedCommand &each) { return each.name == name; });
+    if (found == std::end(namedCommands))
         qCWarning(log::app) << "An action of an unknown name was asked for";
+    else
+        perform(found->command);
+}
+
+void NivoraApp::perform(MenuCommand command)
+{
+    switch (command) {
+    case MenuCommand::OpenAccessibilitySettings:
+        return m_parts->coordinator.openAccessibilitySettings();
+    case MenuCommand::ShowPanel:
+        return m_parts->coordinator.showPanel();
+    case MenuCommand::ShowSettings:
+        return m_parts->coordinator.showSettings();
+    case MenuCommand::CheckForUpdates:
+        return m_parts->coordinator.updates().checkForUpdates();
+    case MenuCommand::ShowVersionHistory:
+        return m_parts->coordinator.updates().showVersionHistory();
+    case MenuCommand::VisitWebsite:
+        return visitWebsite();
+    case MenuCommand::SignIn:
+        return m_parts->coordinator.showLoginWindow();
+    case MenuCommand::SignOut:
+        return m_parts->coordinator.authStore().signOut();
+    case MenuCommand::Quit:
+        return QCoreApplication::quit();
+    }
+}
+
+void NivoraApp::visitWebsite()
+{
+    m_parts->page = m_parts->browser.open(m_parts->deployment.website, [this](bool opened) {
+        if (!opened)
+            m_parts->tray.notify(
+                QCoreApplication::translate("NivoraApp", "没有找到可以打开网页的浏览器。"));
+    });
 }
 
 void NivoraApp::openLink(const QUrl &link)

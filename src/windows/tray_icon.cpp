@@ -1,89 +1,62 @@
 #include "windows/tray_icon.h"
 
-#include "windows/theme.h"
+#include "letter_icon.h"
+#include "windows/menu_content.h"
+
+#include "platform/tray_hosts.h"
 
 #include <QApplication>
+#include <QCursor>
 #include <QMenu>
 #include <QMessageBox>
-#include <QPainter>
-#include <QPainterPath>
 
 using namespace Qt::Literals::StringLiterals;
 
 namespace nivora {
 
-namespace {
-
-// The letter is an outline, so that it is crisp at every size. Trays are dark or
-// light whatever the theme of windows: a filled tile shows on both.
-QIcon letterIcon()
+TrayIcon::TrayIcon(MenuContent &content, platform::TrayHosts &hosts)
+    : m_content(content)
+    , m_hosts(hosts)
 {
-    QIcon icon;
-    for (const int side : {16, 22, 24, 32, 44, 48, 64, 128}) {
-        QPixmap pixmap(side, side);
-        pixmap.fill(Qt::transparent);
-        QPainter painter(&pixmap);
-        painter.setRenderHint(QPainter::Antialiasing);
-        painter.scale(side / 16.0, side / 16.0);
-        painter.setPen(Qt::NoPen);
-        painter.setBrush(themePalette(false).color(QPalette::Highlight));
-        painter.drawRoundedRect(QRectF(0.5, 0.5, 15, 15), 3.5, 3.5);
-        painter.setBrush(Qt::NoBrush);
-        painter.setPen(QPen(Qt::white, 2, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
-        QPainterPath letter({5, 12});
-        letter.lineTo(5, 4);
-        letter.lineTo(11, 12);
-        letter.lineTo(11, 4);
-        painter.drawPath(letter);
-        icon.addPixmap(pixmap);
-    }
-    return icon;
-}
-
-} // namespace
-
-TrayIcon::TrayIcon()
-    : m_menu(std::make_unique<QMenu>())
-    , m_icon(letterIcon())
-{
-    m_warning << m_menu->addAction(
-                     tr("⚠️ 未授予辅助功能权限，双击 Shift 不可用"))
-              << m_menu->addAction(tr("打开系统设置授权…")) << m_menu->addSeparator();
-    m_warning.first()->setEnabled(false);
-    connect(m_warning.at(1), &QAction::triggered, this, &TrayIcon::accessibilitySettingsRequested);
-    setAccessibilityMissing(false);
-    connect(m_menu->addAction(tr("翻译面板")), &QAction::triggered, this,
-            &TrayIcon::panelRequested);
-    m_menu->addSeparator();
-    connect(m_menu->addAction(tr("检查更新…")), &QAction::triggered, this,
-            &TrayIcon::updateCheckRequested);
-    connect(m_menu->addAction(tr("版本历史")), &QAction::triggered, this,
-            &TrayIcon::versionHistoryRequested);
-    m_menu->addSeparator();
-    connect(m_menu->addAction(tr("退出 Nivora")), &QAction::triggered, this,
-            &TrayIcon::quitRequested);
-    m_icon.setContextMenu(m_menu.get());
-    m_icon.setToolTip(u"Nivora"_s);
-    QApplication::setWindowIcon(m_icon.icon());
+    QApplication::setWindowIcon(letterIcon());
 }
 
 TrayIcon::~TrayIcon() = default;
 
 void TrayIcon::show()
 {
-    m_icon.show();
+    m_watch = m_hosts.watch([this](bool present) {
+        m_present = present;
+        if (present && !m_icon)
+            makeIcon();
+    });
 }
 
-void TrayIcon::setAccessibilityMissing(bool missing)
+void TrayIcon::makeIcon()
 {
-    for (QAction *each : std::as_const(m_warning))
-        each->setVisible(missing);
+    m_menu = m_content.makeMenu();
+    m_icon = std::make_unique<QSystemTrayIcon>(letterIcon(m_marked));
+    m_icon->setToolTip(u"Nivora"_s);
+    m_icon->setContextMenu(m_menu.get());
+    // There is nothing else to do with it, so any button will do.
+    connect(m_icon.get(), &QSystemTrayIcon::activated, this,
+            [this](QSystemTrayIcon::ActivationReason reason) {
+                if (reason == QSystemTrayIcon::Trigger)
+                    m_menu->popup(QCursor::pos());
+            });
+    m_icon->show();
+}
+
+void TrayIcon::setMarked(bool marked)
+{
+    if (std::exchange(m_marked, marked) != marked && m_icon)
+        m_icon->setIcon(letterIcon(marked));
 }
 
 void TrayIcon::notify(const QString &text)
 {
-    if (QSystemTrayIcon::isSystemTrayAvailable() && QSystemTrayIcon::supportsMessages())
-        return m_icon.showMessage(u"Nivora"_s, text, m_icon.icon());
+    if (hasTray())
+        return m_icon->showMessage(u"Nivora"_s, text, letterIcon());
     if (!m_note) {
         m_note = std::make_unique<QMessageBox>();
         m_note->setWindowTitle(u"Nivora"_s);

@@ -2,6 +2,7 @@
 
 #include "platform_linux/atspi_accessibility.h"
 #include "platform_linux/desktop_settings_panes.h"
+#include "platform_linux/desktop_tray_hosts.h"
 #include "platform_linux/json_preferences.h"
 #include "platform_linux/mecab_tokenizer.h"
 #include "platform_linux/portal_appearance.h"
@@ -30,6 +31,7 @@ struct LinuxBackend::Parts
     PortalAppearance appearance;
     XdgWebBrowser webBrowser;
     XdgLoginItem loginItem{XdgLoginItem::defaultFolder(), QCoreApplication::applicationFilePath()};
+    DesktopTrayHosts trayHosts{x11.trayManager()};
 };
 
 LinuxBackend::LinuxBackend()
@@ -66,6 +68,7 @@ platform::Services LinuxBackend::services()
         .webBrowser = parts.webBrowser,
         .idleMonitor = parts.x11.idleMonitor(),
         .loginItem = parts.loginItem,
+        .trayHosts = parts.trayHosts,
     };
 }
 

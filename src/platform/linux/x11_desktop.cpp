@@ -7,6 +7,7 @@
 #include "x11_key_synthesizer.h"
 #include "x11_key_tap.h"
 #include "x11_primary_selection.h"
+#include "x11_tray_manager.h"
 #include "x11_window_system.h"
 
 namespace nivora::linuxdesktop {
@@ -31,6 +32,7 @@ struct X11Desktop::Parts
     X11KeyTap keyTap{connection, keyboard, ownInput};
     X11KeySynthesizer keySynthesizer{connection, keyboard, ownInput};
     X11WindowSystem windowSystem{connection};
+    X11TrayManager trayManager{connection};
     X11HotKey hotKey{chordConnection, [this](xcb_timestamp_t press) { recency->disregard(press); }};
     X11IdleMonitor idleMonitor{connection};
     X11Clipboard clipboard{selections};
@@ -83,6 +85,11 @@ platform::Clipboard &X11Desktop::clipboard()
 platform::PrimarySelectionReader &X11Desktop::primarySelection()
 {
     return m_parts->primarySelection;
+}
+
+X11TrayManager &X11Desktop::trayManager()
+{
+    return m_parts->trayManager;
 }
 
 int X11Desktop::gtkScale(qint64 process)

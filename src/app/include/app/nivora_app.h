@@ -1,21 +1,21 @@
 #pragma once
 
-#include "platform/services.h"
+#include "app/deployment.h"
 
-#include <QUrl>
+#include "platform/services.h"
 
 #include <memory>
 
 namespace nivora {
 
-// The program as its user meets it: the coordinator and the tray icon.
+enum class MenuCommand;
+
+// The program as its user meets it: the coordinator, the tray icon and its menu.
 class NivoraApp
 {
 public:
-    // The services outlive the program. `cloudEndpoint` is the origin of the
-    // cloud service, `updateEndpoint` that of the feed of releases.
-    NivoraApp(const platform::Services &services, const QUrl &cloudEndpoint,
-              const QUrl &updateEndpoint);
+    // The services outlive the program.
+    NivoraApp(const platform::Services &services, const Deployment &deployment);
     ~NivoraApp();
 
     void start();
@@ -23,15 +23,19 @@ public:
     // Another program, or a second start, asks for the program.
     void activate();
 
-    // One of the actions by which a desktop's own shortcuts reach the program:
-    // "invoke", "panel", "settings", "sign-in", "sign-out", "check-updates",
-    // "version-history" or "quit". Any other name costs a log line.
+    // One of the actions by which a desktop's own shortcuts, and desktops without
+    // a tray, reach the program: "invoke", or what the menu offers by its name in
+    // the table of actions. Any other name costs a log line.
     void performAction(const QString &name);
 
     // A link of the program's own scheme, from anybody.
     void openLink(const QUrl &link);
 
 private:
+    void perform(MenuCommand command);
+    void renderMenu();
+    void visitWebsite();
+
     struct Parts;
     std::unique_ptr<Parts> m_parts;
 };

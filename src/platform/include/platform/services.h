@@ -18,6 +18,7 @@ class SecretStore;
 class SettingsPanes;
 class SpeechRecognizer;
 class SpeechSynthesizer;
+class TrayHosts;
 class WebBrowser;
 class WindowSystem;
 
@@ -43,6 +44,7 @@ struct Services
     WebBrowser &webBrowser;
     IdleMonitor &idleMonitor;
     LoginItem &loginItem;
+    TrayHosts &trayHosts;
 };
 
 } // namespace nivora::platform

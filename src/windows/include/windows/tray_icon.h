@@ -1,16 +1,22 @@
 #pragma once
 
-#include <QList>
+#include "platform/task.h"
+
 #include <QObject>
 #include <QSystemTrayIcon>
 
 #include <memory>
 
-class QAction;
 class QMenu;
 class QMessageBox;
 
 namespace nivora {
+
+class MenuContent;
+
+namespace platform {
+class TrayHosts;
+}
 
 // The program's only permanent surface: a letter in the tray, and its menu.
 class TrayIcon : public QObject
@@ -18,30 +24,36 @@ class TrayIcon : public QObject
     Q_OBJECT
 
 public:
-    TrayIcon();
+    // Both outlive the icon.
+    TrayIcon(MenuContent &content, platform::TrayHosts &hosts);
     ~TrayIcon() override;
 
+    // Shows the icon as soon as there is a tray for it. The first one decides on
+    // its kind: the toolkit serves trays of the session bus or those of the X server
+    // and stays with what it began with. Of that kind others may come and go.
     void show();
 
-    // Whether the menu begins with a warning and a way to the desktop's settings.
-    void setAccessibilityMissing(bool missing);
+    // Whether there is a tray now; false until it is known.
+    bool hasTray() const { return m_present; }
+
+    // Whether the icon carries a mark that something is amiss.
+    void setMarked(bool marked);
 
     // A short note from the program: by the desktop, or in a small window of our
     // own where there is no tray to show it.
     void notify(const QString &text);
 
-Q_SIGNALS:
-    void accessibilitySettingsRequested();
-    void panelRequested();
-    void updateCheckRequested();
-    void versionHistoryRequested();
-    void quitRequested();
-
 private:
-    std::unique_ptr<QMenu> m_menu;
-    QList<QAction *> m_warning; // owned by the menu
-    QSystemTrayIcon m_icon;
+    void makeIcon();
+
+    MenuContent &m_content;
+    platform::TrayHosts &m_hosts;
+    bool m_marked = false;
+    bool m_present = false;
+    std::unique_ptr<QMenu> m_menu;           // before the icon, which borrows it
+    std::unique_ptr<QSystemTrayIcon> m_icon; // absent until there is a tray
     std::unique_ptr<QMessageBox> m_note;
+    platform::Task m_watch;
 };
 
 } // namespace nivora

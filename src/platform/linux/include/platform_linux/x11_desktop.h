@@ -16,6 +16,8 @@ class WindowSystem;
 
 namespace nivora::linuxdesktop {
 
+class X11TrayManager;
+
 // The parts of the desktop that an X server provides. Main thread only, and the
 // thread needs an event loop.
 //
@@ -43,6 +45,8 @@ public:
     platform::IdleMonitor &idleMonitor();
     platform::Clipboard &clipboard();
     platform::PrimarySelectionReader &primarySelection();
+
+    X11TrayManager &trayManager();
 
     // The pixels of one unit in which this process, if it is a GTK program, tells
     // places.

@@ -15,6 +15,7 @@
 #include "platform_memory/memory_settings_panes.h"
 #include "platform_memory/memory_speech_recognizer.h"
 #include "platform_memory/memory_speech_synthesizer.h"
+#include "platform_memory/memory_tray_hosts.h"
 #include "platform_memory/memory_web_browser.h"
 #include "platform_memory/memory_window_system.h"
 
@@ -42,6 +43,7 @@ struct MemoryDesktop
     MemoryWebBrowser webBrowser;
     MemoryIdleMonitor idleMonitor;
     MemoryLoginItem loginItem;
+    MemoryTrayHosts trayHosts;
 
     // Borrows from this object.
     platform::Services services()
@@ -50,7 +52,7 @@ struct MemoryDesktop
                 keySynthesizer,   accessibility, clipboard,         primarySelection,
                 windowSystem,     settingsPanes, japaneseTokenizer, speechSynthesizer,
                 speechRecognizer, audioInput,    appearance,        webBrowser,
-                idleMonitor,      loginItem};
+                idleMonitor,      loginItem,     trayHosts};
     }
 };
 
