@@ -122,6 +122,14 @@ HistoryStore &AppCoordinator::historyStore()
     return *m_historyStore;
 }
 
+void AppCoordinator::showHistory()
+{
+    if (!m_historyWindow)
+        m_historyWindow =
+            std::make_unique<HistoryWindowController>(historyStore(), m_services.clipboard);
+    m_historyWindow->show();
+}
+
 void AppCoordinator::wireSession()
 {
     m_insertionService.onTextLeftOnClipboard = [this] { tellOfTextOnClipboard(); };

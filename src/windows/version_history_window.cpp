@@ -1,10 +1,7 @@
 #include "windows/version_history_window.h"
 
-#include "screen_places.h"
 #include "version_history_view.h"
-
-#include <QCursor>
-#include <QScreen>
+#include "window_opening.h"
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -36,17 +33,9 @@ void VersionHistoryWindowController::show()
         m_window->setWindowTitle(tr("版本历史", "version history window title"));
         m_window->setWindowRole(u"versionHistory"_s);
         m_window->setAttribute(Qt::WA_QuitOnClose, false);
-        m_window->resize(windowSize);
-        if (const QScreen *screen = screenFor(QCursor::pos())) {
-            QRect place(QPoint(), windowSize);
-            place.moveCenter(screen->availableGeometry().center());
-            m_window->move(place.topLeft());
-        }
+        placeInTheMiddle(*m_window, windowSize);
     }
-    m_window->setWindowState(m_window->windowState() & ~Qt::WindowMinimized);
-    m_window->show();
-    m_window->raise();
-    m_window->activateWindow();
+    bringToFront(*m_window);
 }
 
 } // namespace nivora

@@ -24,6 +24,7 @@
 #include "stores/settings_store.h"
 #include "stores/usage_store.h"
 #include "windows/floating_panel_controller.h"
+#include "windows/history_window_controller.h"
 #include "windows/login_window_controller.h"
 #include "windows/onboarding_window_controller.h"
 #include "windows/settings_window_controller.h"
@@ -73,6 +74,7 @@ public:
     void activate();
 
     void showLoginWindow();
+    void showHistory();
     void showSettings() { m_settingsWindow.show(); }
 
     // A link of the program's own scheme, from anybody: it counts while a sign-in
@@ -121,8 +123,9 @@ private:
     TranslationEngine m_engine;
     GlossaryStore m_glossaryStore;
     UsageStore m_usageStore;
-    std::unique_ptr<HistoryStore> m_historyStore; // made at first use
-    QNetworkAccessManager m_network;              // of the account and of reports on translations
+    std::unique_ptr<HistoryStore> m_historyStore;             // made at first use
+    std::unique_ptr<HistoryWindowController> m_historyWindow; // the same
+    QNetworkAccessManager m_network; // of the account and of reports on translations
     Account m_account;
     SelectionService m_selectionService;
     TextInsertionService m_insertionService;

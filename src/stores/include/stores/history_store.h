@@ -62,6 +62,8 @@ public:
     void setWatched(bool watched);
     const std::vector<HistoryEntry> &entries() const { return m_entries; }
     qint64 totalCount() const { return m_totalCount; }
+    // Whether an answer of the worker's is still to come.
+    bool isReading() const { return m_reload.isRunning(); }
 
 Q_SIGNALS:
     void changed();
