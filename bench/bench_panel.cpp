@@ -13,6 +13,7 @@
 #include <QApplication>
 #include <QElapsedTimer>
 #include <QEventLoop>
+#include <QPlainTextEdit>
 
 using namespace nivora;
 using namespace Qt::Literals::StringLiterals;
@@ -97,6 +98,31 @@ BENCHMARK(paintOnePieceMore)
     ->Arg(1)
     ->Arg(1000)
     ->Arg(50'000)
+    ->Unit(benchmark::kMicrosecond)
+    ->Iterations(50);
+
+// One key more in the editor of a text of so many characters, laid out and painted:
+// in lines of eighty, or in one.
+void typeOneKeyMore(benchmark::State &state)
+{
+    Bench bench;
+    bench.session.prepareManualInput(false, std::nullopt);
+    bench.controller.show(PanelMode::Compose, std::nullopt);
+    FloatingPanel *panel = bench.controller.panel();
+    auto *editor = panel->findChild<QPlainTextEdit *>();
+    QString text(state.range(0), u'a');
+    for (qsizetype at = 80; state.range(1) && at < text.size(); at += 81)
+        text[at] = u'\n';
+    bench.session.editSource(text);
+    QCoreApplication::processEvents();
+    for (auto _ : state) {
+        editor->insertPlainText(u"b"_s);
+        QCoreApplication::processEvents();
+        panel->repaint();
+    }
+}
+BENCHMARK(typeOneKeyMore)
+    ->ArgsProduct({{100, 10'000, 170'000}, {true, false}})
     ->Unit(benchmark::kMicrosecond)
     ->Iterations(50);
 

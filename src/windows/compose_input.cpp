@@ -12,6 +12,7 @@
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QPlainTextEdit>
+#include <QScopedValueRollback>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -52,9 +53,12 @@ ComposeInput::ComposeInput(TranslationViewModel &session, QWidget *parent)
     column->addWidget(m_translate, 0, Qt::AlignLeft);
 
     connect(m_editor, &QPlainTextEdit::textChanged, this, [this] {
+        const QString text = m_editor->toPlainText();
         // A preedit of an input method changes the document, but not the text.
-        if (m_editor->toPlainText() != m_session.sourceText())
-            m_session.editSource(m_editor->toPlainText());
+        if (text == m_session.sourceText())
+            return;
+        const QScopedValueRollback typing(m_isTyping, true);
+        m_session.editSource(text);
     });
     connect(m_microphone, &PanelButton::clicked, this, [this] { m_session.toggleVoice(); });
     connect(m_translate, &PanelButton::clicked, this, [this] { m_session.translateNow(); });
@@ -103,6 +107,8 @@ QWidget *ComposeInput::makeVoiceError()
 // to write it into the editor would tell it to every assistive tool.
 void ComposeInput::renderSource()
 {
+    if (m_isTyping)
+        return; // it comes from here
     showProgrammatically(
         *m_editor, m_session.mode() == PanelMode::Selection ? QString() : m_session.sourceText());
 }

@@ -36,6 +36,7 @@ private:
     PanelButton *m_voiceSettings = nullptr;
     QWidget *m_voiceError;
     PanelButton *m_translate;
+    bool m_isTyping = false; // what the session is told comes from the editor
 };
 
 } // namespace nivora

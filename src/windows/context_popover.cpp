@@ -49,9 +49,10 @@ ContextPopover::ContextPopover(TranslationViewModel &session, platform::WindowSy
     column().addLayout(buttons);
 
     connect(m_editor, &QPlainTextEdit::textChanged, this, [this] {
+        const QString text = m_editor->toPlainText();
         // A preedit of an input method changes the document, but not the text.
-        if (m_editor->toPlainText() != m_session.contextText())
-            m_session.editContext(m_editor->toPlainText());
+        if (text != m_session.contextText())
+            m_session.editContext(text);
     });
     connect(clear, &PanelButton::clicked, m_editor, &QPlainTextEdit::clear);
     connect(done, &PanelButton::clicked, this, &QWidget::hide);
