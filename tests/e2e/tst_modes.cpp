@@ -1,7 +1,6 @@
 #include "road.h"
 
 #include "support/browser.h"
-#include "support/sound_server.h"
 
 #include "localcloud/cloud_service.h"
 #include "localcloud/event_stream.h"
@@ -9,8 +8,6 @@
 
 #include <QJsonArray>
 #include <QJsonDocument>
-#include <QProcess>
-#include <QTemporaryDir>
 #include <QTest>
 
 #include <X11/keysym.h>
@@ -47,8 +44,6 @@ private Q_SLOTS:
     void aReplyIsWrittenToAPage();
     void thePinnedPanelFollowsTheLanguageMenu();
     void feedbackReachesTheCloud();
-    void theResultIsReadAloud();
-    void whatIsSaidIsTranslated();
 };
 
 void TestModes::aJapaneseResultIsReadAndChecked()
@@ -280,62 +275,6 @@ void TestModes::feedbackReachesTheCloud()
     road.user->press({XK_Return}); // done
     QVERIFY(waitUntil([&] { return !road.product->control(u"已提交，感谢反馈"_s); }, patience));
     QVERIFY(road.user->find(Product::panel()));
-}
-
-void TestModes::theResultIsReadAloud()
-{
-    QTemporaryDir folder;
-    SoundServer sound(folder.path());
-    QVERIFY2(sound.start(), "PulseAudio cannot be run");
-    qputenv("PULSE_SERVER", sound.address().toUtf8());
-    Road road;
-    QVERIFY2(road.begin(), qUtf8Printable(road.problem()));
-    road.server.enqueue(eventStream({japanese.repeated(20)}));
-    QVERIFY2(road.open(Editor::Toolkit::Gtk, chinese), qUtf8Printable(road.problem()));
-    road.pull(Trigger::DoubleShift);
-    QVERIFY2(road.product->waitForTranslation(japanese.repeated(20), patience),
-             qUtf8Printable(road.problem()));
-    const auto speak = road.product->waitForControl(u"朗读"_s, patience);
-    QVERIFY2(speak, qUtf8Printable(road.problem()));
-    const auto look = [&] { return road.user->picture(speak->frame()); };
-    const QImage silent = look();
-
-    QVERIFY(speak->press());
-    QVERIFY2(waitUntil([&] { return sound.isSounding(); }, 20s), qUtf8Printable(road.problem()));
-    QVERIFY(look() != silent); // now it stops
-    QVERIFY(speak->press());
-    QVERIFY(waitUntil([&] { return look() == silent; }, patience));
-    QVERIFY(waitUntil([&] { return !sound.isSounding(); }, patience));
-}
-
-void TestModes::whatIsSaidIsTranslated()
-{
-    QTemporaryDir folder;
-    SoundServer sound(folder.path());
-    QVERIFY2(sound.start() && sound.plugInMicrophone(), "PulseAudio cannot be run");
-    qputenv("PULSE_SERVER", sound.address().toUtf8());
-    Road road;
-    QVERIFY2(road.begin({{u"defaultTargetLanguage"_s, u"english"_s}}),
-             qUtf8Printable(road.problem()));
-    road.server.enqueue(eventStream({u"天気"_s}));
-    QVERIFY2(road.open(Editor::Toolkit::Gtk, {}, false), qUtf8Printable(road.problem()));
-    road.pull(Trigger::DoubleShift);
-    QVERIFY2(road.product->waitForPanel(patience), qUtf8Printable(road.problem()));
-    const auto source = road.product->waitForControl(u"原文"_s, patience);
-    const auto microphone = road.product->waitForControl(u"语音输入"_s, patience);
-    QVERIFY2(source && microphone && waitUntil([&] { return source->isFocused(); }, patience),
-             qUtf8Printable(road.problem()));
-
-    QVERIFY(microphone->press());
-    QVERIFY2(waitUntil([&] { return sound.isHeard(); }, patience), qUtf8Printable(road.problem()));
-    QProcess *const voice = sound.say(u"the weather is very nice today"_s);
-    QVERIFY(voice);
-    QVERIFY2(waitUntil([&] { return source->text().contains(u"weather"_s); }, 20s),
-             qUtf8Printable(road.problem()));
-    QVERIFY(waitUntil([&] { return voice->state() == QProcess::NotRunning; }, patience));
-    QVERIFY(microphone->press());
-    QVERIFY2(road.product->waitForTranslation(u"天気"_s, 20s), qUtf8Printable(road.problem()));
-    QVERIFY2(road.prompt(0).endsWith(source->text()), qUtf8Printable(road.prompt(0)));
 }
 
 QTEST_GUILESS_MAIN(TestModes)
