@@ -85,6 +85,7 @@ void FloatingPanelController::show(PanelMode mode, const std::optional<QRectF> &
     m_dragOrigin.reset();
     m_lowestBottom.reset();
     m_anchorTopLeft = computeAnchor(near);
+    m_gapAbove = near ? gapToSelection : gapToPointer;
     m_panel->setCard(
         placeFor(mode == PanelMode::Selection ? heightForSelection : heightForWriting));
     // Before the window is on the screen the content's height costs no flicker.
@@ -179,7 +180,8 @@ QRect FloatingPanelController::placeFor(int height) const
         return {m_panel->card().topLeft(), size};
     if (m_dragOrigin || m_lowestBottom)
         return {{m_anchorTopLeft->x(), topWhereDragged(height)}, size};
-    const QScreen *screen = screenFor(*m_anchorTopLeft);
+    // The screen of what the panel hangs below, whose lower edge the gap may cross.
+    const QScreen *screen = screenFor(*m_anchorTopLeft - QPoint(0, m_gapAbove + 1));
     return {screen ? clampedPosition(*m_anchorTopLeft, size, visibleArea(*screen))
                    : *m_anchorTopLeft,
             size};

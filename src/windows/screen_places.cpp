@@ -4,6 +4,7 @@
 
 #include <QGuiApplication>
 #include <QScreen>
+#include <QtMath>
 
 namespace nivora {
 
@@ -43,10 +44,12 @@ QRect workArea(const QScreen &screen, const platform::WindowSystem &windowSystem
     const QRect free = windowSystem.workArea(whole);
     const qreal ratio = screen.devicePixelRatio();
     const QPointF origin = whole.topLeft();
-    return QRectF(origin + QPointF(free.topLeft() - whole.topLeft()) / ratio,
-                  QSizeF(free.size()) / ratio)
-        .toAlignedRect()
-        .intersected(screen.geometry());
+    const QRectF area(origin + QPointF(free.topLeft() - whole.topLeft()) / ratio,
+                      QSizeF(free.size()) / ratio);
+    // Whole pixels of it: where one is shared, it is the dock's.
+    const QPoint first(qCeil(area.left()), qCeil(area.top()));
+    const QPoint beyond(qFloor(area.right()), qFloor(area.bottom()));
+    return QRect(first, beyond - QPoint(1, 1)).intersected(screen.geometry());
 }
 
 } // namespace nivora

@@ -1,5 +1,7 @@
 #include "road.h"
 
+#include "support/x11_peer.h"
+
 #include "localcloud/event_stream.h"
 
 #include <QTest>
@@ -7,6 +9,7 @@
 #include <X11/keysym.h>
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 
 using namespace Qt::Literals::StringLiterals;
@@ -35,6 +38,18 @@ class TestScreens : public QObject
 private Q_SLOTS:
     void thePanelOpensBelowTheSelection_data();
     void thePanelOpensBelowTheSelection();
+    void thePanelKeepsClearOfDocksAndOnTheDesktop_data();
+    void thePanelKeepsClearOfDocksAndOnTheDesktop();
+
+private:
+    static bool openBelowPointer(Road &road)
+    {
+        return road.session.launch(u"gdbus"_s,
+                                   {u"call"_s, u"--session"_s, u"--dest"_s, u"app.nivora"_s,
+                                    u"--object-path"_s, u"/app/nivora"_s, u"--method"_s,
+                                    u"org.freedesktop.Application.ActivateAction"_s, u"panel"_s,
+                                    u"[]"_s, u"{}"_s});
+    }
 };
 
 void TestScreens::thePanelOpensBelowTheSelection_data()
@@ -97,16 +112,79 @@ void TestScreens::thePanelOpensBelowTheSelection()
 
     // And with no place of its own: below the pointer.
     road.user->movePointer(pointer + QPoint(100, 100));
-    QVERIFY(
-        road.session.launch(u"gdbus"_s, {u"call"_s, u"--session"_s, u"--dest"_s, u"app.nivora"_s,
-                                         u"--object-path"_s, u"/app/nivora"_s, u"--method"_s,
-                                         u"org.freedesktop.Application.ActivateAction"_s,
-                                         u"panel"_s, u"[]"_s, u"{}"_s}));
+    QVERIFY(openBelowPointer(road));
     panel = road.product->waitForPanel(patience);
     QVERIFY2(panel, qUtf8Printable(road.problem()));
     const QPoint wished = pointer + QPoint(100, 100) + QPoint(0, qRound(gapBelowPointer * scale));
     QVERIFY2(near(panel->geometry.x(), wished.x()) && near(panel->geometry.y(), wished.y()),
              qUtf8Printable(QDebug::toString(wished) + QDebug::toString(panel->geometry)));
+}
+
+namespace {
+
+// A window that keeps so many pixels at the bottom of this screen to itself.
+void dock(X11Peer &peer, const QRect &screen, const QSize &desktop, int height)
+{
+    const xcb_window_t window = peer.createWindow(0);
+    const xcb_atom_t kind = peer.atom("_NET_WM_WINDOW_TYPE_DOCK");
+    xcb_change_property(peer.xcb(), XCB_PROP_MODE_REPLACE, window, peer.atom("_NET_WM_WINDOW_TYPE"),
+                        XCB_ATOM_ATOM, 32, 1, &kind);
+    std::array<uint32_t, 12> strut{};
+    strut[3] = uint32_t(desktop.height() - screen.y() - screen.height() + height);
+    strut[10] = uint32_t(screen.left());
+    strut[11] = uint32_t(screen.right());
+    xcb_change_property(peer.xcb(), XCB_PROP_MODE_REPLACE, window,
+                        peer.atom("_NET_WM_STRUT_PARTIAL"), XCB_ATOM_CARDINAL, 32, 12,
+                        strut.data());
+    xcb_map_window(peer.xcb(), window);
+    peer.synchronise();
+    waitUntil([&] { return !peer.property(peer.root(), peer.atom("_NET_CLIENT_LIST")).isEmpty(); },
+              patience);
+}
+
+} // namespace
+
+void TestScreens::thePanelKeepsClearOfDocksAndOnTheDesktop_data()
+{
+    QTest::addColumn<double>("scale");
+    QTest::newRow("scale 1") << 1.0;
+    QTest::newRow("scale 1.5") << 1.5;
+}
+
+void TestScreens::thePanelKeepsClearOfDocksAndOnTheDesktop()
+{
+    QFETCH(const double, scale);
+    Road road({.screenSize = firstScreen, .secondScreen = secondScreen, .scale = scale});
+    QVERIFY2(road.begin(), qUtf8Printable(road.problem()));
+    const QRect first({secondScreen.width(), secondScreen.height()}, firstScreen);
+    const QRect second({0, 0}, secondScreen);
+    const QSize desktop(first.right() + 1, first.bottom() + 1);
+    constexpr int dockHeight = 40;
+    X11Peer peer(road.session.displayName());
+    for (const QRect &screen : {first, second})
+        dock(peer, screen, desktop, dockHeight);
+    for (const QRect &screen : {first, second}) {
+        road.user->movePointer(screen.bottomRight() - QPoint(5, 5));
+        QVERIFY(openBelowPointer(road));
+        const auto allowed = screen.adjusted(0, 0, 0, -dockHeight);
+        const auto isInTheCorner = [&] {
+            const auto panel = road.user->find(Product::panel());
+            const QPoint gap =
+                panel ? allowed.bottomRight() - panel->geometry.bottomRight() : QPoint();
+            return panel && panel->mapped && std::abs(gap.x() - screenMargin * scale) <= 1 &&
+                   std::abs(gap.y() - screenMargin * scale) <= 1;
+        };
+        QVERIFY2(waitUntil(isInTheCorner, patience),
+                 qUtf8Printable(QDebug::toString(road.user->find(Product::panel())->geometry)));
+    }
+    // The screen is unplugged with the panel on it, and the other moves to the origin.
+    QVERIFY(road.session.launch(u"xrandr"_s, {u"--output"_s, u"DUMMY1"_s, u"--off"_s}));
+    const auto isOnTheFirst = [&] {
+        const auto panel = road.user->find(Product::panel());
+        return panel && panel->mapped && QRect({0, 0}, firstScreen).contains(panel->geometry);
+    };
+    QVERIFY2(waitUntil(isOnTheFirst, patience),
+             qUtf8Printable(QDebug::toString(road.user->find(Product::panel())->geometry)));
 }
 
 QTEST_GUILESS_MAIN(TestScreens)

@@ -89,6 +89,7 @@ private:
     std::unique_ptr<FloatingPanel> m_panel;
     TranslationPanelView *m_view = nullptr; // owned by the panel
     std::optional<QPoint> m_anchorTopLeft;
+    int m_gapAbove = 0; // from what it hangs below
     std::optional<QPoint> m_dragOrigin; // the panel's place, while it is dragged
     // Where its bottom edge may be, once a drag has made the anchor a place of the
     // user's own choice.
