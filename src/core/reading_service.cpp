@@ -52,8 +52,10 @@ bool isClosingMark(QStringView token)
 // Whether no blank has to be set between what is written and what follows.
 bool standsClose(QStringView line, QStringView token)
 {
+    // These have a blank of their own.
+    constexpr QStringView wideMarks = u"、。，．！？";
     return line.isEmpty() || line.back().isSpace() || token.front().isSpace() ||
-           isOpening(line.back()) || isClosingMark(token);
+           isOpening(line.back()) || wideMarks.contains(line.back()) || isClosingMark(token);
 }
 
 } // namespace

@@ -71,6 +71,11 @@ ComposeInput::ComposeInput(TranslationViewModel &session, QWidget *parent)
     connect(&m_session, &TranslationViewModel::phaseChanged, this, &ComposeInput::renderButton);
     connect(&m_session, &TranslationViewModel::translatedTextReplaced, this,
             &ComposeInput::renderButton);
+    // The first piece of a run changes the phase before the text is there.
+    connect(&m_session, &TranslationViewModel::translatedTextAppended, this, [this] {
+        if (!m_translate->isHidden())
+            renderButton();
+    });
     connect(&m_session.settings().liveTranslate, &SettingNotifier::changed, this,
             &ComposeInput::renderButton);
     connect(&m_session, &TranslationViewModel::isListeningChanged, this,

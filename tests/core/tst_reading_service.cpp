@@ -147,7 +147,7 @@ private Q_SLOTS:
              {u"）"_s, {}, {}},
              {u"…"_s, {}, {}},
              {u".NET"_s, {}, {}}},
-            u"「あめ、 あめ！」 は （5％）… .NET"_s, u"「ame、 ame！」 wa （5％）… .NET"_s);
+            u"「あめ、あめ！」 は （5％）… .NET"_s, u"「ame、ame！」 wa （5％）… .NET"_s);
     }
     void readsTokens()
     {

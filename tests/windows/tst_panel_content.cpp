@@ -288,6 +288,14 @@ void TestPanelContent::feedbackIsSentAndThankedFor()
     QCOMPARE(reason->count(), 6);
     reason->setCurrentIndex(reason->findText(u"语气不对"_s));
     QWidget *comment = named(u"补充说明（可选）"_s);
+    const auto gap = [&] {
+        return comment->window()->y() - button(feedbackButton)->mapToGlobal(QPoint()).y();
+    };
+    const int atFirst = gap();
+    const int height = m_controller->panel()->height();
+    Q_EMIT m_session->translatedTextAppended(u"\n\n\n\n\n"_s); // and its button moves down
+    QTRY_VERIFY(m_controller->panel()->height() > height);
+    QTRY_COMPARE(gap(), atFirst);
     QTest::keyClicks(comment, u"rude"_s);
     fromComment ? comment->setFocus() : reason->setFocus();
     QVERIFY(QTest::qWaitForWindowActive(comment->window()));
