@@ -138,7 +138,7 @@ void TestSpeech::whatIsSaidIsTranslated()
     QProcess *const voice = m_sound->say(u"the weather is very nice today"_s);
     QVERIFY(voice);
     QVERIFY2(waitUntil([&] { return source->text().contains(u"weather"_s); }, 20s),
-             qUtf8Printable(m_road->problem()));
+             qUtf8Printable(u"heard: %1\n%2"_s.arg(source->text(), m_road->problem())));
     QVERIFY(waitUntil([&] { return voice->state() == QProcess::NotRunning; }, patience));
     QVERIFY(unplugged ? m_sound->unplugMicrophone() : microphone->press());
     QVERIFY2(product->waitForTranslation(u"天気"_s, 20s), qUtf8Printable(m_road->problem()));
