@@ -4,7 +4,33 @@
 
 namespace nivora::platform {
 
+class PreferenceNotifier : public QObject
+{
+    Q_OBJECT
+
+Q_SIGNALS:
+    void changed(const QStringList &keys);
+};
+
 namespace {
+
+class PreferenceWatch final : public Operation
+{
+public:
+    PreferenceWatch(const PreferenceNotifier &notifier,
+                    std::function<void(const QStringList &)> changed)
+    {
+        connect(
+            &notifier, &PreferenceNotifier::changed, this,
+            [this, changed = std::move(changed)](const QStringList &keys) {
+                deliver([&] { changed(keys); });
+            },
+            Qt::QueuedConnection);
+    }
+
+private:
+    void stop() override {}
+};
 
 template<typename Value>
 std::optional<Value> typed(const std::optional<PreferenceValue> &stored)
@@ -17,6 +43,21 @@ std::optional<Value> typed(const std::optional<PreferenceValue> &stored)
 }
 
 } // namespace
+
+Task Preferences::watch(std::function<void(const QStringList &)> changed)
+{
+    if (!m_notifier) {
+        m_notifier = std::make_shared<PreferenceNotifier>();
+        startWatching();
+    }
+    return Task(new PreferenceWatch(*m_notifier, std::move(changed)));
+}
+
+void Preferences::tellOfChange(const QStringList &keys)
+{
+    if (m_notifier && !keys.isEmpty())
+        Q_EMIT m_notifier->changed(keys);
+}
 
 std::optional<bool> Preferences::boolean(const QString &key) const
 {
@@ -70,3 +111,5 @@ void Preferences::remove(const QString &key)
 }
 
 } // namespace nivora::platform
+
+#include "preferences.moc"

@@ -25,20 +25,25 @@ Setting<Value>::Write writer(platform::Preferences &preferences, const QString &
 
 Setting<bool> flag(platform::Preferences &preferences, const QString &key, bool fallback)
 {
-    return {preferences.boolean(key).value_or(fallback), writer<bool>(preferences, key)};
+    return {[&preferences, key, fallback] { return preferences.boolean(key).value_or(fallback); },
+            writer<bool>(preferences, key)};
 }
 
 Setting<QString> text(platform::Preferences &preferences, const QString &key,
                       const QString &fallback)
 {
-    return {preferences.string(key).value_or(fallback), writer<QString>(preferences, key)};
+    return {[&preferences, key, fallback] { return preferences.string(key).value_or(fallback); },
+            writer<QString>(preferences, key)};
 }
 
 // A stored number that is not above 0 makes no sense for any of these.
 Setting<double> positive(platform::Preferences &preferences, const QString &key, double fallback)
 {
-    const double stored = preferences.number(key).value_or(fallback);
-    return {stored > 0 ? stored : fallback, writer<double>(preferences, key)};
+    const auto read = [&preferences, key, fallback] {
+        const double stored = preferences.number(key).value_or(fallback);
+        return stored > 0 ? stored : fallback;
+    };
+    return {read, writer<double>(preferences, key)};
 }
 
 QUrl urlWithHost(const QString &string)
@@ -83,11 +88,15 @@ std::chrono::milliseconds milliseconds(double seconds)
 
 SettingsStore::SettingsStore(platform::Preferences &preferences, KeychainStore &keychain,
                              QUrl cloudEndpoint)
-    : useCustomBackend(preferences.boolean(u"useCustomBackend"_s)
-                           .value_or(!customAddress(preferences, cloudEndpoint).isEmpty()),
-                       writer<bool>(preferences, u"useCustomBackend"_s))
-    , apiBaseURLString(customAddress(preferences, cloudEndpoint),
-                       writer<QString>(preferences, u"apiBaseURL"_s))
+    : useCustomBackend(
+          [&preferences, cloudEndpoint] {
+              return preferences.boolean(u"useCustomBackend"_s)
+                  .value_or(!customAddress(preferences, cloudEndpoint).isEmpty());
+          },
+          writer<bool>(preferences, u"useCustomBackend"_s))
+    , apiBaseURLString(
+          [&preferences, cloudEndpoint] { return customAddress(preferences, cloudEndpoint); },
+          writer<QString>(preferences, u"apiBaseURL"_s))
     , modelName(text(preferences, u"modelName"_s, u"auto"_s))
     , byoPromptTemplate(text(preferences, u"byoPromptTemplate"_s, defaultPromptTemplate()))
     , requestTimeoutSec(positive(preferences, u"requestTimeoutSec"_s, defaultTimeoutSec))
@@ -97,8 +106,9 @@ SettingsStore::SettingsStore(platform::Preferences &preferences, KeychainStore &
     , doubleTapThresholdMs(positive(preferences, u"doubleTapThresholdMs"_s, defaultThresholdMs))
     , defaultTargetLanguageRaw(text(preferences, u"defaultTargetLanguage"_s, u"chinese"_s))
     , secondaryLanguageRaw(text(preferences, u"secondaryLanguage"_s, u"japanese"_s))
-    , appLanguageRaw(preferences.string(u"appLanguage"_s).value_or(u"system"_s),
-                     [&preferences](const QString &raw) { writeAppLanguage(preferences, raw); })
+    , appLanguageRaw(
+          [&preferences] { return preferences.string(u"appLanguage"_s).value_or(u"system"_s); },
+          [&preferences](const QString &raw) { writeAppLanguage(preferences, raw); })
     , themeModeRaw(text(preferences, u"themeMode"_s, u"system"_s))
     , readingStyleRaw(text(preferences, u"readingStyle"_s, u"hiragana"_s))
     , showBackTranslation(flag(preferences, u"showBackTranslation"_s, true))
@@ -111,6 +121,43 @@ SettingsStore::SettingsStore(platform::Preferences &preferences, KeychainStore &
     , m_keychain(keychain)
     , m_cloudEndpoint(std::move(cloudEndpoint))
 {
+    const auto follow = [this](const QString &key, auto &setting) {
+        m_refresh.insert(key, [&setting] { setting.refresh(); });
+    };
+    follow(u"useCustomBackend"_s, useCustomBackend);
+    follow(u"modelName"_s, modelName);
+    follow(u"byoPromptTemplate"_s, byoPromptTemplate);
+    follow(u"requestTimeoutSec"_s, requestTimeoutSec);
+    follow(u"liveTranslate"_s, liveTranslate);
+    follow(u"autoCopyOnFinish"_s, autoCopyOnFinish);
+    follow(u"closeOnResignFocus"_s, closeOnResignFocus);
+    follow(u"doubleTapThresholdMs"_s, doubleTapThresholdMs);
+    follow(u"defaultTargetLanguage"_s, defaultTargetLanguageRaw);
+    follow(u"secondaryLanguage"_s, secondaryLanguageRaw);
+    follow(u"appLanguage"_s, appLanguageRaw);
+    follow(u"themeMode"_s, themeModeRaw);
+    follow(u"readingStyle"_s, readingStyleRaw);
+    follow(u"showBackTranslation"_s, showBackTranslation);
+    follow(u"japaneseStyle"_s, japaneseStyleRaw);
+    follow(u"speechRate"_s, speechRate);
+    follow(u"autoSpeak"_s, autoSpeak);
+    follow(u"speechVoiceID"_s, speechVoiceID);
+    follow(u"hasCompletedOnboarding"_s, hasCompletedOnboarding);
+    follow(u"saveHistory"_s, saveHistory);
+    // Where no backend was chosen, an address of the user's own is a choice.
+    m_refresh.insert(u"apiBaseURL"_s, [this] {
+        apiBaseURLString.refresh();
+        useCustomBackend.refresh();
+    });
+    m_watch = preferences.watch([this](const QStringList &keys) { takeOver(keys); });
+}
+
+void SettingsStore::takeOver(const QStringList &keys)
+{
+    for (const QString &key : keys) {
+        if (const auto refresh = m_refresh.value(key))
+            refresh();
+    }
 }
 
 QString SettingsStore::byoApiKey() const

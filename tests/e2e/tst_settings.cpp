@@ -48,6 +48,7 @@ private Q_SLOTS:
     void theEndpointIsTriedOut();
     void termsAreWrittenAndExchanged();
     void signingOutShowsTheForm();
+    void whatIsChangedElsewhereShows();
     void theProgramStartsAnewInAnotherLanguage();
 
 private:
@@ -328,6 +329,20 @@ void TestSettings::signingOutShowsTheForm()
     QVERIFY2(control(u"邮箱"_s), qUtf8Printable(m_road->problem()));
     QVERIFY(!m_road->product->control(u"登出"_s));
     QVERIFY(secret(item(u"lookup"_s, u"session-token"_s)).isEmpty());
+}
+
+void TestSettings::whatIsChangedElsewhereShows()
+{
+    open(u"通用"_s);
+    const auto toggle = control(u"翻译完成后自动复制"_s);
+    QVERIFY(toggle && !toggle->isChecked());
+    QJsonObject changed = defaults();
+    changed[u"autoCopyOnFinish"] = true;
+    QFile file(m_road->session.folder() + u"/config/app.nivora/defaults.json"_s);
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    file.write(QJsonDocument(changed).toJson());
+    file.close();
+    QVERIFY(waitUntil([&] { return toggle->isChecked(); }, patience));
 }
 
 void TestSettings::theProgramStartsAnewInAnotherLanguage()

@@ -84,6 +84,24 @@ private Q_SLOTS:
         QVERIFY(JsonPreferences(m_path).value(u"key"_s) == value);
     }
 
+    void changesByOthersAreTold()
+    {
+        JsonPreferences preferences(m_path); // there is no folder yet
+        QStringList told;
+        const auto task = preferences.watch([&](const QStringList &keys) { told += keys; });
+        preferences.set(u"own"_s, true);
+        JsonPreferences(m_path).set(u"other"_s, u"new"_s);
+        QTRY_COMPARE(told, QStringList{u"other"_s});
+        QCOMPARE(preferences.string(u"other"_s), u"new"_s);
+
+        QFile file(m_path); // as an editor writes in place
+        QVERIFY(file.open(QIODevice::WriteOnly) && file.write("{\"own\":false}") > 0);
+        file.close();
+        QTRY_COMPARE(told, (QStringList{u"other"_s, u"own"_s, u"other"_s}));
+        QCOMPARE(preferences.boolean(u"own"_s), false);
+        QVERIFY(!preferences.value(u"other"_s));
+    }
+
     void wholeRealReadsBackAsEitherNumber()
     {
         JsonPreferences(m_path).set(u"key"_s, 120.0);

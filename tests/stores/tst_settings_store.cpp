@@ -47,6 +47,7 @@ private Q_SLOTS:
     void unusableTimeoutsAreBounded();
     void usageAddsUpFromTheFirstReport();
     void secretsThatAreNoTextAreAbsent();
+    void whatIsStoredElsewhereIsTakenOver();
 
 private:
     memory::MemoryPreferences m_preferences;
@@ -269,6 +270,24 @@ void TestSettingsStore::secretsThatAreNoTextAreAbsent()
     QCOMPARE(keychain.read(KeychainStore::sessionTokenAccount()), std::nullopt);
     keychain.write(KeychainStore::sessionTokenAccount(), u""_s);
     QCOMPARE(m_secrets.count(), 0);
+}
+
+void TestSettingsStore::whatIsStoredElsewhereIsTakenOver()
+{
+    Process process(m_preferences, m_secrets);
+    SettingsStore &settings = process.settings;
+    settings.apiBaseURLString.set(u"half-typ"_s); // no address yet, and nobody's change
+    QSignalSpy themes(&settings.themeModeRaw, &SettingNotifier::changed);
+    m_preferences.setElsewhere(u"themeMode"_s, u"dark"_s);
+    m_preferences.setElsewhere(u"requestTimeoutSec"_s, -1.0);
+    QTRY_COMPARE(settings.themeModeRaw.value(), u"dark"_s);
+    QCOMPARE(themes.count(), 1);
+    QCOMPARE(settings.requestTimeoutSec.value(), 120.0);
+    QCOMPARE(settings.apiBaseURLString.value(), u"half-typ"_s);
+    m_preferences.setElsewhere(u"apiBaseURL"_s, u"http://10.0.0.1"_s);
+    QTRY_VERIFY(settings.useCustomBackend.value());
+    QCOMPARE(settings.apiBaseURL(), QUrl(u"http://10.0.0.1"_s));
+    QCOMPARE(m_preferences.writes(), 1);
 }
 
 QTEST_GUILESS_MAIN(TestSettingsStore)

@@ -4,6 +4,8 @@
 #include "json_file.h"
 #include "platform/log.h"
 
+#include <QFileInfo>
+#include <QFileSystemWatcher>
 #include <QStandardPaths>
 
 using namespace Qt::Literals::StringLiterals;
@@ -22,6 +24,8 @@ constexpr auto busyWait = 500ms;
 // written all the same: the holder of the lock is taken for dead.
 constexpr auto retryPause = 100ms;
 constexpr auto deadAfter = 2000ms;
+// From the first sign of a change in the folder: a writer makes several.
+constexpr auto lookPause = 50ms;
 
 } // namespace
 
@@ -31,6 +35,13 @@ JsonPreferences::JsonPreferences(const QString &path)
     m_retry.setSingleShot(true);
     m_retry.setInterval(retryPause);
     m_retry.callOnTimeout([this] { save(); });
+    m_look.setSingleShot(true);
+    m_look.setInterval(lookPause);
+    // A file that is no JSON object may be half written: there will be another sign.
+    m_look.callOnTimeout([this] {
+        if (m_usable)
+            takeOver();
+    });
     if (readFile())
         return;
     // Under the lock, and after another look: by now another process may have
@@ -79,22 +90,73 @@ void JsonPreferences::save(Patience patience)
         warnOnce("cannot be written");
         return;
     }
+    watchFolder();
     const auto lock = takeLock(patience);
     // To write without the lock is to lose what the other process writes.
     if (lock.isTaken() && patience == Patience::Some && !m_refused.hasExpired(deadAfter.count())) {
         m_retry.start();
         return;
     }
-    if (!readFile())
+    if (!takeOver())
         keepFileAside();
-    for (const auto &[key, value] : m_unsaved.asKeyValueRange())
-        m_values.insert(key, value);
     if (!m_usable)
         return;
     if (!m_file->write(m_values))
         warnOnce("cannot be written");
     else if (!lock.isTaken())
         m_unsaved.clear(); // otherwise the other process may yet overwrite them
+}
+
+void JsonPreferences::startWatching()
+{
+    m_watching = true;
+    watchFolder();
+}
+
+// The folder rather than the file, which each writer replaces. Without a folder
+// there is nothing to see yet.
+void JsonPreferences::watchFolder()
+{
+    const QFileInfo file(m_file->path());
+    if (!m_watching || m_watcher || !QFileInfo(file.path()).isDir())
+        return;
+    m_watcher = std::make_unique<QFileSystemWatcher>(QStringList{file.path()});
+    const auto look = [this] {
+        // Somebody may write in place, and a file that was replaced is another one.
+        if (m_watcher->files().isEmpty() && QFileInfo::exists(m_file->path()))
+            m_watcher->addPath(m_file->path());
+        if (!m_look.isActive())
+            m_look.start();
+    };
+    QObject::connect(m_watcher.get(), &QFileSystemWatcher::directoryChanged, &m_look, look);
+    QObject::connect(m_watcher.get(), &QFileSystemWatcher::fileChanged, &m_look, look);
+    look();
+}
+
+// What the file holds by now, with what has not reached it yet. False, with
+// nothing changed, when it is no JSON object.
+bool JsonPreferences::takeOver()
+{
+    const QJsonObject before = m_values;
+    const bool isSound = readFile();
+    for (const auto &[key, value] : m_unsaved.asKeyValueRange())
+        m_values.insert(key, value);
+    tellWhatDiffers(before);
+    return isSound;
+}
+
+void JsonPreferences::tellWhatDiffers(const QJsonObject &before)
+{
+    QStringList keys;
+    for (auto entry = m_values.begin(); entry != m_values.end(); ++entry) {
+        if (before.value(entry.key()) != entry.value())
+            keys << entry.key();
+    }
+    for (const QString &key : before.keys()) {
+        if (!m_values.contains(key))
+            keys << key;
+    }
+    tellOfChange(keys);
 }
 
 FileLock JsonPreferences::takeLock(Patience patience)

@@ -5,9 +5,13 @@
 
 #include "core/translation_config.h"
 
+#include "platform/task.h"
+
+#include <QHash>
 #include <QString>
 #include <QUrl>
 
+#include <functional>
 #include <optional>
 
 namespace nivora {
@@ -17,8 +21,9 @@ class Preferences;
 }
 
 // Every preference of the user. Reads all of them once and writes none; each
-// assignment goes through to the preferences at once. It is also the only place
-// that decides which backend, address and token a request uses.
+// assignment goes through to the preferences at once. What another process stores
+// meanwhile is taken over; the key of the user's own endpoint is not watched. It is also the only
+// place that decides which backend, address and token a request uses.
 class SettingsStore
 {
 public:
@@ -68,10 +73,14 @@ public:
     TranslationConfig config() const;
 
 private:
+    void takeOver(const QStringList &keys);
+
     KeychainStore &m_keychain;
     QUrl m_cloudEndpoint;
     mutable std::optional<QString> m_byoApiKey;
     SettingNotifier m_byoApiKeyNotifier;
+    QHash<QString, std::function<void()>> m_refresh; // by the stored key
+    platform::Task m_watch;
 };
 
 } // namespace nivora

@@ -8,6 +8,8 @@
 
 #include <memory>
 
+class QFileSystemWatcher;
+
 namespace nivora::linuxdesktop {
 
 class FileLock;
@@ -42,6 +44,10 @@ public:
     void apply(std::span<const platform::PreferenceChange> changes) override;
 
 private:
+    void startWatching() override;
+    void watchFolder();
+    bool takeOver();
+    void tellWhatDiffers(const QJsonObject &before);
     // False when the file is no JSON object.
     bool readFile();
     void keepFileAside();
@@ -54,6 +60,9 @@ private:
     QJsonObject m_values;
     // What has not reached the file yet; an undefined value removes the key.
     QHash<QString, QJsonValue> m_unsaved;
+    bool m_watching = false;                       // somebody wants to be told
+    std::unique_ptr<QFileSystemWatcher> m_watcher; // null while there is no folder
+    QTimer m_look;
     bool m_usable = true;
     bool m_waitForLock = true;
     QTimer m_retry;
