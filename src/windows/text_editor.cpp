@@ -52,6 +52,8 @@ QPlainTextEdit *makeTextEditor(int pixelSize, EditorFrame frame, QWidget *parent
     editor->setTabChangesFocus(true);
     editor->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     editor->document()->setDocumentMargin(frame == EditorFrame::None ? 2 : 5);
+    // The frame has round corners and paints the ground.
+    editor->viewport()->setAutoFillBackground(false);
     if (frame == EditorFrame::None) {
         editor->setFrameShape(QFrame::NoFrame);
         QPalette transparent;
