@@ -20,14 +20,15 @@ add_library(nivora_options INTERFACE)
 # GLib's users compile with -pthread; a precompiled header serves them only if
 # it was made with it too.
 target_compile_options(nivora_options INTERFACE -pthread -Wall -Wextra -Werror -Wnon-virtual-dtor
-    -Woverloaded-virtual -Wshadow=local)
+    -Woverloaded-virtual $<$<CXX_COMPILER_ID:GNU>:-Wshadow=local>)
 target_compile_definitions(nivora_options INTERFACE QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII
     QT_NO_KEYWORDS QT_NO_URL_CAST_FROM_STRING QT_NO_NARROWING_CONVERSIONS_IN_CONNECT
     QT_DISABLE_DEPRECATED_BEFORE=0x060400)
+# "thread", or "address,undefined", or with "fuzzer-no-link" besides.
 if(NIVORA_SANITIZE)
-    target_compile_options(nivora_options INTERFACE -fsanitize=address,undefined
-        -fno-sanitize-recover=undefined -fno-omit-frame-pointer)
-    target_link_options(nivora_options INTERFACE -fsanitize=address,undefined)
+    target_compile_options(nivora_options INTERFACE -fsanitize=${NIVORA_SANITIZE}
+        -fno-sanitize-recover=all -fno-omit-frame-pointer)
+    target_link_options(nivora_options INTERFACE -fsanitize=${NIVORA_SANITIZE})
 endif()
 
 # Two precompiled headers serve every target: building one for each module
@@ -41,10 +42,18 @@ function(nivora_precompiled_header name qt)
     target_compile_options(${name} PRIVATE -fpch-preprocess)
     target_precompile_headers(${name} PRIVATE "${CMAKE_SOURCE_DIR}/cmake/${name}.h")
 endfunction()
-nivora_precompiled_header(pch_core Qt6::Core)
-nivora_precompiled_header(pch_widgets Qt6::Widgets)
+# Clang serves the fuzz targets alone: not worth a cache-proof header of its own.
+if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+    nivora_precompiled_header(pch_core Qt6::Core)
+    nivora_precompiled_header(pch_widgets Qt6::Widgets)
+endif()
 
 function(nivora_use_precompiled_header target widgets)
+    if(NOT TARGET pch_core)
+        target_compile_options(${target} PRIVATE
+            "SHELL:-include ${CMAKE_SOURCE_DIR}/cmake/$<IF:$<BOOL:${widgets}>,pch_widgets,pch_core>.h")
+        return()
+    endif()
     target_compile_options(${target} PRIVATE -fpch-preprocess)
     if(widgets)
         target_precompile_headers(${target} REUSE_FROM pch_widgets)
