@@ -138,12 +138,11 @@ public:
         m_thread.reset(QThread::create([&] {
             QDBusServer server(u"unix:tmpdir=/tmp"_s);
             server.setAnonymousAuthenticationAllowed(true);
-            QObject::connect(&server, &QDBusServer::newConnection, &server,
-                             [&](QDBusConnection bus) {
-                                 bus.registerVirtualObject(u"/element"_s, &liar,
-                                                           QDBusConnection::SubPath);
-                                 m_accepted.release();
-                             });
+            QObject::connect(
+                &server, &QDBusServer::newConnection, &server, [&](QDBusConnection bus) {
+                    bus.registerVirtualObject(u"/element"_s, &liar, QDBusConnection::SubPath);
+                    m_accepted.release();
+                });
             m_address = server.address();
             ready.release();
             QEventLoop().exec();

@@ -119,8 +119,9 @@ int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
         task = BillingService(endpoint).portalURL(u"token"_s, onPage);
         break;
     default:
-        task = FeedbackService(server, endpoint.baseURL, "token"_ba)
-                   .submit({}, [&](bool) { ++results; });
+        task = FeedbackService(server, endpoint.baseURL, "token"_ba).submit({}, [&](bool) {
+            ++results;
+        });
     }
     const QDeadlineTimer patience(2000);
     while (results == 0 && !patience.hasExpired())

@@ -32,8 +32,8 @@ struct Desk
 int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
 {
     static Desk desk;
-    static const auto silence = qInstallMessageHandler(
-        [](QtMsgType, const QMessageLogContext &, const QString &) {});
+    static const auto silence =
+        qInstallMessageHandler([](QtMsgType, const QMessageLogContext &, const QString &) {});
     static_cast<void>(silence);
     fuzz::Input input(data, size);
     memory::MemoryPreferences preferences;

@@ -11,7 +11,6 @@ int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
         return 0;
     fuzz::check(decodeGlossary(encodeGlossary(*terms)) == terms, "what was read is written so");
     const TranslationOptions options{*terms, {}, {}};
-    static_cast<void>(
-        renderTerms(options.matchedTerms(u"text 文字"_qs, Language::Japanese)));
+    static_cast<void>(renderTerms(options.matchedTerms(u"text 文字"_qs, Language::Japanese)));
     return 0;
 }

@@ -51,7 +51,8 @@ int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
         SettingsStore settings(preferences, keychain, cloud);
         const TranslationConfig config = settings.config();
         fuzz::check(config.requestTimeout.count() > 0, "a request has a time-out");
-        fuzz::check(std::isfinite(settings.doubleTapThresholdMs.value()), "the threshold is a number");
+        fuzz::check(std::isfinite(settings.doubleTapThresholdMs.value()),
+                    "the threshold is a number");
         fuzz::check(std::isfinite(settings.speechRate.value()), "the rate is a number");
         fuzz::check(config.cloud || !config.apiToken.contains("session"),
                     "the session's token goes to the cloud alone");

@@ -99,6 +99,9 @@ bool needsQuotes(const QString &field)
 
 QString csvRecord(const QStringList &fields)
 {
+    // Without quotes a lone empty field would be a line without any character.
+    if (fields == QStringList{QString()})
+        return u"\"\"\r\n"_s;
     QStringList written;
     for (const QString &field : fields)
         written << (needsQuotes(field) ? u'"' + QString(field).replace(u'"', u"\"\""_s) + u'"'

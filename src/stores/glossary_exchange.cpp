@@ -15,10 +15,12 @@ QStringList headings()
     return {u"zh"_s, u"ja"_s};
 }
 
-// Spreadsheets copy with tabs, and nobody has a tab in a term.
+// Spreadsheets copy with tabs. What begins with our own headings has none but in
+// its terms.
 QChar separatorOf(const QString &text)
 {
-    return text.contains(u'\t') ? u'\t' : u',';
+    const bool isOwn = text.startsWith(csvRecord(headings()).trimmed());
+    return !isOwn && text.contains(u'\t') ? u'\t' : u',';
 }
 
 } // namespace
