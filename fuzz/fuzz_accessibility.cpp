@@ -147,6 +147,7 @@ public:
             ready.release();
             QEventLoop().exec();
         }));
+        liar.moveToThread(m_thread.get()); // or it would be called in the thread that asks
         m_thread->start();
         ready.acquire();
         m_bus = QDBusConnection::connectToPeer(m_address, u"liar"_s);

@@ -31,7 +31,8 @@ constexpr int longestMeasuredRange = 200;
 
 bool isPlace(const QRectF &rectangle)
 {
-    return rectangle.width() > 0 || rectangle.height() > 0;
+    return rectangle.width() >= 0 && rectangle.height() >= 0 &&
+           (rectangle.width() > 0 || rectangle.height() > 0);
 }
 
 std::optional<QRectF> rectangle(const QVariantList &numbers)
