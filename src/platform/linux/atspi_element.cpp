@@ -183,9 +183,11 @@ std::optional<AtspiElement::Selection> AtspiElement::askSelection(AtspiCalls &ca
     // VTE may know of a selection and not of its ends.
     if (selections <= 0 || ends.size() != 2 || ends[0] == ends[1])
         return Selection{.start = caret, .end = caret, .count = selections};
-    return Selection{.start = std::min(ends[0].toInt(), ends[1].toInt()),
-                     .end = std::max(ends[0].toInt(), ends[1].toInt()),
-                     .count = selections};
+    // No program is to be trusted with an end before the text's beginning.
+    const int one = std::max(0, ends[0].toInt());
+    const int other = std::max(0, ends[1].toInt());
+    return Selection{
+        .start = std::min(one, other), .end = std::max(one, other), .count = selections};
 }
 
 void AtspiElement::readText(AtspiCalls &calls, platform::FocusedElement &element) const
