@@ -151,8 +151,8 @@ void TestAccount::initTestCase()
 
     // As packages are installed and users choose their browser.
     const QString folder = m_road.session.folder();
-    QByteArray entry =
-        contentOf(QCoreApplication::applicationDirPath() + u"/../app.nivora.desktop"_s);
+    QByteArray entry = contentOf(QCoreApplication::applicationDirPath() +
+                                 u"/../installation/app.nivora.desktop"_s);
     static const QRegularExpression program(u"(?<=\nExec=)\\S+/nivora(?= %u\n)"_s);
     entry = QString::fromUtf8(entry).replace(program, Product::program()).toUtf8();
     QVERIFY(entry.contains("Exec=" + Product::program().toUtf8() + " %u\n"));
