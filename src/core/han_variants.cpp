@@ -1,4 +1,4 @@
-#include "han_variants.h"
+#include "core/han_variants.h"
 
 #include "han_variants_table.h"
 

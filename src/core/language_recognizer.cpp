@@ -1,6 +1,6 @@
 #include "core/language_recognizer.h"
 
-#include "han_variants.h"
+#include "core/han_variants.h"
 
 #include <QString>
 

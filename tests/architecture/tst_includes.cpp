@@ -28,6 +28,8 @@ const IncludeChecker::Rules rules{
     {u"app"_s,
      {u"platform"_s, u"core"_s, u"stores"_s, u"account"_s, u"session"_s, u"desktop"_s, u"updates"_s,
       u"windows"_s}},
+    // Programs of their own.
+    {u"ocr"_s, {u"core"_s}},
     {u"main"_s, {u"platform"_s, u"platform_linux"_s, u"app"_s}},
 };
 

@@ -1,0 +1,63 @@
+#include "cjk_text.h"
+
+#include <QList>
+
+namespace nivora::ocr {
+
+namespace {
+
+// Of what stands in running text; others have no full-width form in use.
+char32_t fullWidth(char32_t narrow)
+{
+    switch (narrow) {
+    case U',':
+    case U'?':
+    case U'!':
+    case U':':
+    case U';':
+        return narrow + 0xFEE0; // the distance to the block of full-width forms
+    default:
+        return 0;
+    }
+}
+
+} // namespace
+
+bool isCjk(char32_t character)
+{
+    switch (QChar::script(character)) {
+    case QChar::Script_Han:
+    case QChar::Script_Hiragana:
+    case QChar::Script_Katakana:
+    case QChar::Script_Bopomofo:
+        return true;
+    default: // marks that several scripts share
+        return (character >= 0x3000 && character <= 0x303F) || character == 0x30FB ||
+               character == 0x30FC || (character >= 0xFF00 && character <= 0xFFEF);
+    }
+}
+
+QString writtenAsCjk(const QString &line)
+{
+    QString result;
+    result.reserve(line.size());
+    char32_t before = 0; // the last that was no blank
+    qsizetype blanks = 0;
+    for (char32_t character : line.toUcs4()) {
+        if (character == U' ') {
+            ++blanks;
+            continue;
+        }
+        const char32_t wide = isCjk(before) ? fullWidth(character) : 0;
+        if (wide != 0)
+            character = wide;
+        if (!(isCjk(before) && isCjk(character)))
+            result += QString(blanks, u' ');
+        result += QStringView(QChar::fromUcs4(character));
+        before = character;
+        blanks = 0;
+    }
+    return result;
+}
+
+} // namespace nivora::ocr

@@ -1,0 +1,197 @@
+#include "picture.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <cstdio>
+#include <vector>
+
+namespace nivora::ocr {
+
+namespace {
+
+// Models were trained on print of some 30 pixels or more; that of screens is
+// half as large. A picture too large for that is read as it is.
+constexpr float enlargement = 2;
+constexpr qint64 maxEnlargedPixels = 12'000'000;
+constexpr qint64 maxReadPixels = 16'000'000;
+
+constexpr int margin = 12; // pixels, that letters at the edge are seen whole
+constexpr int white = 255;
+
+qint64 pixelsOf(Pix *pix)
+{
+    return qint64(pixGetWidth(pix)) * pixGetHeight(pix);
+}
+
+// How often each level of grey occurs, less the rarest hundredth at both ends.
+struct Levels
+{
+    int darkest = 0;
+    int lightest = white;
+    int commonest = white;
+};
+
+Levels levelsOf(Pix *grey)
+{
+    std::array<qint64, 256> counts{};
+    const int width = pixGetWidth(grey);
+    for (int y = 0; y < pixGetHeight(grey); ++y) {
+        const l_uint32 *line = pixGetData(grey) + qint64(y) * pixGetWpl(grey);
+        for (int x = 0; x < width; ++x)
+            ++counts[GET_DATA_BYTE(line, x)];
+    }
+    const qint64 rare = pixelsOf(grey) / 500;
+    Levels levels;
+    for (qint64 seen = 0; levels.darkest < white; ++levels.darkest) {
+        if ((seen += counts[levels.darkest]) > rare)
+            break;
+    }
+    for (qint64 seen = 0; levels.lightest > 0; --levels.lightest) {
+        if ((seen += counts[levels.lightest]) > rare)
+            break;
+    }
+    levels.commonest = int(std::ranges::max_element(counts) - counts.begin());
+    return levels;
+}
+
+// Text is the lesser part of a picture: what is commonest is its ground.
+PixPtr darkOnLight(PixPtr grey)
+{
+    const Levels levels = levelsOf(grey.get());
+    const int range = levels.lightest - levels.darkest;
+    if (range <= 0)
+        return grey;
+    const bool invert = levels.commonest - levels.darkest < levels.lightest - levels.commonest;
+    std::array<l_uint8, 256> map{};
+    for (int level = 0; level < 256; ++level) {
+        const int drawn = std::clamp((level - levels.darkest) * white / range, 0, white);
+        map[level] = l_uint8(invert ? white - drawn : drawn);
+    }
+    const int width = pixGetWidth(grey.get());
+    for (int y = 0; y < pixGetHeight(grey.get()); ++y) {
+        l_uint32 *line = pixGetData(grey.get()) + qint64(y) * pixGetWpl(grey.get());
+        for (int x = 0; x < width; ++x)
+            SET_DATA_BYTE(line, x, map[GET_DATA_BYTE(line, x)]);
+    }
+    return grey;
+}
+
+// A region often takes in the edge of a window or a table's rule, which models
+// take for a letter. What runs from one side of the picture to the other is none.
+PixPtr withoutRules(PixPtr grey)
+{
+    constexpr l_uint8 ink = 176;
+    const int width = pixGetWidth(grey.get());
+    const int height = pixGetHeight(grey.get());
+    std::vector<bool> across(height, true);
+    std::vector<bool> along(width, true);
+    for (int y = 0; y < height; ++y) {
+        const l_uint32 *line = pixGetData(grey.get()) + qint64(y) * pixGetWpl(grey.get());
+        for (int x = 0; x < width; ++x) {
+            if (GET_DATA_BYTE(line, x) > ink) {
+                across[y] = false;
+                along[x] = false;
+            }
+        }
+    }
+    for (int y = 0; y < height; ++y) {
+        l_uint32 *line = pixGetData(grey.get()) + qint64(y) * pixGetWpl(grey.get());
+        for (int x = 0; x < width; ++x) {
+            if (across[y] || along[x])
+                SET_DATA_BYTE(line, x, white);
+        }
+    }
+    return grey;
+}
+
+PixPtr scaled(PixPtr grey)
+{
+    const qint64 pixels = pixelsOf(grey.get());
+    float factor = 1;
+    if (pixels * enlargement * enlargement <= maxEnlargedPixels)
+        factor = enlargement;
+    else if (pixels > maxReadPixels) {
+        factor = std::sqrt(float(maxReadPixels) / float(pixels));
+        std::fprintf(stderr, "picture of %lld megapixels read at %d %% of its size\n",
+                     static_cast<long long>(pixels / 1'000'000), int(factor * 100));
+    }
+    return factor == 1 ? std::move(grey) : PixPtr(pixScale(grey.get(), factor, factor));
+}
+
+// The mean length of the blank stretches between inked ones; 0 if there are none.
+double meanGap(const std::vector<bool> &inked)
+{
+    int gaps = 0;
+    int blanks = 0;
+    int run = 0;
+    bool begun = false;
+    for (const bool ink : inked) {
+        if (!ink) {
+            ++run;
+            continue;
+        }
+        if (begun && run > 0) {
+            ++gaps;
+            blanks += run;
+        }
+        begun = true;
+        run = 0;
+    }
+    return gaps == 0 ? 0 : double(blanks) / gaps;
+}
+
+} // namespace
+
+PixPtr readablePicture(const QByteArray &data)
+{
+    const auto *bytes = reinterpret_cast<const l_uint8 *>(data.constData());
+    int format = 0;
+    int width = 0;
+    int height = 0;
+    if (pixReadHeaderMem(bytes, data.size(), &format, &width, &height, nullptr, nullptr, nullptr) !=
+            0 ||
+        width <= 0 || height <= 0) {
+        std::fputs("the data is no picture\n", stderr);
+        return nullptr;
+    }
+    if (qint64(width) * height > maxMegapixels * 1'000'000) {
+        std::fprintf(stderr, "picture of %d x %d pixels is too large to be read\n", width, height);
+        return nullptr;
+    }
+    PixPtr picture(pixReadMem(bytes, data.size()));
+    PixPtr grey(picture ? pixConvertTo8(picture.get(), 0) : nullptr);
+    picture.reset();
+    if (!grey) {
+        std::fputs("the picture is damaged\n", stderr);
+        return nullptr;
+    }
+    grey = scaled(withoutRules(darkOnLight(std::move(grey))));
+    return PixPtr(pixAddBorder(grey.get(), margin, white));
+}
+
+bool looksVertical(Pix *picture)
+{
+    constexpr int ink = 128;
+    const int width = pixGetWidth(picture);
+    const int height = pixGetHeight(picture);
+    std::vector<bool> rows(height);
+    std::vector<bool> columns(width);
+    for (int y = 0; y < height; ++y) {
+        const l_uint32 *line = pixGetData(picture) + qint64(y) * pixGetWpl(picture);
+        for (int x = 0; x < width; ++x) {
+            if (GET_DATA_BYTE(line, x) < ink) {
+                rows[y] = true;
+                columns[x] = true;
+            }
+        }
+    }
+    const double betweenRows = meanGap(rows);
+    const double betweenColumns = meanGap(columns);
+    // One line alone has gaps between its characters only.
+    if (betweenRows == 0 || betweenColumns == 0)
+        return height > 2 * width;
+    return betweenColumns > betweenRows;
+}
+
+} // namespace nivora::ocr

@@ -1,0 +1,17 @@
+#pragma once
+
+#include "platform/text_recognizer.h"
+
+namespace nivora::linuxdesktop {
+
+// Tesseract, in a program of ours that lives for one picture: a picture that
+// brings it down costs that picture alone, and its memory is given back. What the
+// program is missing or has no models for is a log line and no text.
+class TesseractRecognizer final : public platform::TextRecognizer
+{
+public:
+    platform::Task recognize(const QByteArray &picture, const QStringList &languages,
+                             std::function<void(QStringList)> done) override;
+};
+
+} // namespace nivora::linuxdesktop
