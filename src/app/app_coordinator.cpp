@@ -51,6 +51,7 @@ AppCoordinator::AppCoordinator(const platform::Services &services, const QUrl &c
                    .speech = &m_speech,
                    .speechInput = &m_speechInput})
     , m_panelController(m_viewModel, m_settings, services.windowSystem)
+    , m_screenTranslation(services, m_viewModel, m_panelController)
     , m_loginWindow(m_account.signIn(), services.windowSystem)
     , m_onboardingWindow(m_account.authStore(), m_account.signIn(), services.accessibility,
                          services.windowSystem)
@@ -132,6 +133,7 @@ void AppCoordinator::showHistory()
 
 void AppCoordinator::wireSession()
 {
+    m_screenTranslation.onAccessMissing = [this] { showScreenPermissionAlert(); };
     m_insertionService.onTextLeftOnClipboard = [this] { tellOfTextOnClipboard(); };
     m_viewModel.insertHandler = [this](const QString &text) { insertIntoTarget(text); };
     m_viewModel.glossaryProvider = [this] { return m_glossaryStore.terms(); };

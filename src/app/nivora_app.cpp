@@ -28,6 +28,7 @@ struct NamedCommand
 constexpr NamedCommand namedCommands[] = {
     {"accessibility-settings"_L1, MenuCommand::OpenAccessibilitySettings},
     {"panel"_L1, MenuCommand::ShowPanel},
+    {"capture"_L1, MenuCommand::CaptureOCR},
     {"history"_L1, MenuCommand::ShowHistory},
     {"settings"_L1, MenuCommand::ShowSettings},
     {"check-updates"_L1, MenuCommand::CheckForUpdates},
@@ -120,6 +121,8 @@ void NivoraApp::perform(MenuCommand command)
         return m_parts->coordinator.openAccessibilitySettings();
     case MenuCommand::ShowPanel:
         return m_parts->coordinator.showPanel();
+    case MenuCommand::CaptureOCR:
+        return m_parts->coordinator.captureOCR();
     case MenuCommand::ShowHistory:
         return m_parts->coordinator.showHistory();
     case MenuCommand::ShowSettings:

@@ -24,6 +24,7 @@ MenuContent::MenuContent(const QString &appVersion)
                  addDivider(m_rows)};
 
     addButton(m_rows, tr("翻译面板"), MenuCommand::ShowPanel, Qt::CTRL | Qt::Key_T);
+    addButton(m_rows, tr("截图翻译"), MenuCommand::CaptureOCR, Qt::CTRL | Qt::Key_S);
     addButton(m_rows, tr("翻译历史…"), MenuCommand::ShowHistory, Qt::CTRL | Qt::Key_Y);
     addDivider(m_rows);
 

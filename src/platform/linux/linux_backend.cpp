@@ -6,7 +6,9 @@
 #include "platform_linux/json_preferences.h"
 #include "platform_linux/mecab_tokenizer.h"
 #include "platform_linux/portal_appearance.h"
+#include "platform_linux/screen_capture_program.h"
 #include "platform_linux/secret_libsecret_store.h"
+#include "platform_linux/tesseract_recognizer.h"
 #include "platform_linux/x11_desktop.h"
 #include "platform_linux/xdg_login_item.h"
 #include "platform_linux/xdg_web_browser.h"
@@ -32,6 +34,8 @@ struct LinuxBackend::Parts
     XdgWebBrowser webBrowser;
     XdgLoginItem loginItem{XdgLoginItem::defaultFolder(), QCoreApplication::applicationFilePath()};
     DesktopTrayHosts trayHosts{x11.trayManager()};
+    ScreenCaptureProgram screenCapture;
+    TesseractRecognizer textRecognizer;
 };
 
 LinuxBackend::LinuxBackend()
@@ -69,6 +73,8 @@ platform::Services LinuxBackend::services()
         .idleMonitor = parts.x11.idleMonitor(),
         .loginItem = parts.loginItem,
         .trayHosts = parts.trayHosts,
+        .screenCapture = parts.screenCapture,
+        .textRecognizer = parts.textRecognizer,
     };
 }
 

@@ -4,6 +4,7 @@
 #include "app/account.h"
 #include "app/app_environment.h"
 #include "app/app_ui_state.h"
+#include "app/screen_translation.h"
 #include "app/update_flow.h"
 
 #include "core/connection_test.h"
@@ -85,6 +86,9 @@ public:
     // BillingStore::changed tells when it may have changed.
     std::optional<QString> billingSummary() const { return m_account.billingSummary(); }
 
+    // Translates a region of the screen that the user marks.
+    void captureOCR() { m_screenTranslation.captureOCR(); }
+
     // The desktop's settings where the permission to read other programs' texts
     // is missing.
     void openAccessibilitySettings();
@@ -136,6 +140,7 @@ private:
     SpeechInputService m_speechInput;
     TranslationViewModel m_viewModel;
     FloatingPanelController m_panelController;
+    ScreenTranslation m_screenTranslation;
     LoginWindowController m_loginWindow;
     OnboardingWindowController m_onboardingWindow;
     LoginItemManager m_loginItem;

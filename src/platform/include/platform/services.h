@@ -14,10 +14,12 @@ class KeySynthesizer;
 class LoginItem;
 class Preferences;
 class PrimarySelectionReader;
+class ScreenCapture;
 class SecretStore;
 class SettingsPanes;
 class SpeechRecognizer;
 class SpeechSynthesizer;
+class TextRecognizer;
 class TrayHosts;
 class WebBrowser;
 class WindowSystem;
@@ -45,6 +47,8 @@ struct Services
     IdleMonitor &idleMonitor;
     LoginItem &loginItem;
     TrayHosts &trayHosts;
+    ScreenCapture &screenCapture;
+    TextRecognizer &textRecognizer;
 };
 
 } // namespace nivora::platform

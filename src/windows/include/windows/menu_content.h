@@ -15,6 +15,7 @@ namespace nivora {
 enum class MenuCommand {
     OpenAccessibilitySettings,
     ShowPanel,
+    CaptureOCR,
     ShowHistory,
     ShowSettings,
     CheckForUpdates,

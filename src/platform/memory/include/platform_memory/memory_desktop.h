@@ -11,6 +11,7 @@
 #include "platform_memory/memory_login_item.h"
 #include "platform_memory/memory_preferences.h"
 #include "platform_memory/memory_primary_selection.h"
+#include "platform_memory/memory_screen_capture.h"
 #include "platform_memory/memory_secret_store.h"
 #include "platform_memory/memory_settings_panes.h"
 #include "platform_memory/memory_speech_recognizer.h"
@@ -44,6 +45,8 @@ struct MemoryDesktop
     MemoryIdleMonitor idleMonitor;
     MemoryLoginItem loginItem;
     MemoryTrayHosts trayHosts;
+    MemoryScreenCapture screenCapture;
+    MemoryTextRecognizer textRecognizer;
 
     // Borrows from this object.
     platform::Services services()
@@ -52,7 +55,8 @@ struct MemoryDesktop
                 keySynthesizer,   accessibility, clipboard,         primarySelection,
                 windowSystem,     settingsPanes, japaneseTokenizer, speechSynthesizer,
                 speechRecognizer, audioInput,    appearance,        webBrowser,
-                idleMonitor,      loginItem,     trayHosts};
+                idleMonitor,      loginItem,     trayHosts,         screenCapture,
+                textRecognizer};
     }
 };
 
