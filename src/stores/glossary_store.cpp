@@ -9,10 +9,15 @@
 #include <QStandardPaths>
 
 using namespace Qt::Literals::StringLiterals;
+using namespace std::chrono_literals;
 
 namespace nivora {
 
 namespace {
+
+// So many are written in about a millisecond.
+constexpr std::size_t manyTerms = 1000;
+constexpr auto writePause = 300ms;
 
 constexpr auto ownerOnly = QFileDevice::ReadOwner | QFileDevice::WriteOwner;
 
@@ -37,6 +42,12 @@ GlossaryStore::GlossaryStore(QString path)
     : m_path(std::move(path))
 {
     load();
+}
+
+GlossaryStore::~GlossaryStore()
+{
+    if (m_write.isRunning())
+        write();
 }
 
 QString GlossaryStore::defaultPath()
@@ -136,6 +147,15 @@ void GlossaryStore::remove(const QSet<QUuid> &ids)
 void GlossaryStore::persist()
 {
     Q_EMIT changed();
+    if (m_terms.size() <= manyTerms)
+        write();
+    else if (!m_write.isRunning())
+        m_write = platform::delay(writePause, [this] { write(); });
+}
+
+void GlossaryStore::write()
+{
+    m_write.cancel();
     const QString folder = QFileInfo(m_path).path();
     if (!QFileInfo(folder).isDir()) {
         QDir().mkpath(QFileInfo(folder).path());

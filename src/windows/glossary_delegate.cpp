@@ -2,6 +2,7 @@
 
 #include "glossary_model.h"
 #include "product_controls.h"
+#include "settings_card.h"
 #include "symbol.h"
 #include "windows/theme.h"
 
@@ -63,6 +64,9 @@ void GlossaryDelegate::paint(QPainter *painter, const QStyleOptionViewItem &opti
     const bool isSelected = option.state.testFlag(QStyle::State_Selected);
     const bool isHovered = option.state.testFlag(QStyle::State_MouseOver);
     painter->save();
+    // Over the view's own mark of a selected row, which is too loud around fields.
+    painter->fillRect(cell, palette.color(QPalette::Window));
+    painter->fillRect(cell, SettingsCard::tint(palette));
     if (isSelected || isHovered) {
         QColor ground = isSelected ? palette.color(QPalette::Highlight) : hoverTint(palette);
         ground.setAlphaF(isSelected ? 0.16f : ground.alphaF() / 2);

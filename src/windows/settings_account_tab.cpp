@@ -17,7 +17,9 @@ namespace nivora {
 
 namespace {
 
-constexpr int valuePixels = 13; // logical pixels
+// Logical pixels.
+constexpr int valuePixels = 13;
+constexpr int emailWidth = 310;
 
 } // namespace
 
@@ -49,7 +51,9 @@ void SettingsAccountTab::addAccount()
 {
     auto *section = addSection(tr("账户"));
     m_email = new NoteLabel(valuePixels, section);
-    m_email->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    m_email->setWordWrap(true);
+    m_email->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+    m_email->setFixedWidth(emailWidth);
     section->addRow(tr("已登录"), m_email);
     auto *content = new QWidget(section);
     auto *signOut = new PanelButton(PanelButton::Look::Secondary, content);

@@ -24,6 +24,13 @@ SettingsCard::SettingsCard(QWidget *parent)
     m_column->setSpacing(0);
 }
 
+QColor SettingsCard::tint(const QPalette &palette)
+{
+    QColor color = palette.color(QPalette::WindowText);
+    color.setAlphaF(isDark(palette) ? 0.045f : 0.028f);
+    return color;
+}
+
 void SettingsCard::addRow(QWidget *row, bool hasLine)
 {
     m_column->addWidget(row);
@@ -35,12 +42,10 @@ void SettingsCard::paintEvent(QPaintEvent *)
 {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
-    QColor ground = palette().color(QPalette::WindowText);
-    ground.setAlphaF(isDark(palette()) ? 0.045f : 0.028f);
     QColor line = hairline(palette());
     line.setAlphaF(line.alphaF() * 0.75f);
     painter.setPen(line);
-    painter.setBrush(ground);
+    painter.setBrush(tint(palette()));
     painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), cornerRadius,
                             cornerRadius);
     bool isFirst = true;

@@ -15,6 +15,9 @@ class SettingsCard : public QWidget
 public:
     explicit SettingsCard(QWidget *parent);
 
+    // What lies over the window's own colour.
+    static QColor tint(const QPalette &palette);
+
     // Without a hairline above it the row belongs to the one before.
     void addRow(QWidget *row, bool hasLine);
 

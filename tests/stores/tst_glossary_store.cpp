@@ -39,6 +39,7 @@ private Q_SLOTS:
     void filesAreTakenWholeOrNotAtAll();
     void aRejectedFileIsKeptBesideTheNewOne();
     void whatCannotBeWrittenStaysInMemory();
+    void manyTermsAreWrittenTogether();
     void changesAreToldByPlace();
     void termsComeFromOtherPrograms_data();
     void termsComeFromOtherPrograms();
@@ -173,6 +174,22 @@ void TestGlossaryStore::whatCannotBeWrittenStaysInMemory()
     GlossaryStore store(m_path);
     store.add();
     QCOMPARE(store.terms().size(), 1u);
+}
+
+void TestGlossaryStore::manyTermsAreWrittenTogether()
+{
+    std::vector<GlossaryTerm> terms;
+    for (int i = 0; i < 2000; ++i)
+        terms.push_back({QUuid::createUuid(), QString::number(i), u"乙"_s});
+    {
+        GlossaryStore store(m_path);
+        store.append(terms);
+        QCOMPARE(content(), "no file"_ba);
+        QTRY_VERIFY(GlossaryStore(m_path).terms() == terms);
+        terms[1999].ja = u"丙"_s;
+        store.update(terms[1999]);
+    } // before the moment has passed
+    QVERIFY(GlossaryStore(m_path).terms() == terms);
 }
 
 // A view that follows the signals shows what the store holds.

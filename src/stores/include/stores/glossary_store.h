@@ -2,6 +2,8 @@
 
 #include "core/translation_options.h"
 
+#include "platform/task.h"
+
 #include <QObject>
 #include <QSet>
 
@@ -10,14 +12,16 @@
 namespace nivora {
 
 // The user's fixed terms, kept in one JSON file that is read once. Each change
-// replaces the file in one step; failures are silent and leave the list in
-// memory as it is. Main thread only.
+// replaces the file in one step, where there are very many terms a moment later, so
+// that typing does not write megabytes at each key. Failures are silent and leave the
+// list in memory as it is. Main thread only.
 class GlossaryStore : public QObject
 {
     Q_OBJECT
 
 public:
     explicit GlossaryStore(QString path = defaultPath());
+    ~GlossaryStore() override;
 
     // $XDG_DATA_HOME/app.nivora/glossary.json
     static QString defaultPath();
@@ -47,10 +51,12 @@ Q_SIGNALS:
 private:
     void load();
     void persist();
+    void write();
 
     QString m_path;
     std::vector<GlossaryTerm> m_terms;
     bool m_rejected = false; // the file holds something that is not in m_terms
+    platform::Task m_write;  // is yet to come
 };
 
 } // namespace nivora
