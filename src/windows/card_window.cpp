@@ -5,6 +5,8 @@
 
 #include "platform/window_system.h"
 
+#include <QAccessible>
+#include <QAccessibleWidget>
 #include <QGuiApplication>
 #include <QKeyEvent>
 #include <QPainter>
@@ -18,6 +20,29 @@ namespace {
 
 constexpr qreal cornerRadius = 10; // logical pixels
 
+class AccessibleCard final : public QAccessibleWidget
+{
+public:
+    explicit AccessibleCard(CardWindow *card)
+        : QAccessibleWidget(card, QAccessible::Dialog)
+    {
+    }
+
+    // The card itself has the focus while nothing on it is worth it.
+    QAccessible::State state() const override
+    {
+        QAccessible::State state = QAccessibleWidget::state();
+        state.focusable = true;
+        return state;
+    }
+};
+
+QAccessibleInterface *makeAccessible(const QString &, QObject *object)
+{
+    auto *card = qobject_cast<CardWindow *>(object);
+    return card ? new AccessibleCard(card) : nullptr;
+}
+
 } // namespace
 
 CardWindow::CardWindow(platform::WindowSystem &windowSystem, const QString &role, QWidget *parent,
@@ -25,6 +50,7 @@ CardWindow::CardWindow(platform::WindowSystem &windowSystem, const QString &role
     : QWidget(parent, kind | Qt::FramelessWindowHint)
     , m_windowSystem(windowSystem)
 {
+    QAccessible::installFactory(makeAccessible); // before anybody asks
     setAttribute(Qt::WA_TranslucentBackground);
     setAttribute(Qt::WA_QuitOnClose, false);
     setWindowRole(role);

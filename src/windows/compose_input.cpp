@@ -1,5 +1,7 @@
 #include "compose_input.h"
 
+#include "announcer.h"
+#include "editor_binding.h"
 #include "panel_button.h"
 #include "symbol_label.h"
 #include "text_editor.h"
@@ -12,7 +14,6 @@
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QPlainTextEdit>
-#include <QScopedValueRollback>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -34,9 +35,12 @@ ComposeInput::ComposeInput(TranslationViewModel &session, QWidget *parent)
     : QWidget(parent)
     , m_session(session)
     , m_editor(makeTextEditor(editorPixels, EditorFrame::None, this))
+    , m_source(
+          new EditorBinding(*m_editor, [this](const QString &text) { m_session.editSource(text); }))
     , m_microphone(new PanelButton(PanelButton::Look::Plain, this))
     , m_voiceError(makeVoiceError())
     , m_translate(new PanelButton(PanelButton::Look::Prominent, this))
+    , m_announcer(new Announcer(this))
 {
     m_editor->setFixedHeight(editorHeight);
     m_editor->setAccessibleName(tr("原文"));
@@ -52,14 +56,7 @@ ComposeInput::ComposeInput(TranslationViewModel &session, QWidget *parent)
     column->addWidget(m_voiceError);
     column->addWidget(m_translate, 0, Qt::AlignLeft);
 
-    connect(m_editor, &QPlainTextEdit::textChanged, this, [this] {
-        const QString text = m_editor->toPlainText();
-        // A preedit of an input method changes the document, but not the text.
-        if (text == m_session.sourceText())
-            return;
-        const QScopedValueRollback typing(m_isTyping, true);
-        m_session.editSource(text);
-    });
+    m_microphone->setKind(PanelButton::Kind::Toggle);
     connect(m_microphone, &PanelButton::clicked, this, [this] { m_session.toggleVoice(); });
     connect(m_translate, &PanelButton::clicked, this, [this] { m_session.translateNow(); });
 
@@ -112,10 +109,7 @@ QWidget *ComposeInput::makeVoiceError()
 // to write it into the editor would tell it to every assistive tool.
 void ComposeInput::renderSource()
 {
-    if (m_isTyping)
-        return; // it comes from here
-    showProgrammatically(
-        *m_editor, m_session.mode() == PanelMode::Selection ? QString() : m_session.sourceText());
+    m_source->show(m_session.mode() == PanelMode::Selection ? QString() : m_session.sourceText());
 }
 
 void ComposeInput::renderVoice()
@@ -130,7 +124,10 @@ void ComposeInput::renderVoice()
     const bool opens = m_session.voiceErrorOpensSettings();
     m_voiceError->setVisible(!message.isEmpty());
     m_voiceSettings->setVisible(opens);
-    m_voiceMessage->setText(message);
+    if (m_voiceMessage->text() != message) {
+        m_voiceMessage->setText(message);
+        message.isEmpty() ? m_announcer->withdraw() : m_announcer->announce(message);
+    }
     if (message.isEmpty())
         return;
     // The panel's width is known, so the label need not be asked for its own.
@@ -151,9 +148,9 @@ void ComposeInput::renderButton()
                             m_session.translatedText().isEmpty());
 }
 
-void ComposeInput::focusEditor()
+void ComposeInput::focusEditor(Qt::FocusReason reason)
 {
-    m_editor->setFocus();
+    m_editor->setFocus(reason);
 }
 
 bool ComposeInput::triggerTranslate()

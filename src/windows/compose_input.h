@@ -7,7 +7,9 @@ class QPlainTextEdit;
 
 namespace nivora {
 
+class EditorBinding;
 class PanelButton;
+class Announcer;
 class TranslationViewModel;
 
 // Where the user types or dictates, in the modes that take typing.
@@ -18,7 +20,7 @@ class ComposeInput : public QWidget
 public:
     explicit ComposeInput(TranslationViewModel &session, QWidget *parent = nullptr);
 
-    void focusEditor();
+    void focusEditor(Qt::FocusReason reason);
     // Starts the translation by hand; false where it is not offered now.
     bool triggerTranslate();
 
@@ -30,13 +32,14 @@ private:
 
     TranslationViewModel &m_session;
     QPlainTextEdit *m_editor;
+    EditorBinding *m_source; // owned by the editor
     PanelButton *m_microphone;
     // Made along with what holds them, which comes next.
     QLabel *m_voiceMessage = nullptr;
     PanelButton *m_voiceSettings = nullptr;
     QWidget *m_voiceError;
     PanelButton *m_translate;
-    bool m_isTyping = false; // what the session is told comes from the editor
+    Announcer *m_announcer;
 };
 
 } // namespace nivora

@@ -1,5 +1,6 @@
 #include "context_popover.h"
 
+#include "editor_binding.h"
 #include "panel_button.h"
 #include "symbol_label.h"
 #include "text_editor.h"
@@ -27,6 +28,8 @@ ContextPopover::ContextPopover(TranslationViewModel &session, platform::WindowSy
     : Popover(windowSystem, tr("背景"), panel)
     , m_session(session)
     , m_editor(makeTextEditor(editorPixels, EditorFrame::Field, this))
+    , m_text(new EditorBinding(*m_editor,
+                               [this](const QString &text) { m_session.editContext(text); }))
 {
     auto *note = new NoteLabel(notePixels, this);
     note->setText(tr("回复对方消息时，填入对方的话作为语境，译文更贴切"));
@@ -48,21 +51,11 @@ ContextPopover::ContextPopover(TranslationViewModel &session, platform::WindowSy
     column().addWidget(m_editor);
     column().addLayout(buttons);
 
-    connect(m_editor, &QPlainTextEdit::textChanged, this, [this] {
-        const QString text = m_editor->toPlainText();
-        // A preedit of an input method changes the document, but not the text.
-        if (text != m_session.contextText())
-            m_session.editContext(text);
-    });
     connect(clear, &PanelButton::clicked, m_editor, &QPlainTextEdit::clear);
     connect(done, &PanelButton::clicked, this, &QWidget::hide);
-    connect(&m_session, &TranslationViewModel::contextTextChanged, this, &ContextPopover::render);
+    const auto render = [this] { m_text->show(m_session.contextText()); };
+    connect(&m_session, &TranslationViewModel::contextTextChanged, this, render);
     render();
-}
-
-void ContextPopover::render()
-{
-    showProgrammatically(*m_editor, m_session.contextText());
 }
 
 void ContextPopover::open(QWidget &control)

@@ -6,6 +6,7 @@ class QPlainTextEdit;
 
 namespace nivora {
 
+class EditorBinding;
 class TranslationViewModel;
 
 // Where the user tells what the text answers.
@@ -24,10 +25,10 @@ protected:
 
 private:
     void confirm() override { hide(); }
-    void render();
 
     TranslationViewModel &m_session;
     QPlainTextEdit *m_editor;
+    EditorBinding *m_text; // owned by the editor
 };
 
 } // namespace nivora

@@ -1,5 +1,6 @@
 #include "feedback_form.h"
 
+#include "announcer.h"
 #include "panel_button.h"
 #include "symbol_label.h"
 #include "windows/theme.h"
@@ -45,6 +46,7 @@ FeedbackForm::FeedbackForm(TranslationViewModel &session, platform::WindowSystem
     , m_session(session)
     , m_question(makeQuestion())
     , m_thanks(makeThanks())
+    , m_announcer(new Announcer(this))
 {
     column().addWidget(m_question);
     column().addWidget(m_thanks);
@@ -72,14 +74,14 @@ QWidget *FeedbackForm::makeQuestion()
     m_comment->setAccessibleName(m_comment->placeholderText());
     m_failure = new QLabel(tr("提交失败，请稍后再试"), page);
     m_failure->setFont(textFont(textPixels));
-    auto *cancel = new PanelButton(PanelButton::Look::Plain, page);
-    cancel->setText(tr("取消"));
+    m_cancel = new PanelButton(PanelButton::Look::Plain, page);
+    m_cancel->setText(tr("取消"));
     m_submit = new PanelButton(PanelButton::Look::Prominent, page);
     m_submit->setText(tr("提交"));
 
     auto *buttons = new QHBoxLayout;
     buttons->addStretch();
-    buttons->addWidget(cancel);
+    buttons->addWidget(m_cancel);
     buttons->addWidget(m_submit);
     auto *column = makeColumn(page);
     column->addWidget(title);
@@ -90,15 +92,15 @@ QWidget *FeedbackForm::makeQuestion()
     column->addLayout(buttons);
 
     connect(m_submit, &PanelButton::clicked, this, &FeedbackForm::submit);
-    connect(cancel, &PanelButton::clicked, this, &FeedbackForm::close);
+    connect(m_cancel, &PanelButton::clicked, this, &FeedbackForm::close);
     return page;
 }
 
 QWidget *FeedbackForm::makeThanks()
 {
     auto *page = new QWidget(this);
-    auto *line = new QLabel(tr("已提交，感谢反馈"), page);
-    line->setFont(textFont(textPixels));
+    m_thanksLine = new QLabel(tr("已提交，感谢反馈"), page);
+    m_thanksLine->setFont(textFont(textPixels));
     auto *note = makeNote(tr("审核有效后将双倍返还本次消耗的额度。"), page);
     note->setAlignment(Qt::AlignHCenter);
     m_done = new PanelButton(PanelButton::Look::Prominent, page);
@@ -107,7 +109,7 @@ QWidget *FeedbackForm::makeThanks()
     column->addWidget(
         new SymbolLabel(u"checkmark.circle.fill"_s, SymbolLabel::Tone::Success, 28, page), 0,
         Qt::AlignHCenter);
-    column->addWidget(line, 0, Qt::AlignHCenter);
+    column->addWidget(m_thanksLine, 0, Qt::AlignHCenter);
     column->addWidget(note);
     column->addWidget(m_done, 0, Qt::AlignHCenter);
     connect(m_done, &PanelButton::clicked, this, &FeedbackForm::close);
@@ -129,9 +131,31 @@ void FeedbackForm::render()
     m_question->setVisible(phase != FeedbackPhase::Sent);
     m_thanks->setVisible(phase == FeedbackPhase::Sent);
     m_failure->setVisible(phase == FeedbackPhase::Failed);
-    m_submit->setEnabled(phase != FeedbackPhase::Sending);
+    // A button that cannot be used keeps no focus, but has it back for another try.
+    const bool sending = phase == FeedbackPhase::Sending;
+    if (sending && m_submit->hasFocus()) {
+        m_submittedByButton = true;
+        m_cancel->setFocus(Qt::OtherFocusReason);
+    }
+    m_submit->setEnabled(!sending);
+    if (!sending && std::exchange(m_submittedByButton, false) && m_cancel->hasFocus())
+        m_submit->setFocus(Qt::TabFocusReason);
     if (phase == FeedbackPhase::Sent && isVisible())
         m_done->setFocus();
+    announce();
+}
+
+void FeedbackForm::announce()
+{
+    switch (m_session.feedbackPhase()) {
+    case FeedbackPhase::Failed:
+        return m_announcer->announce(m_failure->text());
+    case FeedbackPhase::Sent:
+        return m_announcer->announce(m_thanksLine->text());
+    case FeedbackPhase::Idle:
+    case FeedbackPhase::Sending:
+        return m_announcer->withdraw();
+    }
 }
 
 void FeedbackForm::submit()

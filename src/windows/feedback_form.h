@@ -8,6 +8,7 @@ class QLineEdit;
 
 namespace nivora {
 
+class Announcer;
 class PanelButton;
 class TranslationViewModel;
 
@@ -27,6 +28,7 @@ private:
     QWidget *makeQuestion();
     QWidget *makeThanks();
     void render();
+    void announce();
     void submit();
     void confirm() override;
     void close();
@@ -36,10 +38,14 @@ private:
     QComboBox *m_reason = nullptr;
     QLineEdit *m_comment = nullptr;
     QLabel *m_failure = nullptr;
+    PanelButton *m_cancel = nullptr;
     PanelButton *m_submit = nullptr;
+    QLabel *m_thanksLine = nullptr;
     PanelButton *m_done = nullptr;
     QWidget *m_question;
     QWidget *m_thanks;
+    Announcer *m_announcer;
+    bool m_submittedByButton = false; // which lost the focus for it
 };
 
 } // namespace nivora

@@ -2,13 +2,13 @@
 
 #include "flowing_text_accessible.h"
 #include "focus_ring.h"
+#include "open_menu.h"
 #include "windows/theme.h"
 
 #include <QAccessible>
 #include <QClipboard>
 #include <QGuiApplication>
 #include <QKeyEvent>
-#include <QMenu>
 #include <QPainter>
 
 using namespace std::chrono_literals;
@@ -222,12 +222,11 @@ void FlowingText::keyPressEvent(QKeyEvent *event)
 
 void FlowingText::contextMenuEvent(QContextMenuEvent *event)
 {
-    auto *menu = new QMenu(this);
-    menu->setAttribute(Qt::WA_DeleteOnClose);
+    auto menu = std::make_unique<QMenu>();
     QAction *copyAction = menu->addAction(tr("复制"), this, &FlowingText::copy);
     copyAction->setEnabled(m_anchor != m_cursor);
     menu->addAction(tr("全选"), this, [this] { select(0, int(m_flow.text().size())); });
-    menu->popup(event->globalPos());
+    openMenu(std::move(menu), *this, event->globalPos());
 }
 
 void FlowingText::focusInEvent(QFocusEvent *event)

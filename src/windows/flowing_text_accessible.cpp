@@ -1,9 +1,12 @@
 #include "flowing_text_accessible.h"
 
 #include "flowing_text.h"
+#include "open_menu.h"
 
 #include <QAccessible>
 #include <QAccessibleWidget>
+#include <QContextMenuEvent>
+#include <QCoreApplication>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -38,6 +41,30 @@ public:
     QString text(QAccessible::Text kind) const override
     {
         return kind == QAccessible::Value ? view().text() : QAccessibleWidget::text(kind);
+    }
+
+    int childCount() const override { return openMenuOf(view()) ? 1 : 0; }
+    QAccessibleInterface *child(int index) const override
+    {
+        return index == 0 ? QAccessible::queryAccessibleInterface(openMenuOf(view())) : nullptr;
+    }
+    int indexOfChild(const QAccessibleInterface *child) const override
+    {
+        return child && child->object() == openMenuOf(view()) ? 0 : -1;
+    }
+
+    QStringList actionNames() const override
+    {
+        return QAccessibleWidget::actionNames() << showMenuAction();
+    }
+    void doAction(const QString &name) override
+    {
+        if (name != showMenuAction())
+            return QAccessibleWidget::doAction(name);
+        const QPoint place = view().flow().caretAt(view().cursor()).toAlignedRect().bottomLeft();
+        QCoreApplication::postEvent(
+            &view(),
+            new QContextMenuEvent(QContextMenuEvent::Keyboard, place, view().mapToGlobal(place)));
     }
 
     void selection(int index, int *start, int *end) const override

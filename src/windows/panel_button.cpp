@@ -1,9 +1,11 @@
 #include "panel_button.h"
 
 #include "focus_ring.h"
+#include "panel_button_accessible.h"
 #include "symbol.h"
 #include "windows/theme.h"
 
+#include <QAccessible>
 #include <QKeyEvent>
 #include <QPainter>
 
@@ -29,17 +31,19 @@ PanelButton::PanelButton(Look look, QWidget *parent)
     : QAbstractButton(parent)
     , m_look(look)
 {
+    makePanelButtonsAccessible(); // before anybody asks
     setFont(textFont(textPixels));
     setAttribute(Qt::WA_Hover);
     setFocusPolicy(Qt::StrongFocus);
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
 }
 
-void PanelButton::setSymbol(const QString &name)
+void PanelButton::setSymbol(const QString &name, SymbolPlace place)
 {
-    if (m_symbol == name)
+    if (m_symbol == name && m_symbolPlace == place)
         return;
     m_symbol = name;
+    m_symbolPlace = place;
     updateGeometry();
     update();
 }
@@ -50,6 +54,12 @@ void PanelButton::setActive(bool active)
         return;
     m_active = active;
     update();
+    if (m_kind == Kind::Toggle && QAccessible::isActive()) {
+        QAccessible::State changed;
+        changed.checked = true;
+        QAccessibleStateChangeEvent event(this, changed);
+        QAccessible::updateAccessibility(&event);
+    }
 }
 
 void PanelButton::setDimmed(bool dimmed)
@@ -145,8 +155,9 @@ void PanelButton::paintEvent(QPaintEvent *)
     symbolFrame.moveCenter(QRectF(rect()).center());
     if (!text().isEmpty()) {
         const QRect content((width() - contentWidth()) / 2, 0, contentWidth(), height());
-        m_large ? symbolFrame.moveLeft(content.left()) : symbolFrame.moveRight(content.right() + 1);
-        const bool symbolFirst = m_large && !m_symbol.isEmpty();
+        const bool symbolFirst = !m_symbol.isEmpty() && m_symbolPlace == SymbolPlace::BeforeText;
+        symbolFirst ? symbolFrame.moveLeft(content.left())
+                    : symbolFrame.moveRight(content.right() + 1);
         painter.drawText(content,
                          (symbolFirst ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignVCenter |
                              Qt::TextHideMnemonic,

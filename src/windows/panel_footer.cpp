@@ -34,6 +34,8 @@ PanelFooter::PanelFooter(TranslationViewModel &session, platform::WindowSystem &
     , m_historyMark(makeHistoryMark())
 {
     m_reply->setText(tr("回复"));
+    m_speak->setKind(PanelButton::Kind::Toggle);
+    m_feedback->setKind(PanelButton::Kind::Popover);
     connect(m_primary, &PanelButton::clicked, this, &PanelFooter::triggerPrimaryAction);
     connect(m_reply, &PanelButton::clicked, this, &PanelFooter::replyRequested);
     connect(m_speak, &PanelButton::clicked, this, &PanelFooter::toggleSpeech);
@@ -76,7 +78,7 @@ QWidget *PanelFooter::makeHistoryMark()
         new SymbolLabel(u"clock.arrow.circlepath"_s, SymbolLabel::Tone::Faint, 12, mark));
     row->addWidget(text);
     mark->setToolTip(tr("复用了本地历史中的相同翻译，未重新请求"));
-    mark->setAccessibleName(mark->toolTip());
+    text->setAccessibleName(mark->toolTip());
     return mark;
 }
 

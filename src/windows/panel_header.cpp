@@ -1,13 +1,13 @@
 #include "panel_header.h"
 
 #include "context_popover.h"
+#include "open_menu.h"
 #include "panel_button.h"
 #include "spinner.h"
 
 #include "session/translation_view_model.h"
 
 #include <QHBoxLayout>
-#include <QMenu>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -23,10 +23,13 @@ PanelHeader::PanelHeader(TranslationViewModel &session, platform::WindowSystem &
     , m_context(new PanelButton(PanelButton::Look::Plain, this))
     , m_pin(new PanelButton(PanelButton::Look::Plain, this))
 {
-    m_direction->setSymbol(u"chevron.down"_s);
+    m_direction->setKind(PanelButton::Kind::Menu);
+    m_direction->setSymbol(u"chevron.down"_s, PanelButton::SymbolPlace::AfterText);
     connect(m_direction, &PanelButton::clicked, this, &PanelHeader::openLanguageMenu);
+    m_context->setKind(PanelButton::Kind::Popover);
     m_context->setHint(tr("背景"));
     connect(m_context, &PanelButton::clicked, this, &PanelHeader::toggleContext);
+    m_pin->setKind(PanelButton::Kind::Toggle);
     connect(m_pin, &PanelButton::clicked, this,
             [this] { m_session.setPinned(!m_session.isPinned()); });
     auto *close = new PanelButton(PanelButton::Look::Plain, this);
@@ -86,17 +89,20 @@ void PanelHeader::renderContext()
 
 void PanelHeader::openLanguageMenu()
 {
-    auto *menu = new QMenu(this);
-    m_menu = menu;
-    menu->setAttribute(Qt::WA_DeleteOnClose);
+    auto menu = std::make_unique<QMenu>();
+    QAction *current = nullptr;
     for (const Language target : selectableTargets(m_session.detectedSource())) {
         QAction *action = menu->addAction(displayName(target));
         action->setCheckable(true);
         action->setChecked(target == m_session.effectiveTarget());
+        if (action->isChecked())
+            current = action;
         connect(action, &QAction::triggered, this,
                 [this, target] { m_session.selectTarget(target); });
     }
-    menu->popup(m_direction->mapToGlobal(QPoint(0, m_direction->height() + 2)));
+    menu->setActiveAction(current); // where the keys begin
+    openMenu(std::move(menu), *m_direction,
+             m_direction->mapToGlobal(QPoint(0, m_direction->height() + 2)));
 }
 
 void PanelHeader::toggleContext()
@@ -112,8 +118,8 @@ void PanelHeader::closePopover()
 {
     if (m_popover)
         m_popover->hide();
-    if (m_menu)
-        m_menu->close();
+    if (QMenu *menu = openMenuOf(*m_direction))
+        menu->close();
 }
 
 } // namespace nivora

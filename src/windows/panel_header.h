@@ -1,9 +1,6 @@
 #pragma once
 
-#include <QPointer>
 #include <QWidget>
-
-class QMenu;
 
 namespace nivora {
 
@@ -45,7 +42,6 @@ private:
     PanelButton *m_context;
     PanelButton *m_pin;
     ContextPopover *m_popover = nullptr; // made at its first use
-    QPointer<QMenu> m_menu;              // while it is open
 };
 
 } // namespace nivora

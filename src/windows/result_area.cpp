@@ -1,7 +1,7 @@
 #include "result_area.h"
 
+#include "announcer.h"
 #include "panel_button.h"
-#include "result_announcer.h"
 #include "result_content.h"
 #include "spinner.h"
 #include "symbol_label.h"
@@ -47,7 +47,7 @@ ResultArea::ResultArea(TranslationViewModel &session, QWidget *parent)
     , m_spinner(new Spinner(spinnerSide, this))
     , m_error(makeError())
     , m_hint(makeHint())
-    , m_announcer(new ResultAnnouncer(this))
+    , m_announcer(new Announcer(this))
 {
     m_scroll->setFrameShape(QFrame::NoFrame);
     m_scroll->setFocusPolicy(Qt::NoFocus);
@@ -121,6 +121,14 @@ void ResultArea::reset()
     m_scroll->verticalScrollBar()->setValue(0);
 }
 
+bool ResultArea::focusText(Qt::FocusReason reason)
+{
+    if (showing() != Showing::Content)
+        return false;
+    m_content->focusTranslation(reason);
+    return true;
+}
+
 ResultArea::Showing ResultArea::showing() const
 {
     const bool hasText = !m_session.translatedText().isEmpty();
@@ -150,6 +158,7 @@ void ResultArea::renderPhase()
         m_errorMessage->setText(m_session.phase().message);
     if (now != Showing::Content)
         reset();
+    const bool comesUp = now == Showing::Content && m_scroll->isHidden();
     m_scroll->setVisible(now == Showing::Content);
     m_spinner->setVisible(now == Showing::Spinner);
     m_error->setVisible(now == Showing::Error);
@@ -157,6 +166,8 @@ void ResultArea::renderPhase()
     setVisible(now != Showing::Nothing);
     updateGeometry();
     layOut();
+    if (comesUp)
+        Q_EMIT contentShown();
 }
 
 void ResultArea::announce()

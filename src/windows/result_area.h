@@ -8,7 +8,7 @@ class QScrollArea;
 
 namespace nivora {
 
-class ResultAnnouncer;
+class Announcer;
 class ResultContent;
 class Spinner;
 class TranslationViewModel;
@@ -24,9 +24,15 @@ public:
 
     // Back to the top.
     void reset();
+    // Gives the translation the focus; false while there is none to show.
+    bool focusText(Qt::FocusReason reason);
 
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override;
+
+Q_SIGNALS:
+    // The translation has come on show.
+    void contentShown();
 
 protected:
     void resizeEvent(QResizeEvent *event) override;
@@ -51,7 +57,7 @@ private:
     QLabel *m_errorMessage = nullptr;
     QWidget *m_error;
     QWidget *m_hint;
-    ResultAnnouncer *m_announcer;
+    Announcer *m_announcer;
     QTimer m_tight; // until less room than wished for counts as final
 };
 

@@ -46,7 +46,13 @@ ResultContent::ResultContent(TranslationViewModel &session, int width, QWidget *
     using Session = TranslationViewModel;
     connect(&m_session, &Session::translatedTextReplaced, this,
             [this] { m_translation->replaceText(m_session.translatedText()); });
-    connect(&m_session, &Session::translatedTextAppended, m_translation, &FlowingText::appendText);
+    connect(&m_session, &Session::translatedTextAppended, this, [this](const QString &piece) {
+        // The first piece shows in the same frame as the buttons that come with it.
+        if (m_translation->text().isEmpty())
+            m_translation->replaceText(piece);
+        else
+            m_translation->appendText(piece);
+    });
     connect(&m_session, &Session::readingChanged, this, &ResultContent::renderReading);
     connect(&m_session, &Session::backTranslationReplaced, this,
             &ResultContent::renderBackTranslation);
@@ -80,6 +86,11 @@ FlowingText *ResultContent::makeText(bool annotation, const QString &name)
     return text;
 }
 
+void ResultContent::focusTranslation(Qt::FocusReason reason)
+{
+    m_translation->setFocus(reason);
+}
+
 // The reading belongs to the Japanese side, and the check is in Chinese.
 void ResultContent::renderFonts()
 {
@@ -111,11 +122,13 @@ void ResultContent::renderVariants()
     }
     m_variants.clear();
     const QFont font = textFont(variantPixels, m_session.effectiveTarget());
+    QWidget *above = m_backTranslation;
     for (const QString &variant : m_session.variants()) {
         auto *button = new VariantButton(variant, font, this);
         connect(button, &VariantButton::clicked, this,
                 [this, variant] { m_session.useVariant(variant); });
         button->show();
+        setTabOrder(std::exchange(above, button), button);
         m_variants.push_back(button);
     }
     m_loading->setVisible(m_session.loadingVariants());

@@ -24,6 +24,8 @@ public:
     ResultContent(TranslationViewModel &session, int width, QWidget *parent = nullptr);
     ~ResultContent() override;
 
+    void focusTranslation(Qt::FocusReason reason);
+
 Q_SIGNALS:
     // Its own height has changed.
     void heightChanged();

@@ -1,8 +1,8 @@
 #include "sign_in_form.h"
 
+#include "announcer.h"
 #include "divider.h"
 #include "panel_button.h"
-#include "result_announcer.h"
 #include "spinner.h"
 #include "symbol_label.h"
 #include "windows/theme.h"
@@ -71,7 +71,7 @@ SignInForm::SignInForm(SignIn &signIn, QWidget *parent)
     , m_codePage(makeCodePage())
     , m_error(makeNote(this, NoteLabel::Tone::Error))
     , m_waiting(makeWaiting())
-    , m_announcer(new ResultAnnouncer(this))
+    , m_announcer(new Announcer(this))
 {
     QWidget *separator = makeSeparator();
     m_google = makeLarge(PanelButton::Look::Secondary, this);

@@ -14,7 +14,7 @@ class QLineEdit;
 namespace nivora {
 
 class PanelButton;
-class ResultAnnouncer;
+class Announcer;
 
 // The one place where a user signs in: with a code that is mailed, or with Google
 // in the browser. Its state, and a request that is under way, outlast its hiding.
@@ -76,7 +76,7 @@ private:
     QWidget *m_codePage;
     QLabel *m_error;
     QWidget *m_waiting;
-    ResultAnnouncer *m_announcer;
+    Announcer *m_announcer;
     PanelButton *m_google;
 };
 

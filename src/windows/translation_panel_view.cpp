@@ -42,6 +42,10 @@ TranslationPanelView::TranslationPanelView(TranslationViewModel &session,
     connect(m_footer, &PanelFooter::replyRequested, this, &TranslationPanelView::replyRequested);
     connect(&m_session, &TranslationViewModel::modeChanged, this,
             &TranslationPanelView::renderMode);
+    connect(m_result, &ResultArea::contentShown, this, [this] {
+        if (window()->focusWidget() == window()) // nothing was worth it until now
+            focusWhereWorkGoesOn(Qt::OtherFocusReason);
+    });
     for (const auto key : {Qt::Key_Return, Qt::Key_Enter}) {
         auto *shortcut = new QShortcut(QKeySequence(Qt::CTRL | key), this);
         connect(shortcut, &QShortcut::activated, this, [this] {
@@ -64,10 +68,30 @@ void TranslationPanelView::reset()
     m_dragStart.reset();
     closePopovers();
     m_result->reset();
+    focusWhereWorkGoesOn(Qt::OtherFocusReason);
+}
+
+void TranslationPanelView::focusWhereWorkGoesOn(Qt::FocusReason reason)
+{
     if (m_session.mode() != PanelMode::Selection)
-        m_compose->focusEditor();
-    else
-        setFocus();
+        m_compose->focusEditor(reason);
+    else if (!m_result->focusText(reason))
+        window()->setFocus(reason);
+}
+
+// A control that goes away while it has the focus, or can no longer be used, leaves
+// it where the work goes on, and not to whatever comes next.
+bool TranslationPanelView::focusNextPrevChild(bool next)
+{
+    const QWidget *last = window()->focusWidget();
+    if (!last || !isAncestorOf(last) || (last->isVisible() && last->isEnabled()))
+        return QWidget::focusNextPrevChild(next);
+    const auto reason = window()->testAttribute(Qt::WA_KeyboardFocusChange) ? Qt::TabFocusReason
+                                                                            : Qt::OtherFocusReason;
+    const bool belongsToResult = m_result->isAncestorOf(last) || m_footer->isAncestorOf(last);
+    if (!belongsToResult || !m_result->focusText(reason))
+        focusWhereWorkGoesOn(reason);
+    return true;
 }
 
 void TranslationPanelView::closePopovers()

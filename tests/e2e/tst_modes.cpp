@@ -85,6 +85,7 @@ void TestModes::aVariantTakesThePlaceOfTheResult()
     QVERIFY(variant->takeFocus());
     road.user->press({XK_Return});
     QVERIFY(road.product->waitForTranslation(u"見積書をください"_s, patience));
+    QVERIFY(waitUntil([&] { return road.product->control(u"译文"_s)->isFocused(); }, patience));
     QVERIFY2(waitUntil([&] { return reading->text() == u"みつもり しょ を ください"_s; }, patience),
              qUtf8Printable(reading->text()));
     QVERIFY(!road.product->control(u"お見積もりをお願いします"_s));
@@ -205,19 +206,17 @@ void TestModes::thePinnedPanelFollowsTheLanguageMenu()
     QVERIFY2(road.product->waitForTranslation(japanese, patience), qUtf8Printable(road.problem()));
 
     QVERIFY2(road.press(u"中文 → 日本語"_s), qUtf8Printable(road.problem()));
-    QVERIFY(road.user->waitForMapped(
-        [](const X11Driver::Window &window) {
-            return window.className == "Nivora"_L1 && window.role.isEmpty();
-        },
-        patience));
-    road.user->press({XK_Up}); // to the last
-    road.user->press({XK_Return});
+    const auto current = road.product->waitForControl(u"日本語"_s, patience);
+    QVERIFY2(current && current->isFocused(), qUtf8Printable(road.problem()));
+    QVERIFY(road.press(u"English"_s));
     QVERIFY2(road.product->waitForTranslation(u"Please send the quotation."_s, patience),
              qUtf8Printable(road.problem()));
     QVERIFY2(road.product->control(u"中文 → English"_s), qUtf8Printable(road.problem()));
+    QVERIFY(!road.product->control(u"日本語"_s)); // the menu has closed
 
     QVERIFY2(road.press(u"钉住"_s), qUtf8Printable(road.problem()));
-    QVERIFY(road.product->waitForControl(u"已钉住（失焦不关闭）"_s, patience));
+    const auto pin = road.product->waitForControl(u"已钉住（失焦不关闭）"_s, patience);
+    QVERIFY2(pin && pin->isChecked(), qUtf8Printable(road.problem()));
     road.user->movePointer(road.editor->textArea().bottomRight() - QPoint(20, 20));
     road.user->click();
     QVERIFY(road.user->waitForActive(road.editor->window(), patience));

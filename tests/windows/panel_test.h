@@ -80,8 +80,10 @@ protected:
     QStringList buttons() const
     {
         QStringList names;
-        for (auto *each : m_controller->panel()->findChildren<QAbstractButton *>()) {
-            if (each->isVisible())
+        const QWidget *panel = m_controller->panel();
+        for (QWidget *each = panel->nextInFocusChain(); each != panel;
+             each = each->nextInFocusChain()) {
+            if (qobject_cast<QAbstractButton *>(each) && each->isVisible())
                 names << nameOf(each);
         }
         return names;

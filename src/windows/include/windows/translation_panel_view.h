@@ -48,12 +48,14 @@ Q_SIGNALS:
 
 protected:
     bool event(QEvent *event) override;
+    bool focusNextPrevChild(bool next) override;
     void mousePressEvent(QMouseEvent *event) override;
     void mouseMoveEvent(QMouseEvent *event) override;
     void mouseReleaseEvent(QMouseEvent *event) override;
 
 private:
     void renderMode();
+    void focusWhereWorkGoesOn(Qt::FocusReason reason);
 
     TranslationViewModel &m_session;
     PanelHeader *m_header;

@@ -1,4 +1,4 @@
-#include "result_announcer.h"
+#include "announcer.h"
 
 #include <QAccessible>
 #include <QAccessibleWidget>
@@ -12,13 +12,13 @@ constexpr int mostCharacters = 1000;
 
 QAccessibleInterface *makeAccessible(const QString &, QObject *object)
 {
-    auto *announcer = qobject_cast<ResultAnnouncer *>(object);
+    auto *announcer = qobject_cast<Announcer *>(object);
     return announcer ? new QAccessibleWidget(announcer, QAccessible::Notification) : nullptr;
 }
 
 } // namespace
 
-ResultAnnouncer::ResultAnnouncer(QWidget *parent)
+Announcer::Announcer(QWidget *parent)
     : QWidget(parent)
 {
     QAccessible::installFactory(makeAccessible);
@@ -27,7 +27,7 @@ ResultAnnouncer::ResultAnnouncer(QWidget *parent)
     hide();
 }
 
-void ResultAnnouncer::announce(const QString &text)
+void Announcer::announce(const QString &text)
 {
     if (!QAccessible::isActive())
         return;
@@ -36,7 +36,7 @@ void ResultAnnouncer::announce(const QString &text)
     show();
 }
 
-void ResultAnnouncer::withdraw()
+void Announcer::withdraw()
 {
     hide();
 }
