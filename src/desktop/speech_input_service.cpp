@@ -15,6 +15,7 @@ SpeechInputService::SpeechInputService(AudioInput &audio, platform::SpeechRecogn
     , onFinal([](const QString &) {})
     , onStateChange([](bool) {})
     , onError([](const QString &) {})
+    , onRefused([](const QString &) {})
     , m_audio(audio)
     , m_recognizer(recognizer)
 {
@@ -30,13 +31,14 @@ void SpeechInputService::start()
     m_permission = m_audio.requestAccess([this](bool granted) {
         if (granted)
             return beginSession();
-        refuse(tr("需要麦克风和语音识别权限"));
+        giveUp(onRefused, tr("需要麦克风和语音识别权限"));
     });
 }
 
-void SpeechInputService::refuse(const QString &message)
+void SpeechInputService::giveUp(const std::function<void(const QString &)> &tell,
+                                const QString &message)
 {
-    onError(message);
+    tell(message);
     setListening(false);
 }
 
@@ -45,7 +47,7 @@ void SpeechInputService::beginSession()
     m_recognition = m_recognizer.recognize(
         localeProvider(), [this](const RecognitionResult &result) { deliver(result); });
     if (!m_recognition)
-        return refuse(tr("当前语言的语音识别暂不可用"));
+        return giveUp(onError, tr("当前语言的语音识别暂不可用"));
     m_recording =
         m_audio.record([this](const QByteArray &samples) { m_recognition->append(samples); },
                        [this](AudioInput::Failure failure) { microphoneFailed(failure); });
@@ -59,7 +61,7 @@ void SpeechInputService::microphoneFailed(AudioInput::Failure failure)
         onError(tr("没有找到麦克风"));
         return teardown();
     case AudioInput::Failure::Refused:
-        onError(tr("无法打开麦克风"));
+        onRefused(tr("无法打开麦克风"));
         return teardown();
     case AudioInput::Failure::Lost:
         onError(tr("麦克风已断开"));

@@ -19,7 +19,8 @@ VoiceInput::VoiceInput(SpeechInputService *service, platform::SettingsPanes &set
     m_service->onStateChange = [this](bool isListening) { onStateChange(isListening); };
     m_service->onPartial = [this](const QString &text) { hear(text, false); };
     m_service->onFinal = [this](const QString &text) { hear(text, true); };
-    m_service->onError = [this](const QString &message) { fail(message); };
+    m_service->onError = [this](const QString &message) { fail(message, false); };
+    m_service->onRefused = [this](const QString &message) { fail(message, true); };
 }
 
 VoiceInput::~VoiceInput()
@@ -31,6 +32,7 @@ VoiceInput::~VoiceInput()
     m_service->onPartial = [](const QString &) {};
     m_service->onFinal = [](const QString &) {};
     m_service->onError = [](const QString &) {};
+    m_service->onRefused = [](const QString &) {};
 }
 
 void VoiceInput::toggle(const QString &sourceText)
@@ -76,21 +78,16 @@ void VoiceInput::clearError()
 
 void VoiceInput::openSettings()
 {
-    if (!m_settingsPanes.open(platform::SettingsPane::Keyboard))
+    if (!m_settingsPanes.open(platform::SettingsPane::Microphone))
         setError(tr("没有找到系统设置程序"), false);
 }
 
-void VoiceInput::fail(const QString &message)
+void VoiceInput::fail(const QString &message, bool settingsHelp)
 {
     setListening(false);
     if (!m_isWanted)
         return;
-    // The desktop's own dictation is switched off: its message says so in the
-    // words of whoever made it, and helps nobody.
-    if (message.contains("dictation"_L1, Qt::CaseInsensitive))
-        setError(tr("语音输入需先开启系统「听写」：系统设置 ▸ 键盘 ▸ 听写。"), true);
-    else
-        setError(message, false);
+    setError(message, settingsHelp);
 }
 
 void VoiceInput::setListening(bool isListening)

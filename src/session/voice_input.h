@@ -44,7 +44,7 @@ Q_SIGNALS:
 
 private:
     void hear(const QString &text, bool isFinal);
-    void fail(const QString &message);
+    void fail(const QString &message, bool settingsHelp);
     void onStateChange(bool isListening);
     void setListening(bool isListening);
     void setError(const QString &message, bool opensSettings);

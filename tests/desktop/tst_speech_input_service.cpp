@@ -26,6 +26,7 @@ class TestSpeechInputService : public QObject
             service.onPartial = [this](const QString &text) { told << u"partial "_s + text; };
             service.onFinal = [this](const QString &text) { told << u"final "_s + text; };
             service.onError = [this](const QString &text) { told << u"error "_s + text; };
+            service.onRefused = [this](const QString &text) { told << u"refused "_s + text; };
             service.onStateChange = [this](bool on) { told << (on ? u"on"_s : u"off"_s); };
         }
     };
@@ -74,12 +75,15 @@ private Q_SLOTS:
         };
         QTest::newRow("permission refused")
             << Step([](World &world) { world.audio.setGrants(false); }) << nothing
-            << QStringList{u"on"_s, u"error 需要麦克风和语音识别权限"_s, u"off"_s};
+            << QStringList{u"on"_s, u"refused 需要麦克风和语音识别权限"_s, u"off"_s};
         QTest::newRow("no recogniser")
             << Step([](World &world) { world.recognizer.setInstalled(false); }) << nothing
             << QStringList{u"on"_s, u"error 当前语言的语音识别暂不可用"_s, u"off"_s};
         QTest::newRow("no microphone") << nothing << fails(AudioFailure::NoDevice)
                                        << QStringList{u"on"_s, u"error 没有找到麦克风"_s, u"off"_s};
+        QTest::newRow("microphone refused")
+            << nothing << fails(AudioFailure::Refused)
+            << QStringList{u"on"_s, u"refused 无法打开麦克风"_s, u"off"_s};
         QTest::newRow("a final result with an error") << nothing << Step([](World &world) {
             world.recognizer.deliver({u"text"_s, true, Result::Failure::Engine});
         }) << QStringList{u"on"_s, u"final text"_s, u"error 语音识别出错"_s, u"off"_s};

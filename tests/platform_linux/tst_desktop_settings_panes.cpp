@@ -34,7 +34,7 @@ void TestDesktopSettingsPanes::opensThePaneOfTheRunningDesktop_data()
     QTest::newRow("KDE") << "KDE"_ba << all << SettingsPane::Accessibility
                          << "systemsettings kcm_access"_ba;
     QTest::newRow("the older KDE") << "KDE"_ba << QStringList{u"systemsettings5"_s}
-                                   << SettingsPane::Keyboard << "systemsettings5 kcm_keyboard"_ba;
+                                   << SettingsPane::Microphone << "systemsettings5 kcm_pulseaudio"_ba;
     QTest::newRow("Xfce") << "XFCE"_ba << all << SettingsPane::Accessibility
                           << "xfce4-accessibility-settings"_ba;
     QTest::newRow("another desktop with programs of a known one")

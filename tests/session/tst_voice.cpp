@@ -179,7 +179,7 @@ void TestVoice::aFailedDictationSaysWhy_data()
 {
     QTest::addColumn<QString>("message");
     QTest::addColumn<bool>("opens");
-    QTest::newRow("switched off") << u"Siri and Dictation are disabled"_s << true;
+    QTest::newRow("the desktop keeps the microphone") << u"无法打开麦克风"_s << true;
     QTest::newRow("anything else") << u"麦克风已断开"_s << false;
 }
 
@@ -188,20 +188,19 @@ void TestVoice::aFailedDictationSaysWhy()
     QFETCH(QString, message);
     QFETCH(bool, opens);
     dictate();
-    m_speechInput->onError(message);
+    (opens ? m_speechInput->onRefused : m_speechInput->onError)(message);
     QVERIFY(!m_session->isListening());
-    QCOMPARE(m_session->voiceError(),
-             opens ? u"语音输入需先开启系统「听写」：系统设置 ▸ 键盘 ▸ 听写。"_s : message);
+    QCOMPARE(m_session->voiceError(), message);
     QCOMPARE(m_session->voiceErrorOpensSettings(), opens);
     m_session->openVoiceSettings();
-    QCOMPARE(m_panes->opened(), std::vector{platform::SettingsPane::Keyboard});
+    QCOMPARE(m_panes->opened(), std::vector{platform::SettingsPane::Microphone});
     m_panes->setInstalled(false);
     m_session->openVoiceSettings();
     QCOMPARE(m_session->voiceError(), u"没有找到系统设置程序"_s);
 
     m_session->toggleVoice();
     QCOMPARE(m_session->voiceError(), QString());
-    m_speechInput->onError(message);
+    (opens ? m_speechInput->onRefused : m_speechInput->onError)(message);
     m_session->setSource(u"甲"_s, true, std::nullopt);
     QCOMPARE(m_session->voiceError(), QString());
     QVERIFY(!m_session->voiceErrorOpensSettings());

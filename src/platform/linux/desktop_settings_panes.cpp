@@ -22,7 +22,8 @@ struct PaneCommand
 
 // No desktop asks for leave to see the screen of an X session, so that pane is
 // the nearest that there is: the one on privacy or, where there is none, on
-// access.
+// access. GNOME alone can switch the microphone off for all programs; elsewhere it
+// is a matter of the sound.
 std::vector<PaneCommand> commands(platform::SettingsPane pane)
 {
     using platform::SettingsPane;
@@ -41,12 +42,12 @@ std::vector<PaneCommand> commands(platform::SettingsPane pane)
             {u"KDE"_s, u"systemsettings5"_s, {}},
             {u"XFCE"_s, u"xfce4-settings-manager"_s, {}},
         };
-    case SettingsPane::Keyboard:
+    case SettingsPane::Microphone:
         return {
-            {u"GNOME"_s, u"gnome-control-center"_s, {u"keyboard"_s}},
-            {u"KDE"_s, u"systemsettings"_s, {u"kcm_keyboard"_s}},
-            {u"KDE"_s, u"systemsettings5"_s, {u"kcm_keyboard"_s}},
-            {u"XFCE"_s, u"xfce4-keyboard-settings"_s, {}},
+            {u"GNOME"_s, u"gnome-control-center"_s, {u"microphone"_s}},
+            {u"KDE"_s, u"systemsettings"_s, {u"kcm_pulseaudio"_s}},
+            {u"KDE"_s, u"systemsettings5"_s, {u"kcm_pulseaudio"_s}},
+            {u"XFCE"_s, u"pavucontrol"_s, {}},
         };
     }
     Q_UNREACHABLE();

@@ -7,6 +7,7 @@
 #include "platform_linux/mecab_tokenizer.h"
 #include "platform_linux/portal_appearance.h"
 #include "platform_linux/screen_capture_program.h"
+#include "platform_linux/portal_audio_input.h"
 #include "platform_linux/secret_libsecret_store.h"
 #include "platform_linux/tesseract_recognizer.h"
 #include "platform_linux/x11_desktop.h"
@@ -30,6 +31,7 @@ struct LinuxBackend::Parts
     DesktopSettingsPanes settingsPanes;
     MecabTokenizer japaneseTokenizer;
     LazySpeech speech{japaneseTokenizer};
+    PortalAudioInput audioInput{speech.audioInput()};
     PortalAppearance appearance;
     XdgWebBrowser webBrowser;
     XdgLoginItem loginItem{XdgLoginItem::defaultFolder(), QCoreApplication::applicationFilePath()};
@@ -67,7 +69,7 @@ platform::Services LinuxBackend::services()
         .japaneseTokenizer = parts.japaneseTokenizer,
         .speechSynthesizer = parts.speech.synthesizer(),
         .speechRecognizer = parts.speech.recognizer(),
-        .audioInput = parts.speech.audioInput(),
+        .audioInput = parts.audioInput,
         .appearance = parts.appearance,
         .webBrowser = parts.webBrowser,
         .idleMonitor = parts.x11.idleMonitor(),

@@ -1,16 +1,10 @@
 #include "platform_linux/portal_appearance.h"
 
-#include "session_bus.h"
+#include "portal_settings.h"
 
-#include <QDBusArgument>
 #include <QDBusConnection>
-#include <QDBusMessage>
-#include <QDBusMetaType>
 #include <QDBusPendingCallWatcher>
-#include <QDBusPendingReply>
 #include <QDBusVariant>
-#include <QMap>
-#include <QVariantMap>
 
 #include <memory>
 
@@ -20,27 +14,12 @@ namespace nivora::linuxdesktop {
 
 namespace {
 
-using SettingsByNamespace = QMap<QString, QVariantMap>;
-
-// https://flatpak.github.io/xdg-desktop-portal/docs/doc-org.freedesktop.portal.Settings.html
-const auto portalName = u"org.freedesktop.portal.Desktop"_s;
-const auto portalPath = u"/org/freedesktop/portal/desktop"_s;
-const auto settingsInterface = u"org.freedesktop.portal.Settings"_s;
 const auto commonSettings = u"org.freedesktop.appearance"_s;
 const auto gtkSettings = u"org.gnome.desktop.interface"_s;
-constexpr int answerLimit = 2000; // milliseconds
 
 // Values of color-scheme.
 constexpr uint schemeDark = 1;
 constexpr uint schemeLight = 2;
-
-// Values come wrapped once or twice.
-QVariant unwrapped(QVariant value)
-{
-    while (value.metaType() == QMetaType::fromType<QDBusVariant>())
-        value = value.value<QDBusVariant>().variant();
-    return value;
-}
 
 class PortalWatch final : public QObject
 {
@@ -62,24 +41,19 @@ public:
     explicit WatchOperation(std::function<void(const platform::DesktopAppearance &)> changed)
         : m_changed(std::move(changed))
     {
-        // The library would launch a bus of its own where there is none.
-        if (!isSessionBusNamed() || !QDBusConnection::sessionBus().isConnected())
+        if (!portal::isReachable())
             return;
-        qDBusRegisterMetaType<SettingsByNamespace>();
         m_portal.onChange = [this](const QString &nameSpace, const QString &key,
                                    const QVariant &value) {
             take(nameSpace, key, value);
             tell();
         };
-        QDBusConnection::sessionBus().connect(portalName, portalPath, settingsInterface,
-                                              u"SettingChanged"_s, &m_portal,
-                                              SLOT(changed(QString, QString, QDBusVariant)));
+        QDBusConnection::sessionBus().connect(
+            portal::service, portal::path, portal::settingsInterface, u"SettingChanged"_s,
+            &m_portal, SLOT(changed(QString, QString, QDBusVariant)));
 
-        auto question =
-            QDBusMessage::createMethodCall(portalName, portalPath, settingsInterface, u"ReadAll"_s);
-        question << QStringList{commonSettings, gtkSettings};
         m_answer = std::make_unique<QDBusPendingCallWatcher>(
-            QDBusConnection::sessionBus().asyncCall(question, answerLimit));
+            portal::readSettings({commonSettings, gtkSettings}));
         connect(
             m_answer.get(), &QDBusPendingCallWatcher::finished, this, [this] { answered(); },
             Qt::QueuedConnection);
@@ -88,10 +62,10 @@ public:
 private:
     void answered()
     {
-        const QDBusPendingReply<SettingsByNamespace> reply(*m_answer);
+        const portal::Answer reply(*m_answer);
         if (reply.isError())
             return;
-        const SettingsByNamespace all = reply.value();
+        const portal::SettingsByNamespace all = reply.value();
         for (auto group = all.begin(); group != all.end(); ++group) {
             for (auto entry = group->begin(); entry != group->end(); ++entry)
                 take(group.key(), entry.key(), entry.value());
@@ -101,7 +75,7 @@ private:
 
     void take(const QString &nameSpace, const QString &key, const QVariant &wrapped)
     {
-        const QVariant value = unwrapped(wrapped);
+        const QVariant value = portal::unwrapped(wrapped);
         if (nameSpace == commonSettings && key == "color-scheme"_L1) {
             const uint scheme = value.toUInt();
             m_now.prefersDark.reset();
@@ -126,9 +100,9 @@ private:
     void stop() override
     {
         m_answer.reset();
-        QDBusConnection::sessionBus().disconnect(portalName, portalPath, settingsInterface,
-                                                 u"SettingChanged"_s, &m_portal,
-                                                 SLOT(changed(QString, QString, QDBusVariant)));
+        QDBusConnection::sessionBus().disconnect(
+            portal::service, portal::path, portal::settingsInterface, u"SettingChanged"_s,
+            &m_portal, SLOT(changed(QString, QString, QDBusVariant)));
     }
 
     std::function<void(const platform::DesktopAppearance &)> m_changed;

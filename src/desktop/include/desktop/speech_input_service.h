@@ -33,6 +33,9 @@ public:
     std::function<void(bool)> onStateChange;
     // A message for the user.
     std::function<void(const QString &)> onError;
+    // The same, where the desktop keeps the microphone from this program: its
+    // settings may help.
+    std::function<void(const QString &)> onRefused;
 
     // A dictation is under way, or the permission for it is awaited.
     bool isListening() const { return m_isListening; }
@@ -55,7 +58,7 @@ private:
     void deliver(const QString &text, bool final, const std::optional<QString> &error);
     static std::optional<QString> errorOf(platform::RecognitionResult::Failure failure);
     void microphoneFailed(platform::AudioInput::Failure failure);
-    void refuse(const QString &message);
+    void giveUp(const std::function<void(const QString &)> &tell, const QString &message);
     void teardown();
     void setListening(bool isListening);
 

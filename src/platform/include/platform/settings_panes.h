@@ -3,7 +3,7 @@
 namespace nivora::platform {
 
 // Parts of the desktop's own settings program.
-enum class SettingsPane { Accessibility, ScreenRecording, Keyboard };
+enum class SettingsPane { Accessibility, ScreenRecording, Microphone };
 
 class SettingsPanes
 {

@@ -1,5 +1,7 @@
 #include "platform_linux/portal_appearance.h"
+#include "platform_linux/portal_audio_input.h"
 
+#include "platform_memory/memory_audio_input.h"
 #include "support/desktop_session.h"
 
 #include <QDBusConnection>
@@ -17,6 +19,8 @@ namespace {
 
 const auto common = u"org.freedesktop.appearance"_s;
 const auto scheme = u"color-scheme"_s;
+const auto privacy = u"org.gnome.desktop.privacy"_s;
+const auto disableMicrophone = u"disable-microphone"_s;
 
 } // namespace
 
@@ -36,7 +40,7 @@ Q_SIGNALS:
     void SettingChanged(const QString &group, const QString &key, const QDBusVariant &value);
 };
 
-class TestPortalAppearance : public QObject
+class TestPortal : public QObject
 {
     Q_OBJECT
 
@@ -63,10 +67,7 @@ private Q_SLOTS:
         Portal portal;
         portal.settings[common][scheme] = 1U;
         portal.settings[u"org.gnome.desktop.interface"_s][u"enable-animations"_s] = false;
-        auto bus = QDBusConnection::connectToBus(m_session.busAddress(), u"portal"_s);
-        QVERIFY(bus.registerObject(u"/org/freedesktop/portal/desktop"_s, &portal,
-                                   QDBusConnection::ExportAllContents));
-        QVERIFY(bus.registerService(u"org.freedesktop.portal.Desktop"_s));
+        offer(portal);
         auto watch = appearance.watch([&](const auto &now) { told.push_back(now); });
         QTRY_COMPARE(told.size(), 1U);
         QCOMPARE(told.back(), (DesktopAppearance{true, true}));
@@ -84,9 +85,50 @@ private Q_SLOTS:
         QCOMPARE(told.size(), 3U);
     }
 
+    void keepsTheMicrophoneWhereTheUserSwitchedItOff_data()
+    {
+        QTest::addColumn<QVariant>("disabled"); // invalid: there is no portal
+        QTest::addColumn<bool>("microphoneGrants");
+        QTest::addColumn<bool>("granted");
+        QTest::newRow("switched off") << QVariant(true) << true << false;
+        QTest::newRow("switched on") << QVariant(false) << true << true;
+        QTest::newRow("switched on, refused all the same") << QVariant(false) << false << false;
+        QTest::newRow("no portal") << QVariant() << true << true;
+    }
+
+    void keepsTheMicrophoneWhereTheUserSwitchedItOff()
+    {
+        QFETCH(const QVariant, disabled);
+        QFETCH(const bool, microphoneGrants);
+        QFETCH(const bool, granted);
+        Portal portal;
+        if (disabled.isValid()) {
+            portal.settings[privacy][disableMicrophone] = disabled;
+            offer(portal);
+        }
+        memory::MemoryAudioInput microphone;
+        microphone.setGrants(microphoneGrants);
+        std::vector<bool> answers;
+        const auto request =
+            linuxdesktop::PortalAudioInput(microphone).requestAccess([&](bool answer) {
+                answers.push_back(answer);
+            });
+        QTRY_COMPARE(answers, std::vector{granted});
+    }
+
+    void cleanup() { QDBusConnection::disconnectFromBus(u"portal"_s); }
+
 private:
+    void offer(Portal &portal)
+    {
+        auto bus = QDBusConnection::connectToBus(m_session.busAddress(), u"portal"_s);
+        QVERIFY(bus.registerObject(u"/org/freedesktop/portal/desktop"_s, &portal,
+                                   QDBusConnection::ExportAllContents));
+        QVERIFY(bus.registerService(u"org.freedesktop.portal.Desktop"_s));
+    }
+
     test::DesktopSession m_session;
 };
 
-QTEST_GUILESS_MAIN(TestPortalAppearance)
-#include "tst_portal_appearance.moc"
+QTEST_GUILESS_MAIN(TestPortal)
+#include "tst_portal.moc"
