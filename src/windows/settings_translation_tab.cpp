@@ -1,5 +1,6 @@
 #include "settings_translation_tab.h"
 
+#include "editor_binding.h"
 #include "glossary_settings_section.h"
 #include "panel_button.h"
 #include "settings_backend_section.h"
@@ -57,19 +58,14 @@ void SettingsTranslationTab::addTemplate()
     line->addStretch();
     section->addBlock(content);
 
-    const auto renderText = [this, editor] {
-        showProgrammatically(*editor, m_settings.byoPromptTemplate.value());
-    };
+    auto *text = new EditorBinding(
+        *editor, [this](const QString &edited) { m_settings.byoPromptTemplate.set(edited); });
+    const auto renderText = [this, text] { text->show(m_settings.byoPromptTemplate.value()); };
     const auto renderPresence = [this, section] {
         section->setVisible(m_settings.useCustomBackend.value());
     };
     connect(&m_settings.byoPromptTemplate, &SettingNotifier::changed, editor, renderText);
     connect(&m_settings.useCustomBackend, &SettingNotifier::changed, section, renderPresence);
-    connect(editor, &QPlainTextEdit::textChanged, this, [this, editor] {
-        // A preedit of an input method changes the document, but not the text.
-        if (editor->toPlainText() != m_settings.byoPromptTemplate.value())
-            m_settings.byoPromptTemplate.set(editor->toPlainText());
-    });
     connect(restore, &PanelButton::clicked, this,
             [this] { m_settings.byoPromptTemplate.set(SettingsStore::defaultPromptTemplate()); });
     renderText();
