@@ -83,6 +83,14 @@ function(nivora_module name)
     nivora_use_precompiled_header(${target} ${arg_WIDGETS})
 endfunction()
 
+# A program that only the product starts: it finds it from its own folder, in the
+# build tree as in an installation.
+function(nivora_helper target)
+    set_target_properties(${target} PROPERTIES
+        RUNTIME_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/${CMAKE_INSTALL_LIBEXECDIR}/nivora")
+    install(TARGETS ${target} RUNTIME DESTINATION "${CMAKE_INSTALL_LIBEXECDIR}/nivora")
+endfunction()
+
 function(nivora_test module unit)
     cmake_parse_arguments(PARSE_ARGV 2 arg "WIDGETS" "TIMEOUT" "DEPENDS;LIBS;LABELS")
     set(target tst_${module}_${unit})

@@ -211,8 +211,9 @@ private:
 
         bool start()
         {
-            const QString program =
-                QFileInfo(Product::program()).dir().filePath(u"nivora-screencapture"_s);
+            const QString program = QFileInfo(Product::program())
+                                        .dir()
+                                        .filePath(u"../libexec/nivora/nivora-screencapture"_s);
             tool =
                 started ? session.launch(program, {u"-i"_s, u"-x"_s, path}, environment) : nullptr;
             return tool;

@@ -53,7 +53,8 @@ public:
                 end(false);
             });
         }
-        m_process->start(QCoreApplication::applicationDirPath() + u'/' + program.name,
+        m_process->start(QCoreApplication::applicationDirPath() +
+                             QStringLiteral("/" NIVORA_HELPERS "/") + program.name,
                          program.arguments);
         m_process->write(program.input);
         m_process->closeWriteChannel();

@@ -14,7 +14,7 @@
 
 namespace nivora::linuxdesktop {
 
-// One of the product's own small programs, which lie beside it, run once.
+// One of the product's own small programs, its helpers, run once.
 struct Program
 {
     QString name;
