@@ -20,7 +20,7 @@ private Q_SLOTS:
         DBusApplication application;
         std::optional<DBusApplication::Role> role;
         const platform::Task acquisition =
-            application.acquire([&](DBusApplication::Role given) { role = given; });
+            application.acquire({}, [&](DBusApplication::Role given) { role = given; });
         QVERIFY(!role); // never at once
         QTRY_VERIFY(role);
         QVERIFY(*role == DBusApplication::Role::Primary);
