@@ -9,6 +9,7 @@
 #include "platform/clipboard.h"
 #include "platform/log.h"
 
+#include <QLocale>
 #include <QScopedValueRollback>
 
 using namespace Qt::Literals::StringLiterals;
@@ -32,8 +33,9 @@ AppCoordinator::AppCoordinator(const platform::Services &services, const QUrl &c
     , m_keychain(services.secrets)
     , m_settings(services.preferences, m_keychain, cloudEndpoint)
     , m_usageStore(services.preferences)
-    , m_account(services.preferences, m_keychain, services.webBrowser, {m_network, cloudEndpoint},
-                interfaceLanguage(userLanguages(services.preferences)))
+    , m_account(
+          services.preferences, m_keychain, services.webBrowser, {m_network, cloudEndpoint},
+          interfaceLanguage(m_settings.appLanguageRaw.value(), QLocale::system().uiLanguages()))
     , m_selectionService(services)
     , m_insertionService(services)
     , m_permissions(services.settingsPanes)
@@ -68,7 +70,7 @@ AppCoordinator::AppCoordinator(const platform::Services &services, const QUrl &c
                         .relaunch = [] { AppEnvironment::relaunch(); }})
     , m_hotKey(services.keyEventTap)
     , m_carbonHotKey(services.hotKey)
-    , m_updates(services, updateEndpoint)
+    , m_updates(services, m_settings, updateEndpoint)
 {
 }
 

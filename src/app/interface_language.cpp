@@ -1,22 +1,20 @@
 #include "app/interface_language.h"
 
-#include "platform/preferences.h"
-
 #include <QLocale>
+
+#include <algorithm>
+#include <array>
 
 using namespace Qt::Literals::StringLiterals;
 
 namespace nivora {
 
-QStringList userLanguages(const platform::Preferences &preferences)
+QString interfaceLanguage(const QString &choice, const QStringList &desktopLanguages)
 {
-    return preferences.strings(u"AppleLanguages"_s).value_or(QStringList()) +
-           QLocale::system().uiLanguages();
-}
-
-QString interfaceLanguage(const QStringList &languages)
-{
-    for (const QString &each : languages) {
+    constexpr std::array codes{"zh-Hans"_L1, "zh-Hant"_L1, "ja"_L1, "en"_L1};
+    if (std::ranges::find(codes, choice) != codes.end())
+        return choice;
+    for (const QString &each : desktopLanguages) {
         const QLocale locale(each); // knows the usual script of a country
         switch (locale.language()) {
         case QLocale::Chinese:
@@ -31,18 +29,6 @@ QString interfaceLanguage(const QStringList &languages)
         }
     }
     return u"en"_s;
-}
-
-QLocale interfaceLocale(const QString &language, const QLocale &desktop)
-{
-    const QLocale usual(language);
-    if (desktop.language() == usual.language() && desktop.script() == usual.script())
-        return desktop;
-    // The C locale stands for no country.
-    if (desktop.language() == QLocale::C)
-        return usual;
-    const QLocale ofCountry(usual.language(), usual.script(), desktop.territory());
-    return ofCountry.script() == usual.script() ? ofCountry : usual;
 }
 
 } // namespace nivora

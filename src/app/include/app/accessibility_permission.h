@@ -2,10 +2,9 @@
 
 #include "platform/task.h"
 
-#include <QCoreApplication>
-#include <QString>
-
 #include <functional>
+
+class QString;
 
 namespace nivora {
 
@@ -20,8 +19,6 @@ class Accessibility;
 // there, asks for it and waits for it. Only one question is open at a time.
 class AccessibilityPermission
 {
-    Q_DECLARE_TR_FUNCTIONS(AccessibilityPermission)
-
 public:
     // The borrowed objects outlive this one.
     AccessibilityPermission(platform::Accessibility &accessibility, PermissionsManager &settings,
