@@ -34,6 +34,7 @@ ContextPopover::ContextPopover(TranslationViewModel &session, platform::WindowSy
     auto *note = new NoteLabel(notePixels, this);
     note->setText(tr("回复对方消息时，填入对方的话作为语境，译文更贴切"));
     note->setWordWrap(true);
+    note->lower(); // read out before the editor, which was made first
     m_editor->setFixedHeight(editorHeight);
     m_editor->setPlaceholderText(tr("背景（可选，如对方的消息）"));
     m_editor->setAccessibleName(m_editor->placeholderText());

@@ -74,6 +74,7 @@ QWidget *FeedbackForm::makeQuestion()
     m_comment->setAccessibleName(m_comment->placeholderText());
     m_failure = new QLabel(tr("提交失败，请稍后再试"), page);
     m_failure->setFont(textFont(textPixels));
+    auto *note = makeNote(tr("反馈经审核有效后，双倍返还本次消耗的额度。"), page);
     m_cancel = new PanelButton(PanelButton::Look::Plain, page);
     m_cancel->setText(tr("取消"));
     m_submit = new PanelButton(PanelButton::Look::Prominent, page);
@@ -88,7 +89,7 @@ QWidget *FeedbackForm::makeQuestion()
     column->addWidget(m_reason);
     column->addWidget(m_comment);
     column->addWidget(m_failure);
-    column->addWidget(makeNote(tr("反馈经审核有效后，双倍返还本次消耗的额度。"), page));
+    column->addWidget(note);
     column->addLayout(buttons);
 
     connect(m_submit, &PanelButton::clicked, this, &FeedbackForm::submit);

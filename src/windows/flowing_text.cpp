@@ -231,7 +231,7 @@ void FlowingText::contextMenuEvent(QContextMenuEvent *event)
 
 void FlowingText::focusInEvent(QFocusEvent *event)
 {
-    m_ring = isFromKeyboard(*event);
+    m_ring = wantsRing(*event, m_ring);
     Q_EMIT ringChanged();
 }
 

@@ -6,10 +6,23 @@
 
 namespace nivora {
 
-bool isFromKeyboard(const QFocusEvent &event)
+bool wantsRing(const QFocusEvent &event, bool before)
 {
-    return event.reason() == Qt::TabFocusReason || event.reason() == Qt::BacktabFocusReason ||
-           event.reason() == Qt::ShortcutFocusReason;
+    switch (event.reason()) {
+    case Qt::TabFocusReason:
+    case Qt::BacktabFocusReason:
+    case Qt::ShortcutFocusReason:
+        return true;
+    case Qt::ActiveWindowFocusReason:
+    case Qt::PopupFocusReason:
+    case Qt::MenuBarFocusReason:
+        return before;
+    case Qt::MouseFocusReason:
+    case Qt::OtherFocusReason:
+    case Qt::NoFocusReason:
+        break;
+    }
+    return false;
 }
 
 void drawFocusRing(QPainter &painter, const QRectF &frame, const QPalette &palette)

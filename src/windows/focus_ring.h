@@ -8,8 +8,9 @@ class QPalette;
 
 namespace nivora {
 
-// Whether the keyboard brought the focus: only then it is worth a ring.
-bool isFromKeyboard(const QFocusEvent &event);
+// Whether a control that got the focus shows a ring: only if the keyboard brought it
+// there. One that has it back from a menu or another window is as it was `before`.
+bool wantsRing(const QFocusEvent &event, bool before);
 
 void drawFocusRing(QPainter &painter, const QRectF &frame, const QPalette &palette);
 

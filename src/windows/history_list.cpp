@@ -308,7 +308,7 @@ void HistoryList::keyPressEvent(QKeyEvent *event)
 
 void HistoryList::focusInEvent(QFocusEvent *event)
 {
-    m_ring = isFromKeyboard(*event);
+    m_ring = wantsRing(*event, m_ring);
     if (m_ring && !currentIndex().isValid())
         setCurrentIndex(m_model.index(0));
     QListView::focusInEvent(event);

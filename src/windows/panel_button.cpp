@@ -180,7 +180,7 @@ void PanelButton::keyPressEvent(QKeyEvent *event)
 
 void PanelButton::focusInEvent(QFocusEvent *event)
 {
-    m_ring = isFromKeyboard(*event);
+    m_ring = wantsRing(*event, m_ring);
     QAbstractButton::focusInEvent(event);
 }
 

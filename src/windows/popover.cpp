@@ -50,7 +50,8 @@ void Popover::openAt(QWidget &control, QWidget &first)
     // The control moves within the panel, and with it.
     for (QWidget *each = &control; each; each = each->parentWidget())
         each->installEventFilter(this);
-    first.setFocus(Qt::PopupFocusReason);
+    const bool byKeyboard = control.window()->testAttribute(Qt::WA_KeyboardFocusChange);
+    first.setFocus(byKeyboard ? Qt::TabFocusReason : Qt::PopupFocusReason);
     present(place());
 }
 

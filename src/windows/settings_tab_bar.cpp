@@ -92,7 +92,7 @@ bool SettingsTabBar::event(QEvent *event)
 
 void SettingsTabBar::focusInEvent(QFocusEvent *event)
 {
-    m_ring = isFromKeyboard(*event);
+    m_ring = wantsRing(*event, m_ring);
     QTabBar::focusInEvent(event);
 }
 

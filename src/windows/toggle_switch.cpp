@@ -83,7 +83,7 @@ void ToggleSwitch::keyPressEvent(QKeyEvent *event)
 
 void ToggleSwitch::focusInEvent(QFocusEvent *event)
 {
-    m_ring = isFromKeyboard(*event);
+    m_ring = wantsRing(*event, m_ring);
     QAbstractButton::focusInEvent(event);
 }
 

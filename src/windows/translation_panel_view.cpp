@@ -9,6 +9,8 @@
 #include "session/translation_view_model.h"
 
 #include <QEvent>
+#include <QGuiApplication>
+#include <QInputMethod>
 #include <QMouseEvent>
 #include <QShortcut>
 #include <QVBoxLayout>
@@ -49,6 +51,8 @@ TranslationPanelView::TranslationPanelView(TranslationViewModel &session,
     for (const auto key : {Qt::Key_Return, Qt::Key_Enter}) {
         auto *shortcut = new QShortcut(QKeySequence(Qt::CTRL | key), this);
         connect(shortcut, &QShortcut::activated, this, [this] {
+            // What is still being composed belongs to the text.
+            QGuiApplication::inputMethod()->commit();
             if (!m_compose->triggerTranslate())
                 m_footer->triggerPrimaryAction();
         });
@@ -68,6 +72,7 @@ void TranslationPanelView::reset()
     m_dragStart.reset();
     closePopovers();
     m_result->reset();
+    window()->setAttribute(Qt::WA_KeyboardFocusChange, false);
     focusWhereWorkGoesOn(Qt::OtherFocusReason);
 }
 

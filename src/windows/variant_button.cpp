@@ -79,7 +79,7 @@ void VariantButton::keyPressEvent(QKeyEvent *event)
 
 void VariantButton::focusInEvent(QFocusEvent *event)
 {
-    m_ring = isFromKeyboard(*event);
+    m_ring = wantsRing(*event, m_ring);
     QAbstractButton::focusInEvent(event);
 }
 
