@@ -1,5 +1,7 @@
 #include "road.h"
 
+#include "support/settings_portal.h"
+
 #include "localcloud/event_stream.h"
 
 #include <QTest>
@@ -114,6 +116,29 @@ private Q_SLOTS:
         road.user->press({XK_x});
         QVERIFY2(road.editor->waitForText(u"请发一下报价x"_s, patience),
                  qUtf8Printable(road.editor->text()));
+    }
+
+    void followsTheDesktopsColours()
+    {
+        Road road;
+        QVERIFY2(road.begin(), qUtf8Printable(road.problem()));
+        road.server.enqueue(localcloud::eventStream({u"見積もり"_s}));
+        QVERIFY2(road.open(Editor::Toolkit::Gtk, u"请发一下报价"_s),
+                 qUtf8Printable(road.problem()));
+        road.pull(Trigger::DoubleShift);
+        const auto panel = road.product->waitForPanel(patience);
+        QVERIFY2(panel, qUtf8Printable(road.problem()));
+        const auto isDark = [&] {
+            const QPoint ground = panel->geometry.topLeft() + QPoint(200, 15);
+            return road.user->picture({ground, QSize(1, 1)}).pixelColor(0, 0).lightness() < 128;
+        };
+        QVERIFY(waitUntil([&] { return !isDark(); }, patience));
+        SettingsPortal portal(road.session.busAddress());
+        QVERIFY(portal.isValid());
+        for (const uint scheme : {1U, 2U, 1U}) {
+            portal.set(u"org.freedesktop.appearance"_s, u"color-scheme"_s, scheme);
+            QVERIFY(waitUntil([&] { return isDark() == (scheme == 1); }, patience));
+        }
     }
 
     void staysOnTheScreen()

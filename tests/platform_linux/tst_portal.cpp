@@ -3,17 +3,14 @@
 
 #include "platform_memory/memory_audio_input.h"
 #include "support/desktop_session.h"
+#include "support/settings_portal.h"
 
-#include <QDBusConnection>
-#include <QDBusMessage>
-#include <QDBusMetaType>
-#include <QDBusVariant>
 #include <QTest>
 
 using namespace Qt::Literals::StringLiterals;
 using namespace nivora;
 using platform::DesktopAppearance;
-using Settings = QMap<QString, QVariantMap>;
+using test::SettingsPortal;
 
 namespace {
 
@@ -23,22 +20,6 @@ const auto privacy = u"org.gnome.desktop.privacy"_s;
 const auto disableMicrophone = u"disable-microphone"_s;
 
 } // namespace
-
-// A desktop portal with settings that a test changes.
-class Portal : public QObject
-{
-    Q_OBJECT
-    Q_CLASSINFO("D-Bus Interface", "org.freedesktop.portal.Settings")
-
-public:
-    Settings settings;
-
-public Q_SLOTS:
-    QMap<QString, QVariantMap> ReadAll(const QStringList &) { return settings; }
-
-Q_SIGNALS:
-    void SettingChanged(const QString &group, const QString &key, const QDBusVariant &value);
-};
 
 class TestPortal : public QObject
 {
@@ -50,7 +31,6 @@ private Q_SLOTS:
         QVERIFY2(m_session.start({.windowManager = false, .accessibility = false}),
                  qUtf8Printable(m_session.error()));
         qputenv("DBUS_SESSION_BUS_ADDRESS", m_session.busAddress().toUtf8());
-        qDBusRegisterMetaType<Settings>();
     }
 
     void tellsTheChoiceAndEachChange()
@@ -64,23 +44,23 @@ private Q_SLOTS:
             QVERIFY(told.empty());
         }
 
-        Portal portal;
-        portal.settings[common][scheme] = 1U;
-        portal.settings[u"org.gnome.desktop.interface"_s][u"enable-animations"_s] = false;
-        offer(portal);
+        SettingsPortal portal(m_session.busAddress(), {{common, {{scheme, 1U}}},
+                                                       {u"org.gnome.desktop.interface"_s,
+                                                        {{u"enable-animations"_s, false}}}});
+        QVERIFY(portal.isValid());
         auto watch = appearance.watch([&](const auto &now) { told.push_back(now); });
         QTRY_COMPARE(told.size(), 1U);
         QCOMPARE(told.back(), (DesktopAppearance{true, true}));
 
-        Q_EMIT portal.SettingChanged(common, scheme, QDBusVariant(2U));
+        portal.set(common, scheme, 2U);
         QTRY_COMPARE(told.size(), 2U);
         QCOMPARE(told.back(), (DesktopAppearance{false, true}));
-        Q_EMIT portal.SettingChanged(common, scheme, QDBusVariant(0U));
+        portal.set(common, scheme, 0U);
         QTRY_COMPARE(told.size(), 3U);
         QCOMPARE(told.back(), (DesktopAppearance{std::nullopt, true}));
 
         watch.cancel();
-        Q_EMIT portal.SettingChanged(common, scheme, QDBusVariant(1U));
+        portal.set(common, scheme, 1U);
         QTest::qWait(100);
         QCOMPARE(told.size(), 3U);
     }
@@ -101,11 +81,10 @@ private Q_SLOTS:
         QFETCH(const QVariant, disabled);
         QFETCH(const bool, microphoneGrants);
         QFETCH(const bool, granted);
-        Portal portal;
-        if (disabled.isValid()) {
-            portal.settings[privacy][disableMicrophone] = disabled;
-            offer(portal);
-        }
+        std::optional<SettingsPortal> portal;
+        if (disabled.isValid())
+            portal.emplace(m_session.busAddress(),
+                           SettingsPortal::Settings{{privacy, {{disableMicrophone, disabled}}}});
         memory::MemoryAudioInput microphone;
         microphone.setGrants(microphoneGrants);
         std::vector<bool> answers;
@@ -116,17 +95,7 @@ private Q_SLOTS:
         QTRY_COMPARE(answers, std::vector{granted});
     }
 
-    void cleanup() { QDBusConnection::disconnectFromBus(u"portal"_s); }
-
 private:
-    void offer(Portal &portal)
-    {
-        auto bus = QDBusConnection::connectToBus(m_session.busAddress(), u"portal"_s);
-        QVERIFY(bus.registerObject(u"/org/freedesktop/portal/desktop"_s, &portal,
-                                   QDBusConnection::ExportAllContents));
-        QVERIFY(bus.registerService(u"org.freedesktop.portal.Desktop"_s));
-    }
-
     test::DesktopSession m_session;
 };
 

@@ -48,6 +48,8 @@ public:
             take(nameSpace, key, value);
             tell();
         };
+        // The library finds a slot only if it knows the slot's types by their names.
+        qRegisterMetaType<QDBusVariant>();
         QDBusConnection::sessionBus().connect(
             portal::service, portal::path, portal::settingsInterface, u"SettingChanged"_s,
             &m_portal, SLOT(changed(QString, QString, QDBusVariant)));
