@@ -1,6 +1,7 @@
 #include "app/nivora_app.h"
 
 #include "app/app_coordinator.h"
+#include "app/missing_tray_note.h"
 
 #include "windows/menu_content.h"
 #include "windows/tray_icon.h"
@@ -49,6 +50,7 @@ struct NivoraApp::Parts
         , coordinator(services, where.cloudEndpoint, where.updateEndpoint)
         , menu(QCoreApplication::applicationVersion())
         , tray(menu, services.trayHosts)
+        , missingTray(tray, services.preferences)
     {
     }
 
@@ -57,6 +59,7 @@ struct NivoraApp::Parts
     AppCoordinator coordinator;
     MenuContent menu;
     TrayIcon tray;
+    MissingTrayNote missingTray;
     platform::Task page;
 };
 
@@ -83,6 +86,7 @@ NivoraApp::~NivoraApp() = default;
 void NivoraApp::start()
 {
     m_parts->tray.show();
+    m_parts->missingTray.start();
     m_parts->coordinator.start();
     renderMenu();
 }
