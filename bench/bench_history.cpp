@@ -1,5 +1,6 @@
+#include "long_history.h"
+
 #include "stores/glossary_store.h"
-#include "stores/history_store.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -7,7 +8,6 @@
 #include <QTemporaryDir>
 
 #include <benchmark/benchmark.h>
-#include <sqlite3.h>
 
 using namespace nivora;
 using namespace Qt::Literals::StringLiterals;
@@ -19,44 +19,12 @@ QString source(qint64 number)
     return u"我们明天上午十点在会议室讨论第%1季度的预算安排，请准时参加。"_s.arg(number);
 }
 
-// A history of `rows` sentences, made anew for each program run.
-class History
+bench::LongHistory &history(benchmark::State &state)
 {
-public:
-    explicit History(qint64 rows)
-        : m_path(m_folder.path() + u"/Nivora/history.sqlite"_s)
-        , m_store([] { return true; }, m_path)
-    {
-        sqlite3 *database = nullptr;
-        sqlite3_open(QFile::encodeName(m_path).constData(), &database);
-        const QByteArray fill =
-            "PRAGMA synchronous=OFF; BEGIN;"
-            "WITH RECURSIVE c(x) AS (SELECT 0 UNION ALL SELECT x+1 FROM c WHERE x+1<" +
-            QByteArray::number(rows) +
-            ") INSERT INTO history SELECT "
-            "printf('%08X-0000-4000-8000-%012X',(x*2654435761)%4294967296,x),1600000000+x*0.1,"
-            "'我们明天上午十点在会议室讨论第'||x||'季度的预算安排，请准时参加。',"
-            "'明日の午前10時に会議室で第'||x||'四半期の予算について話し合います。ご参加ください。',"
-            "'chinese','japanese' FROM c; COMMIT;";
-        sqlite3_exec(database, fill.constData(), nullptr, nullptr, nullptr);
-        sqlite3_close(database);
-    }
-
-    HistoryStore &store() { return m_store; }
-    const QString &path() const { return m_path; }
-
-private:
-    QTemporaryDir m_folder;
-    QString m_path;
-    HistoryStore m_store;
-};
-
-History &history(benchmark::State &state)
-{
-    static std::map<qint64, std::unique_ptr<History>> histories;
+    static std::map<qint64, std::unique_ptr<bench::LongHistory>> histories;
     auto &history = histories[state.range(0)];
     if (!history)
-        history = std::make_unique<History>(state.range(0));
+        history = std::make_unique<bench::LongHistory>(state.range(0));
     return *history;
 }
 

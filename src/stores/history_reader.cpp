@@ -12,6 +12,9 @@ namespace nivora {
 namespace {
 
 constexpr auto readPatience = 1s;
+// Of the texts, together: 64 MiB in memory. Two thousand entries of usual length
+// have a hundredth of it.
+constexpr qsizetype mostCharacters = 32 * 1024 * 1024;
 constexpr char countRows[] = "SELECT COUNT(*) FROM history;";
 constexpr char listFound[] = "SELECT id,ts,source,translation,from_lang,to_lang FROM history "
                              "WHERE source LIKE ?1 OR translation LIKE ?1 ORDER BY ts DESC LIMIT ";
@@ -59,8 +62,10 @@ HistoryList readHistory(const QString &path, const QString &search, int limit,
     if (!search.isEmpty())
         rows.bind(1, u'%' + search + u'%');
     list.entries.emplace();
-    while (rows.step())
-        list.entries->push_back(entryFrom(rows));
+    for (qsizetype characters = 0; characters < mostCharacters && rows.step();) {
+        const HistoryEntry &entry = list.entries->emplace_back(entryFrom(rows));
+        characters += entry.sourceText.size() + entry.translation.size();
+    }
     list.isDamaged |= isDamage(rows.result());
     return list;
 }

@@ -16,7 +16,8 @@ struct HistoryList
     bool isDamaged = false; // the file, so that rows may be missing
 };
 
-// Counts the rows and reads the newest `limit` that match. Takes seconds for a
+// Counts the rows and reads the newest `limit` that match, or fewer where their
+// texts are so long that they would fill the memory. Takes seconds for a
 // very long history, so it has a connection of its own and is for a worker;
 // it ends early once `interrupted` gives true.
 HistoryList readHistory(const QString &path, const QString &search, int limit,

@@ -38,10 +38,11 @@ void TrayIcon::makeIcon()
     m_icon = std::make_unique<QSystemTrayIcon>(letterIcon(m_marked));
     m_icon->setToolTip(u"Nivora"_s);
     m_icon->setContextMenu(m_menu.get());
-    // There is nothing else to do with it, so any button will do.
+    // There is nothing else to do with it, so any button will do, and two quick
+    // clicks are no other wish than one.
     connect(m_icon.get(), &QSystemTrayIcon::activated, this,
             [this](QSystemTrayIcon::ActivationReason reason) {
-                if (reason == QSystemTrayIcon::Trigger)
+                if (reason != QSystemTrayIcon::Context)
                     m_menu->popup(QCursor::pos());
             });
     m_icon->show();

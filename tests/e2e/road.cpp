@@ -33,6 +33,7 @@ bool Road::begin(const QJsonObject &preferences)
     if (!prepare())
         return false;
     QJsonObject all{{u"hasCompletedOnboarding"_s, true},
+                    {u"hasToldOfMissingTray"_s, true},
                     {u"useCustomBackend"_s, true},
                     {u"apiBaseURL"_s, server.url().toString()},
                     // A request of its own, which takes an answer from the tests.
@@ -76,6 +77,25 @@ bool Road::press(const QString &name) const
 {
     const auto control = product->waitForControl(name, patience);
     return control && control->press();
+}
+
+bool Road::choose(const std::vector<int> &entries)
+{
+    // A menu has neither a role nor the size of a tray icon.
+    const auto menu = [](const X11Driver::Window &window) {
+        return window.className == u"Nivora" && window.role.isEmpty() &&
+               window.geometry.width() > 80;
+    };
+    if (!user->waitForMapped(menu, patience))
+        return fail(u"there is no menu"_s);
+    for (std::size_t level = 0; level < entries.size(); ++level) {
+        if (level > 0)
+            user->press({XK_Right}); // opens on the first entry that can be chosen
+        for (int i = level > 0 ? 1 : 0; i < entries[level]; ++i)
+            user->press({XK_Down});
+    }
+    user->press({XK_Return});
+    return user->waitForGone(menu, patience) || fail(u"the menu stays"_s);
 }
 
 QString Road::prompt(qsizetype request) const

@@ -14,6 +14,7 @@
 #include <QString>
 
 #include <optional>
+#include <vector>
 
 namespace nivora::test {
 
@@ -45,6 +46,10 @@ public:
     void type(QByteArrayView text);
     // Presses the control, once it is there, as an assistive tool does.
     bool press(const QString &name) const;
+
+    // Chooses the n-th entry of the open menu that can be chosen; with more than one
+    // number, of the submenu that belongs to it.
+    bool choose(const std::vector<int> &entries);
 
     // The prompt of the n-th request: the last message that it carries.
     QString prompt(qsizetype request) const;

@@ -29,7 +29,7 @@ class HistoryStore : public QObject
     Q_OBJECT
 
 public:
-    // What is shown; the table has no limit of its own.
+    // What is shown at most; the table has no limit of its own.
     static constexpr int displayLimit = 2000;
 
     // `isEnabled` is asked at each record().
