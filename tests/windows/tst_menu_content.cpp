@@ -65,6 +65,7 @@ private Q_SLOTS:
         const auto menu = content.makeMenu();
         content.setState(state);
         const QStringList middle{u"翻译面板 Ctrl+T"_s,
+                                 u"截图翻译 Ctrl+S"_s,
                                  u"翻译历史… Ctrl+Y"_s,
                                  u"-"_s,
                                  u"设置… Ctrl+,"_s,
