@@ -38,7 +38,7 @@ set(CPACK_DEBIAN_PACKAGE_DEPENDS libglib2.0-bin)
 # tells which.
 set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "at-spi2-core, \
 default-dbus-session-bus | dbus-session-bus, gnome-keyring | libkf5wallet-bin | keepassxc, \
-mecab-ipadic-utf8, speech-dispatcher, tesseract-ocr-chi-sim, tesseract-ocr-chi-tra, \
+mecab-ipadic-utf8, qt6-translations-l10n, speech-dispatcher, tesseract-ocr-chi-sim, tesseract-ocr-chi-tra, \
 tesseract-ocr-eng, tesseract-ocr-jpn, xdg-utils")
 set(CPACK_DEBIAN_PACKAGE_SUGGESTS "fonts-noto-cjk, pocketsphinx-en-us, tesseract-ocr-jpn-vert")
 

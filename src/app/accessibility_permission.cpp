@@ -8,8 +8,6 @@
 #include "platform/accessibility.h"
 #include "platform/log.h"
 
-#include <QCoreApplication>
-
 using namespace Qt::Literals::StringLiterals;
 using namespace std::chrono_literals;
 
@@ -20,11 +18,6 @@ namespace {
 constexpr auto period = 1500ms;
 // From the request to switch accessibility on to the word that it cannot be had.
 constexpr auto bound = 3000ms;
-
-QString tr(const char *text)
-{
-    return QCoreApplication::translate("AccessibilityPermission", text);
-}
 
 } // namespace
 

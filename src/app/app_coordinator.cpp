@@ -9,7 +9,6 @@
 #include "platform/clipboard.h"
 #include "platform/log.h"
 
-#include <QLocale>
 #include <QScopedValueRollback>
 
 using namespace Qt::Literals::StringLiterals;
@@ -33,9 +32,8 @@ AppCoordinator::AppCoordinator(const platform::Services &services, const QUrl &c
     , m_keychain(services.secrets)
     , m_settings(services.preferences, m_keychain, cloudEndpoint)
     , m_usageStore(services.preferences)
-    , m_account(
-          services.preferences, m_keychain, services.webBrowser, {m_network, cloudEndpoint},
-          interfaceLanguage(m_settings.appLanguageRaw.value(), QLocale::system().uiLanguages()))
+    , m_account(services.preferences, m_keychain, services.webBrowser, {m_network, cloudEndpoint},
+                interfaceLanguage(userLanguages(services.preferences)))
     , m_selectionService(services)
     , m_insertionService(services)
     , m_permissions(services.settingsPanes)
@@ -70,7 +68,7 @@ AppCoordinator::AppCoordinator(const platform::Services &services, const QUrl &c
                         .relaunch = [] { AppEnvironment::relaunch(); }})
     , m_hotKey(services.keyEventTap)
     , m_carbonHotKey(services.hotKey)
-    , m_updates(services, m_settings, updateEndpoint)
+    , m_updates(services, updateEndpoint)
 {
 }
 

@@ -1,20 +1,22 @@
 #include "app/interface_language.h"
 
-#include <QLocale>
+#include "platform/preferences.h"
 
-#include <algorithm>
-#include <array>
+#include <QLocale>
 
 using namespace Qt::Literals::StringLiterals;
 
 namespace nivora {
 
-QString interfaceLanguage(const QString &choice, const QStringList &desktopLanguages)
+QStringList userLanguages(const platform::Preferences &preferences)
 {
-    constexpr std::array codes{"zh-Hans"_L1, "zh-Hant"_L1, "ja"_L1, "en"_L1};
-    if (std::ranges::find(codes, choice) != codes.end())
-        return choice;
-    for (const QString &each : desktopLanguages) {
+    return preferences.strings(u"AppleLanguages"_s).value_or(QStringList()) +
+           QLocale::system().uiLanguages();
+}
+
+QString interfaceLanguage(const QStringList &languages)
+{
+    for (const QString &each : languages) {
         const QLocale locale(each); // knows the usual script of a country
         switch (locale.language()) {
         case QLocale::Chinese:
@@ -29,6 +31,18 @@ QString interfaceLanguage(const QString &choice, const QStringList &desktopLangu
         }
     }
     return u"en"_s;
+}
+
+QLocale interfaceLocale(const QString &language, const QLocale &desktop)
+{
+    const QLocale usual(language);
+    if (desktop.language() == usual.language() && desktop.script() == usual.script())
+        return desktop;
+    // The C locale stands for no country.
+    if (desktop.language() == QLocale::C)
+        return usual;
+    const QLocale ofCountry(usual.language(), usual.script(), desktop.territory());
+    return ofCountry.script() == usual.script() ? ofCountry : usual;
 }
 
 } // namespace nivora

@@ -1,7 +1,9 @@
 #include "app/nivora_app.h"
 
 #include "app/app_coordinator.h"
+#include "app/interface_language.h"
 #include "app/missing_tray_note.h"
+#include "app/translations.h"
 
 #include "windows/menu_content.h"
 #include "windows/tray_icon.h"
@@ -46,6 +48,7 @@ struct NivoraApp::Parts
 {
     Parts(const platform::Services &services, const Deployment &where)
         : deployment(where)
+        , translations(interfaceLanguage(userLanguages(services.preferences)))
         , browser(services.webBrowser)
         , coordinator(services, where.cloudEndpoint, where.updateEndpoint)
         , menu(QCoreApplication::applicationVersion())
@@ -55,6 +58,7 @@ struct NivoraApp::Parts
     }
 
     Deployment deployment;
+    Translations translations; // before anything that has a text
     platform::WebBrowser &browser;
     AppCoordinator coordinator;
     MenuContent menu;

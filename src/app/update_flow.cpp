@@ -1,33 +1,19 @@
 #include "app/update_flow.h"
 
-#include "stores/settings_store.h"
+#include "app/interface_language.h"
+
 #include "windows/update_window.h"
 
 #include "platform/web_browser.h"
 
 #include <QCoreApplication>
-#include <QLocale>
 
 using namespace Qt::Literals::StringLiterals;
 using namespace std::chrono_literals;
 
 namespace nivora {
 
-namespace {
-
-// What the interface is in, then the languages of the desktop.
-QStringList userLanguages(const SettingsStore &settings)
-{
-    QStringList languages = QLocale::system().uiLanguages();
-    if (const QString own = settings.appLanguageRaw.value(); own != u"system")
-        languages.prepend(own);
-    return languages;
-}
-
-} // namespace
-
-UpdateFlow::UpdateFlow(const platform::Services &services, SettingsStore &settings,
-                       const QUrl &origin)
+UpdateFlow::UpdateFlow(const platform::Services &services, const QUrl &origin)
     : m_services(services)
     , m_server(origin)
     , m_notes(m_server)
@@ -38,7 +24,7 @@ UpdateFlow::UpdateFlow(const platform::Services &services, SettingsStore &settin
                  .webBrowser = services.webBrowser,
                  .delegate = m_gentleReminders},
                 {QCoreApplication::applicationVersion(), QSysInfo::kernelVersion()})
-    , m_history(m_server, [&settings] { return userLanguages(settings); })
+    , m_history(m_server, [this] { return userLanguages(m_services.preferences); })
     , m_versionHistoryWindow(m_history, m_notes, [this](const QUrl &link) {
         m_link = m_services.webBrowser.open(link, [](bool) {});
     })

@@ -21,16 +21,16 @@ AuthError AuthError::invalidResponse()
 
 QString AuthError::errorDescription() const
 {
-    constexpr auto context = "AuthError";
     switch (m_kind) {
     case Kind::Http:
         if (!m_text.isEmpty())
             return m_text;
-        return QCoreApplication::translate(context, "登录服务返回错误 (HTTP %1)。").arg(m_status);
+        return QCoreApplication::translate("AuthError", "登录服务返回错误 (HTTP %1)。")
+            .arg(m_status);
     case Kind::Network:
-        return QCoreApplication::translate(context, "网络错误：%1").arg(m_text);
+        return QCoreApplication::translate("AuthError", "网络错误：%1").arg(m_text);
     case Kind::InvalidResponse:
-        return QCoreApplication::translate(context, "登录服务响应异常，请重试。");
+        return QCoreApplication::translate("AuthError", "登录服务响应异常，请重试。");
     }
     Q_UNREACHABLE();
 }

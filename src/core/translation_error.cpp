@@ -88,22 +88,23 @@ bool TranslationError::isTransient(NetworkFault fault)
 
 QString TranslationError::errorDescription() const
 {
-    constexpr auto context = "TranslationError";
     switch (m_kind) {
     case Kind::Http:
-        return QCoreApplication::translate(context, "服务返回错误 (HTTP %1)。",
+        return QCoreApplication::translate("TranslationError", "服务返回错误 (HTTP %1)。",
                                            "error: http status")
             .arg(m_status);
     case Kind::Network:
-        return QCoreApplication::translate(context, "网络错误：%1", "error: network").arg(m_text);
+        return QCoreApplication::translate("TranslationError", "网络错误：%1", "error: network")
+            .arg(m_text);
     case Kind::EmptyResponse:
-        return QCoreApplication::translate(context, "未收到译文，请重试。",
+        return QCoreApplication::translate("TranslationError", "未收到译文，请重试。",
                                            "error: empty response");
     case Kind::Timeout:
-        return QCoreApplication::translate(context, "请求超时（模型可能正在加载，请重试）。",
-                                           "error: timeout");
+        return QCoreApplication::translate(
+            "TranslationError", "请求超时（模型可能正在加载，请重试）。", "error: timeout");
     case Kind::CannotConnect:
-        return QCoreApplication::translate(context, "无法连接翻译服务，请检查网络或服务地址。",
+        return QCoreApplication::translate("TranslationError",
+                                           "无法连接翻译服务，请检查网络或服务地址。",
                                            "error: cannot connect");
     }
     Q_UNREACHABLE();

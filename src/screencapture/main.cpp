@@ -10,6 +10,10 @@
 #include "picture_file.h"
 #include "region_capture.h"
 
+#include "app/interface_language.h"
+#include "app/translations.h"
+
+#include "platform_linux/json_preferences.h"
 #include "platform_linux/portal_screenshot.h"
 
 #include <QGuiApplication>
@@ -57,6 +61,8 @@ int captureRegion(int argc, char *argv[], const QString &path)
     // A movement that is left out for a later one may be the one before a key.
     // Set only now: the application switches it on.
     QCoreApplication::setAttribute(Qt::AA_CompressHighFrequencyEvents, false);
+    const linuxdesktop::JsonPreferences preferences(linuxdesktop::JsonPreferences::defaultPath());
+    const Translations translations(interfaceLanguage(userLanguages(preferences)));
     RegionCapture capture(path, scale);
     QObject::connect(
         &capture, &RegionCapture::ended, &application,

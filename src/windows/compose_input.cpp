@@ -140,7 +140,7 @@ void ComposeInput::renderVoice()
 void ComposeInput::renderButton()
 {
     const bool busy = m_session.isTranslating();
-    m_translate->setText(busy ? tr("翻译中…") : tr("翻译") + u"  ⌘↩"_s);
+    m_translate->setText(busy ? tr("翻译中…") : tr("翻译  ⌘↩"));
     m_translate->setAccessibleName(busy ? tr("翻译中…") : tr("翻译"));
     m_translate->updateGeometry();
     m_translate->setEnabled(!busy && !m_session.sourceText().trimmed().isEmpty());

@@ -62,7 +62,7 @@ ReadyPage::ReadyPage(QWidget *parent)
     grid->setVerticalSpacing(14);
     grid->setColumnStretch(1, 1);
     addTrigger(*grid, 0, tr("双击 Shift"), tr("在选中文字 / 任意输入框唤起"), group);
-    addTrigger(*grid, 1, u"⌃⌥O"_s, tr("助记快捷键，效果相同"), group);
+    addTrigger(*grid, 1, tr("⌃⌥O"), tr("助记快捷键，效果相同"), group);
 
     column().addSpacing(16);
     addTitle(tr("准备就绪 🎉"));

@@ -37,16 +37,15 @@ QHBoxLayout *makeLine(QWidget *content)
 
 QString hintFor(const QString &address)
 {
-    using S = SettingsBackendSection;
     if (address.isEmpty())
-        return S::tr("未填写时，请求会发往 Nivora 云端。");
+        return SettingsBackendSection::tr("未填写时，请求会发往 Nivora 云端。");
     switch (addressProblem(address)) {
     case AddressProblem::NoScheme:
-        return S::tr("地址要以 http:// 或 https:// 开头。");
+        return SettingsBackendSection::tr("地址要以 http:// 或 https:// 开头。");
     case AddressProblem::NoHost:
-        return S::tr("地址里没有可用的主机名。");
+        return SettingsBackendSection::tr("地址里没有可用的主机名。");
     case AddressProblem::EndsInVersion:
-        return S::tr("地址已以 /v1 结尾，而请求会自己加上 v1，通常应去掉。");
+        return SettingsBackendSection::tr("地址已以 /v1 结尾，而请求会自己加上 v1，通常应去掉。");
     case AddressProblem::None:
         break;
     }

@@ -302,25 +302,30 @@ void TestAppCoordinator::thePlanIsAskedForAsTheProgramIsUsed()
 
 void TestAppCoordinator::theInterfaceHasALanguage_data()
 {
-    QTest::addColumn<QString>("choice");
-    QTest::addColumn<QStringList>("desktop");
+    QTest::addColumn<QStringList>("languages");
     QTest::addColumn<QString>("language");
-    const auto row = [](const QString &choice, const QStringList &desktop, const QString &code) {
-        QTest::newRow(qPrintable(choice + u' ' + desktop.join(u' '))) << choice << desktop << code;
+    QTest::addColumn<QString>("desktop");
+    QTest::addColumn<QString>("locale");
+    const auto row = [](const QStringList &languages, const QString &code, const QString &desktop,
+                        const QString &locale) {
+        QTest::newRow(qPrintable(languages.join(u' '))) << languages << code << desktop << locale;
     };
-    row(u"ja"_s, {u"en-US"_s}, u"ja"_s);
-    row(u"system"_s, {u"de-DE"_s, u"zh-TW"_s, u"en"_s}, u"zh-Hant"_s);
-    row(u"system"_s, {u"zh-CN"_s}, u"zh-Hans"_s);
-    row(u"system"_s, {u"zh-Hant-CN"_s}, u"zh-Hant"_s);
-    row(u"system"_s, {u"de-DE"_s, u"C"_s}, u"en"_s);
-    row(u"Klingon"_s, {u"ja-JP"_s}, u"ja"_s);
+    row({u"ja"_s, u"en-US"_s}, u"ja"_s, u"en_US"_s, u"ja_JP"_s);
+    row({u"de-DE"_s, u"zh-TW"_s, u"en"_s}, u"zh-Hant"_s, u"de_DE"_s, u"zh_TW"_s);
+    row({u"zh-HK"_s}, u"zh-Hant"_s, u"zh_HK"_s, u"zh_HK"_s);
+    row({u"zh-SG"_s}, u"zh-Hans"_s, u"zh_SG"_s, u"zh_SG"_s);
+    row({u"zh-Hant-CN"_s}, u"zh-Hant"_s, u"zh_CN"_s, u"zh_TW"_s);
+    row({u"de-DE"_s, u"C"_s}, u"en"_s, u"de_DE"_s, u"en_DE"_s);
+    row({u"Klingon"_s, u"ja-JP"_s}, u"ja"_s, u"C"_s, u"ja_JP"_s);
 }
 
 void TestAppCoordinator::theInterfaceHasALanguage()
 {
-    QFETCH(const QString, choice);
-    QFETCH(const QStringList, desktop);
-    QTEST(interfaceLanguage(choice, desktop), "language");
+    QFETCH(const QStringList, languages);
+    QFETCH(const QString, desktop);
+    const QString language = interfaceLanguage(languages);
+    QTEST(language, "language");
+    QTEST(interfaceLocale(language, QLocale(desktop)).name(), "locale");
 }
 
 void TestAppCoordinator::aSelectionIsTranslatedBesideIt()

@@ -30,7 +30,7 @@ const IncludeChecker::Rules rules{
       u"windows"_s}},
     // Programs of their own.
     {u"ocr"_s, {u"core"_s}},
-    {u"screencapture"_s, {u"platform"_s, u"platform_linux"_s, u"windows"_s}},
+    {u"screencapture"_s, {u"app"_s, u"platform"_s, u"platform_linux"_s, u"windows"_s}},
     {u"main"_s, {u"platform"_s, u"platform_linux"_s, u"app"_s}},
 };
 

@@ -180,8 +180,8 @@ void TestApplications::translatesAndPutsBack()
     const auto paste = m_application->paste();
     const bool replaces = hasText && paste == Paste::ReplacesSelection;
     const bool inserts = !hasText && paste != Paste::Unknown;
-    QCOMPARE(holds(u"⌘↩ 替换原文"_s), replaces);
-    QCOMPARE(holds(u"⌘↩ 插入到输入框"_s), inserts);
+    QCOMPARE(holds(u"Ctrl+↩ 替换原文"_s), replaces);
+    QCOMPARE(holds(u"Ctrl+↩ 插入到输入框"_s), inserts);
     if (!replaces && !inserts) {
         takeResultByHand();
         QCOMPARE(m_application->content(), before);

@@ -114,7 +114,7 @@ private Q_SLOTS:
         }
         // Where nothing is known of the element, the user may try.
         const bool isOffered = target == Target::Field || kind == Kind::Chromium;
-        QCOMPARE(road.product->control(u"⌘↩ 替换原文"_s).has_value(),
+        QCOMPARE(road.product->control(u"Ctrl+↩ 替换原文"_s).has_value(),
                  isOffered && target != Target::Password);
         if (target == Target::Field) {
             road.user->press({XK_Control_L, XK_Return});

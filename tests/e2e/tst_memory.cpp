@@ -33,7 +33,7 @@ void TestMemory::aTextIsSentOnce()
         QVERIFY2(road.product->waitForPanel(patience), qUtf8Printable(road.problem()));
         QVERIFY2(road.product->waitForTranslation(u"見積もりを送ってください"_s, patience),
                  qUtf8Printable(road.problem()));
-        QVERIFY2(road.product->waitForControl(u"⌘↩ 替换原文"_s, patience),
+        QVERIFY2(road.product->waitForControl(u"Ctrl+↩ 替换原文"_s, patience),
                  qUtf8Printable(road.problem()));
         QCOMPARE(road.server.requests().size(), 1);
         road.user->press({XK_Escape});

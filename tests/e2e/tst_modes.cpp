@@ -135,7 +135,7 @@ void TestModes::textIsComposed()
     }
     QVERIFY2(road.product->waitForTranslation(u"你好"_s, patience), qUtf8Printable(road.problem()));
     QVERIFY2(road.prompt(0).endsWith(u"\n\nhello"_s), qUtf8Printable(road.prompt(0)));
-    QVERIFY2(road.product->waitForControl(hasField ? u"⌘↩ 插入到输入框"_s : u"⌘↩ 复制"_s, patience),
+    QVERIFY2(road.product->waitForControl(hasField ? u"Ctrl+↩ 插入到输入框"_s : u"Ctrl+↩ 复制"_s, patience),
              qUtf8Printable(road.problem()));
     road.user->press({XK_Control_L, XK_Return});
     if (hasField) {
@@ -144,7 +144,7 @@ void TestModes::textIsComposed()
     } else {
         QVERIFY(road.product->waitForControl(u"已复制"_s, patience));
         QCOMPARE(road.clipboard->text(), u"你好"_s);
-        QVERIFY(road.product->waitForControl(u"⌘↩ 复制"_s, patience));
+        QVERIFY(road.product->waitForControl(u"Ctrl+↩ 复制"_s, patience));
     }
 }
 
@@ -189,7 +189,7 @@ void TestModes::aReplyIsWrittenToAPage()
     QVERIFY2(road.product->waitForTranslation(u"It is on its way."_s, patience),
              qUtf8Printable(road.problem()));
     QCOMPARE(road.prompt(1), u"语境：Please send the quotation.。\n\n已经寄出"_s);
-    QVERIFY(road.product->waitForControl(u"⌘↩ 复制，粘到回复框"_s, patience));
+    QVERIFY(road.product->waitForControl(u"Ctrl+↩ 复制，粘到回复框"_s, patience));
     road.user->press({XK_Control_L, XK_Return});
     QVERIFY(road.product->waitForControl(u"已复制，粘到回复框"_s, patience));
     QCOMPARE(road.clipboard->text(), u"It is on its way."_s);

@@ -43,7 +43,7 @@ private Q_SLOTS:
                  qUtf8Printable(road.problem()));
         QVERIFY2(road.prompt(0).endsWith(u"\n\nhello"_s), qUtf8Printable(road.prompt(0)));
 
-        QVERIFY(road.product->waitForControl(u"⌘↩ 插入到输入框"_s, patience));
+        QVERIFY(road.product->waitForControl(u"Ctrl+↩ 插入到输入框"_s, patience));
         road.user->press({XK_Control_L, XK_Return});
         QVERIFY(road.product->waitForPanelGone(patience));
         QVERIFY2(road.editor->waitForText(u"甲乙你好"_s, patience),
@@ -73,7 +73,7 @@ private Q_SLOTS:
 
         road.pull(Trigger::DoubleShift);
         QVERIFY2(road.product->waitForControl(message, patience), qUtf8Printable(road.problem()));
-        QVERIFY(!road.product->control(u"⌘↩ 替换原文"_s));
+        QVERIFY(!road.product->control(u"Ctrl+↩ 替换原文"_s));
         const auto retry = road.product->waitForControl(u"重试"_s, patience);
         QVERIFY2(retry && retry->press(), qUtf8Printable(road.problem()));
         QVERIFY2(road.product->waitForTranslation(u"見積もり"_s, patience),

@@ -68,7 +68,7 @@ private Q_SLOTS:
         QCOMPARE(road.server.requests().size(), 1);
         QCOMPARE(road.server.requests().first().path, "/v1/chat/completions");
         QVERIFY2(road.prompt(0).endsWith(u"\n\n"_s + text), qUtf8Printable(road.prompt(0)));
-        QVERIFY(road.product->control(u"⌘↩ 替换原文"_s));
+        QVERIFY(road.product->control(u"Ctrl+↩ 替换原文"_s));
 
         road.user->press({XK_Control_L, XK_Return});
         QVERIFY(road.product->waitForPanelGone(patience));

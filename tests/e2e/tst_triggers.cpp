@@ -215,7 +215,7 @@ private Q_SLOTS:
         QVERIFY2(road.product->waitForTranslation(translation, patience),
                  qUtf8Printable(road.problem()));
         QVERIFY2(road.prompt(0).endsWith(u"\n\n"_s + source), qUtf8Printable(road.prompt(0)));
-        const auto replace = road.product->waitForControl(u"⌘↩ 替换原文"_s, patience);
+        const auto replace = road.product->waitForControl(u"Ctrl+↩ 替换原文"_s, patience);
         QVERIFY2(replace && replace->press(), qUtf8Printable(road.problem()));
         // The translation has taken the selection's place.
         const auto isReplaced = [&] {

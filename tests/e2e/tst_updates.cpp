@@ -6,6 +6,7 @@
 #include <QDBusConnection>
 #include <QDBusMessage>
 #include <QFile>
+#include <QJsonArray>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QUrl>
@@ -82,7 +83,7 @@ private Q_SLOTS:
     void aNewReleaseLeadsToItsNotesAndItsPage()
     {
         Road road;
-        QVERIFY2(road.begin({{u"appLanguage"_s, u"zh-Hans"_s}}), qUtf8Printable(road.problem()));
+        QVERIFY2(road.begin({{u"AppleLanguages"_s, QJsonArray{u"zh-Hans"_s}}}), qUtf8Printable(road.problem()));
         ask(road, u"check-updates"_s);
         QVERIFY2(road.product->waitForControl(u"有新版本：Nivora 0.2.0"_s, patience),
                  qUtf8Printable(road.problem()));

@@ -54,6 +54,7 @@ bool Product::start(const QJsonObject &preferences, const QMap<QString, QString>
     // For the message of a test that fails.
     auto environment = m_session.environment();
     environment.insert(u"QT_LOGGING_RULES"_s, u"app.nivora.*.debug=true"_s);
+    environment.insert(u"LANGUAGE"_s, u"zh_CN"_s);
     for (auto each = variables.begin(); each != variables.end(); ++each)
         environment.insert(each.key(), each.value());
     m_process = m_session.launch(program(), {}, environment);

@@ -2,9 +2,10 @@
 
 #include "platform/task.h"
 
-#include <functional>
+#include <QCoreApplication>
+#include <QString>
 
-class QString;
+#include <functional>
 
 namespace nivora {
 
@@ -19,6 +20,8 @@ class Accessibility;
 // there, asks for it and waits for it. Only one question is open at a time.
 class AccessibilityPermission
 {
+    Q_DECLARE_TR_FUNCTIONS(AccessibilityPermission)
+
 public:
     // The borrowed objects outlive this one.
     AccessibilityPermission(platform::Accessibility &accessibility, PermissionsManager &settings,

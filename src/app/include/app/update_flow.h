@@ -16,16 +16,14 @@
 
 namespace nivora {
 
-class SettingsStore;
 class UpdateWindow;
 
 // The updates and the version history, from the feed to the windows.
 class UpdateFlow
 {
 public:
-    // `origin` is where the feed lies. The services and the settings outlive this
-    // object.
-    UpdateFlow(const platform::Services &services, SettingsStore &settings, const QUrl &origin);
+    // `origin` is where the feed lies. The services outlive this object.
+    UpdateFlow(const platform::Services &services, const QUrl &origin);
     ~UpdateFlow();
 
     // Begins with the checks of its own.

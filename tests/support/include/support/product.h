@@ -30,7 +30,8 @@ public:
     static QString program();
 
     // Writes the preferences, if any, and starts the program. True once it owns its
-    // name on the session bus. `variables` are added to its environment.
+    // name on the session bus. `variables` are added to its environment. Its interface
+    // is in Chinese unless one of them, or a preference, says otherwise.
     bool start(const QJsonObject &preferences, const QMap<QString, QString> &variables = {});
     bool isRunning() const;
     qint64 processId() const;
