@@ -24,6 +24,28 @@ target_compile_options(nivora_options INTERFACE -pthread -Wall -Wextra -Werror -
 target_compile_definitions(nivora_options INTERFACE QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII
     QT_NO_KEYWORDS QT_NO_URL_CAST_FROM_STRING QT_NO_NARROWING_CONVERSIONS_IN_CONNECT
     QT_DISABLE_DEPRECATED_BEFORE=0x060400)
+# What ships resists what a fault in it might be used for. The sanitizers watch
+# more, in their own way.
+set(NIVORA_HARDENED "$<CONFIG:Release,RelWithDebInfo,MinSizeRel>")
+if(NOT NIVORA_SANITIZE)
+    include(CheckCXXCompilerFlag)
+    # The last two guard the targets of jumps, each on processors of its kind.
+    foreach(flag -fPIC -fstack-protector-strong -fstack-clash-protection
+            -fcf-protection -mbranch-protection=standard)
+        string(MAKE_C_IDENTIFIER "NIVORA_HAS${flag}" known)
+        check_cxx_compiler_flag(${flag} ${known})
+        if(${known})
+            target_compile_options(nivora_options INTERFACE "$<${NIVORA_HARDENED}:${flag}>")
+        endif()
+    endforeach()
+    # Some compilers bring a level of their own along.
+    target_compile_options(nivora_options INTERFACE
+        "$<${NIVORA_HARDENED}:-U_FORTIFY_SOURCE;-D_FORTIFY_SOURCE=3;-D_GLIBCXX_ASSERTIONS>")
+    set(program "$<STREQUAL:$<TARGET_PROPERTY:TYPE>,EXECUTABLE>")
+    target_link_options(nivora_options INTERFACE
+        "$<${NIVORA_HARDENED}:LINKER:-z,relro,-z,now,-z,noexecstack>"
+        "$<$<AND:${NIVORA_HARDENED},${program}>:-pie>")
+endif()
 # "thread", or "address,undefined", or with "fuzzer-no-link" besides.
 if(NIVORA_SANITIZE)
     target_compile_options(nivora_options INTERFACE -fsanitize=${NIVORA_SANITIZE}
