@@ -4,6 +4,11 @@
 
 #include <benchmark/benchmark.h>
 
+// CLD2's header uses FILE without including it.
+#include <cstdio>
+
+#include <cld2/public/compact_lang_det.h>
+
 using namespace nivora;
 using namespace Qt::Literals::StringLiterals;
 
@@ -25,6 +30,26 @@ void detectLanguage(benchmark::State &state)
     state.SetBytesProcessed(state.iterations() * text.toUtf8().size());
 }
 BENCHMARK(detectLanguage)->ArgsProduct({{0, 1, 2, 3, 4}, {1, 100}});
+
+// CLD2's own call on the same text, below which the detection cannot come where it
+// asks at all.
+void recognizeAlone(benchmark::State &state)
+{
+    const QByteArray text = samples[state.range(0)].repeated(int(state.range(1))).toUtf8();
+    for (auto _ : state) {
+        CLD2::Language ranked[3] = {};
+        int percent[3] = {};
+        double score[3] = {};
+        int textBytes = 0;
+        int validPrefix = 0;
+        bool reliable = false;
+        benchmark::DoNotOptimize(CLD2::ExtDetectLanguageSummaryCheckUTF8(
+            text.constData(), int(text.size()), true, nullptr, CLD2::kCLDFlagBestEffort, ranked,
+            percent, score, nullptr, &textBytes, &reliable, &validPrefix));
+    }
+    state.SetBytesProcessed(state.iterations() * text.size());
+}
+BENCHMARK(recognizeAlone)->ArgsProduct({{0, 1, 2, 3, 4}, {1, 100}});
 
 QByteArray eventStream(int events)
 {

@@ -52,6 +52,30 @@ void findTranslation(benchmark::State &state)
 }
 BENCHMARK(findTranslation)->Arg(small)->Arg(large)->Unit(benchmark::kMicrosecond);
 
+// SQLite's own call with a statement that is prepared already: its floor.
+void findAlone(benchmark::State &state)
+{
+    sqlite3 *database = nullptr;
+    sqlite3_open(QFile::encodeName(history(state).path()).constData(), &database);
+    sqlite3_stmt *statement = nullptr;
+    sqlite3_prepare_v2(database,
+                       "SELECT translation FROM history WHERE source=? AND to_lang='japanese' "
+                       "ORDER BY ts DESC LIMIT 1;",
+                       -1, &statement, nullptr);
+    qint64 number = 0;
+    for (auto _ : state) {
+        number = (number + 7919) % state.range(0);
+        const QByteArray text = source(number).toUtf8();
+        sqlite3_bind_text(statement, 1, text.constData(), int(text.size()), SQLITE_STATIC);
+        if (sqlite3_step(statement) != SQLITE_ROW)
+            state.SkipWithError("not found");
+        sqlite3_reset(statement);
+    }
+    sqlite3_finalize(statement);
+    sqlite3_close(database);
+}
+BENCHMARK(findAlone)->Arg(small)->Arg(large)->Unit(benchmark::kMicrosecond);
+
 void missTranslation(benchmark::State &state)
 {
     HistoryStore &store = history(state).store();

@@ -4,6 +4,7 @@
 #include "support/desktop_session.h"
 
 #include <QCoreApplication>
+#include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
 #include <QThread>
@@ -106,6 +107,16 @@ int main(int argc, char *argv[])
         std::fprintf(stderr, "%s\n", qUtf8Printable(session.error()));
         return 1;
     }
+    // A user who has set it up: no window shows.
+    const QDir config(session.folder() + u"/config/app.nivora"_s);
+    QFile preferences(config.filePath(u"defaults.json"_s));
+    if (!config.mkpath(u"."_s) || !preferences.open(QIODevice::WriteOnly)) {
+        std::fprintf(stderr, "%s\n", qUtf8Printable(preferences.errorString()));
+        return 1;
+    }
+    preferences.write(R"({"hasCompletedOnboarding": true, "useCustomBackend": true,
+        "apiBaseURL": "http://127.0.0.1:9", "modelName": "none"})");
+    preferences.close();
     Tray tray(session.displayName());
     for (const QString &program : {u"bare_tray"_s, u"nivora"_s}) {
         std::vector<double> starts;

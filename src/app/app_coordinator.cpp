@@ -19,8 +19,6 @@ namespace nivora {
 namespace {
 
 constexpr auto insertionPollPeriod = 20ms;
-// The panel is built as soon as the program has nothing better to do.
-constexpr auto warmUpDelay = 0ms;
 constexpr platform::KeyChord triggerChord{Qt::Key_O, Qt::ControlModifier | Qt::AltModifier};
 
 } // namespace
@@ -106,11 +104,19 @@ void AppCoordinator::start()
         startHotKeyRespectingPermission();
     else
         m_onboardingWindow.show(); // whose end starts it
-    m_warmUp = platform::delay(warmUpDelay, [this] {
-        m_panelController.prepare();
-        historyStore(); // opens the file, which the first trigger would wait for
-    });
     m_updates.start();
+}
+
+// Makes what the first trigger needs in the first wait of its capture: a program that
+// nobody has called yet does not carry it, and the one who calls does not wait for it.
+void AppCoordinator::warmUp()
+{
+    if (m_panelController.panel())
+        return;
+    m_warmUp = platform::delay(0ms, [this] {
+        m_panelController.prepare();
+        historyStore(); // opens the file
+    });
 }
 
 HistoryStore &AppCoordinator::historyStore()
@@ -188,6 +194,7 @@ void AppCoordinator::invoke()
     }
     m_account.refreshBilling();
     qCDebug(log::hotkey).noquote() << u"快捷键唤起"_s;
+    warmUp();
 
     platform::Selection selection;
     {

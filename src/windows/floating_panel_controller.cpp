@@ -83,7 +83,6 @@ void FloatingPanelController::show(PanelMode mode, const std::optional<QRectF> &
     m_keyboardCheck.cancel();
     m_view->reset();
     m_dragOrigin.reset();
-    m_lowestBottom.reset();
     m_anchorTopLeft = computeAnchor(near);
     m_gapAbove = near ? gapToSelection : gapToPointer;
     m_panel->setCard(
@@ -142,32 +141,18 @@ QRect FloatingPanelController::visibleArea(const QScreen &screen) const
     return *m_visibleAreas.insert(&screen, workArea(screen, m_windowSystem));
 }
 
-// Growth while the pointer holds the panel keeps to the place that this gives it.
+// A drag moves the panel, not what it hangs below: the next change of its height
+// brings it back there. Growth while the pointer still holds it must not pull it away.
 void FloatingPanelController::drag(const QPoint &offset, bool ends)
 {
     if (offset.isNull() && !m_dragOrigin)
         return;
     if (!m_dragOrigin)
         m_dragOrigin = m_panel->card().topLeft();
-    m_anchorTopLeft = *m_dragOrigin + offset;
-    const QRect place = placeFor(targetHeight(m_view->contentHeight()));
-    m_panel->setCard(place);
-    if (!ends)
-        return;
-    m_dragOrigin.reset();
-    m_lowestBottom = place.bottom();
-    if (const QScreen *screen = screenFor(place.center()))
-        m_lowestBottom = std::max(visibleArea(*screen).bottom() - screenMargin, place.bottom());
-}
-
-// The place that the user chose is kept, except that a panel grows upwards where it
-// would else leave the screen.
-int FloatingPanelController::topWhereDragged(int height) const
-{
-    const int top = m_anchorTopLeft->y();
-    if (m_dragOrigin)
-        return top;
-    return std::min(top, *m_lowestBottom + 1 - height);
+    m_dragPlace = *m_dragOrigin + offset;
+    m_panel->setCard(placeFor(targetHeight(m_view->contentHeight())));
+    if (ends)
+        m_dragOrigin.reset();
 }
 
 // Place and size go to the window in one step: while a window is being mapped it
@@ -178,8 +163,8 @@ QRect FloatingPanelController::placeFor(int height) const
     const QSize size(TranslationPanelView::panelWidth, height);
     if (!m_anchorTopLeft)
         return {m_panel->card().topLeft(), size};
-    if (m_dragOrigin || m_lowestBottom)
-        return {{m_anchorTopLeft->x(), topWhereDragged(height)}, size};
+    if (m_dragOrigin)
+        return {m_dragPlace, size};
     // The screen of what the panel hangs below, whose lower edge the gap may cross.
     const QScreen *screen = screenFor(*m_anchorTopLeft - QPoint(0, m_gapAbove + 1));
     return {screen ? clampedPosition(*m_anchorTopLeft, size, visibleArea(*screen))
@@ -229,7 +214,6 @@ void FloatingPanelController::watchScreens()
 void FloatingPanelController::onScreensChanged()
 {
     m_visibleAreas.clear();
-    m_lowestBottom.reset();
     if (m_panel->isVisible())
         m_panel->setCard(placeFor(targetHeight(m_view->contentHeight())));
 }

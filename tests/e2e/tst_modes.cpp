@@ -161,6 +161,8 @@ void TestModes::aReplyIsWrittenToAPage()
     road.pull(Trigger::DoubleShift);
     QVERIFY2(road.product->waitForTranslation(u"请发送报价。"_s, patience),
              qUtf8Printable(road.problem()));
+    // With its buttons the panel has its height, and a drag moves it for good.
+    QVERIFY(road.product->waitForControl(u"复制译文"_s, patience));
     const auto opened = road.user->find(Product::panel());
     QVERIFY(opened);
     const QPoint corner = opened->geometry.topLeft();

@@ -112,6 +112,7 @@ public:
     FloatingPanelController &panelController() { return m_panelController; }
 
 private:
+    void warmUp();
     void wireSession();
     bool passesGate();
     void insertIntoTarget(const QString &text);

@@ -67,7 +67,6 @@ public:
 private:
     void drag(const QPoint &offset, bool ends);
     QRect placeFor(int height) const;
-    int topWhereDragged(int height) const;
     int targetHeight(int content) const;
     QRect visibleArea(const QScreen &screen) const;
     void applyDynamicHeight(int height);
@@ -90,10 +89,9 @@ private:
     TranslationPanelView *m_view = nullptr; // owned by the panel
     std::optional<QPoint> m_anchorTopLeft;
     int m_gapAbove = 0; // from what it hangs below
-    std::optional<QPoint> m_dragOrigin; // the panel's place, while it is dragged
-    // Where its bottom edge may be, once a drag has made the anchor a place of the
-    // user's own choice.
-    std::optional<int> m_lowestBottom;
+    // While it is dragged: where that began, and where it is now.
+    std::optional<QPoint> m_dragOrigin;
+    QPoint m_dragPlace;
     std::optional<QRectF> m_lastRect; // of the last show()
     // What docks leave of each screen, as it was when the panel opened.
     mutable QHash<const QScreen *, QRect> m_visibleAreas;

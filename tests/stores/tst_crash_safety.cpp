@@ -1,0 +1,208 @@
+#include "history_fixture.h"
+
+#include "stores/glossary_store.h"
+
+#include "platform_linux/json_preferences.h"
+
+#include <QCoreApplication>
+#include <QProcess>
+#include <QRandomGenerator>
+#include <QTest>
+
+#include <unistd.h>
+
+using namespace nivora;
+using namespace Qt::Literals::StringLiterals;
+
+namespace {
+
+constexpr int rounds = 67; // for each of three stores: two hundred in all
+constexpr int patience = 10'000;
+constexpr int longestLife = 30; // milliseconds from the first state that is written
+
+// One store, whose content is a number: how often it was written. Each write leaves
+// something to find out of step if only half of it is there.
+class Numbered
+{
+public:
+    virtual ~Numbered() = default;
+    // -1 where what is there fits no number.
+    virtual qint64 number() = 0;
+    virtual void write(qint64 number) = 0;
+};
+
+class NumberedPreferences final : public Numbered
+{
+public:
+    explicit NumberedPreferences(const QString &folder)
+        : m_preferences(folder + "/app.nivora/defaults.json"_L1)
+    {
+    }
+
+    qint64 number() override
+    {
+        const qint64 first = m_preferences.integer(u"first"_s).value_or(0);
+        const qint64 last = m_preferences.integer(u"last"_s).value_or(0);
+        const auto length = m_preferences.string(u"middle"_s).value_or(QString()).size();
+        return first == last && length == lengthFor(first) ? first : -1;
+    }
+
+    void write(qint64 number) override
+    {
+        const platform::PreferenceChange changes[] = {
+            {u"first"_s, number},
+            {u"middle"_s, QString(lengthFor(number), u'中')},
+            {u"last"_s, number}};
+        m_preferences.apply(changes);
+    }
+
+private:
+    static qsizetype lengthFor(qint64 number) { return number * 37 % 5000; }
+
+    linuxdesktop::JsonPreferences m_preferences;
+};
+
+class NumberedGlossary final : public Numbered
+{
+public:
+    explicit NumberedGlossary(const QString &folder)
+        : m_store(folder + "/app.nivora/glossary.json"_L1)
+    {
+    }
+
+    // One pair more each time, and in each its place.
+    qint64 number() override
+    {
+        const auto &terms = m_store.terms();
+        for (std::size_t place = 0; place < terms.size(); ++place) {
+            if (terms[place].zh != QString::number(place + 1))
+                return -1;
+        }
+        return qint64(terms.size());
+    }
+
+    void write(qint64 number) override
+    {
+        m_store.append({{QUuid::createUuid(), QString::number(number), u"用語"_s}});
+    }
+
+private:
+    GlossaryStore m_store;
+};
+
+class NumberedHistory final : public Numbered
+{
+public:
+    explicit NumberedHistory(const QString &folder)
+        : m_path(folder + "/Nivora/history.sqlite"_L1)
+        , m_store([] { return true; }, m_path)
+    {
+    }
+
+    qint64 number() override
+    {
+        test::Sql sql(m_path);
+        const QStringList check = sql("PRAGMA integrity_check;");
+        const QStringList found = sql("SELECT COUNT(*), COUNT(DISTINCT source) FROM history;");
+        if (check != QStringList{u"ok"_s} || found.value(0) != found.value(1))
+            return -1;
+        const qint64 rows = found.value(0).toLongLong();
+        return rows == 0 || m_store.latestTranslation(text(rows), Language::Japanese) ? rows : -1;
+    }
+
+    void write(qint64 number) override
+    {
+        m_store.record(text(number), u"訳文"_s.repeated(int(number % 400)) + u'。',
+                       Language::Chinese, Language::Japanese);
+    }
+
+private:
+    static QString text(qint64 number) { return u"第%1句"_s.arg(number); }
+
+    QString m_path;
+    HistoryStore m_store;
+};
+
+std::unique_ptr<Numbered> open(const QString &store, const QString &folder)
+{
+    if (store == "preferences"_L1)
+        return std::make_unique<NumberedPreferences>(folder);
+    if (store == "glossary"_L1)
+        return std::make_unique<NumberedGlossary>(folder);
+    return std::make_unique<NumberedHistory>(folder);
+}
+
+// The program that is killed: writes one state after the other and tells of each that
+// is done, past every buffer.
+[[noreturn]] void writeUntilKilled(const QString &store, const QString &folder)
+{
+    const auto numbered = open(store, folder);
+    for (qint64 number = numbered->number() + 1;; ++number) {
+        numbered->write(number);
+        const QByteArray line = QByteArray::number(number) + '\n';
+        if (::write(STDOUT_FILENO, line.constData(), std::size_t(line.size())) != line.size())
+            std::_Exit(1);
+    }
+}
+
+} // namespace
+
+class TestCrashSafety : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void aKilledProgramLosesNothingItHadWritten_data()
+    {
+        QTest::addColumn<QString>("files");
+        QTest::newRow("preferences") << u"app.nivora"_s;
+        QTest::newRow("glossary") << u"app.nivora"_s;
+        QTest::newRow("history") << u"Nivora"_s;
+    }
+    void aKilledProgramLosesNothingItHadWritten()
+    {
+        QFETCH(QString, files);
+        const QString store = QString::fromUtf8(QTest::currentDataTag());
+        const QTemporaryDir folder;
+        const quint32 seed = QRandomGenerator::global()->generate();
+        QRandomGenerator random(seed);
+        int midWrite = 0;
+        for (int round = 0; round < rounds; ++round) {
+            QProcess writer;
+            writer.start(QCoreApplication::applicationFilePath(),
+                         {u"--write"_s, store, folder.path()});
+            QVERIFY(writer.waitForReadyRead(patience));
+            // When it dies is the experiment, not a wait for something.
+            QTest::qSleep(random.bounded(longestLife));
+            writer.kill();
+            QVERIFY(writer.waitForFinished(patience));
+            QCOMPARE(writer.exitStatus(), QProcess::CrashExit);
+            const qint64 told =
+                writer.readAllStandardOutput().trimmed().split('\n').last().toLongLong();
+            const qint64 found = open(store, folder.path())->number();
+            QVERIFY2(
+                found == told || found == told + 1,
+                qPrintable(
+                    u"told %1, found %2, round %3 of seed %4"_s.arg(told).arg(found).arg(round).arg(
+                        seed)));
+            midWrite += found == told + 1;
+        }
+        qInfo("%d of %d deaths came between a write and its report", midWrite, rounds);
+        // Nothing was taken for damaged and put aside.
+        const QStringList aside = QDir(folder.filePath(files))
+                                      .entryList({u"*corrupt*"_s, u"*rejected*"_s, u"*damaged*"_s});
+        QCOMPARE(aside, QStringList());
+    }
+};
+
+int main(int argc, char **argv)
+{
+    QCoreApplication application(argc, argv);
+    const QStringList arguments = application.arguments();
+    if (arguments.value(1) == "--write"_L1)
+        writeUntilKilled(arguments.value(2), arguments.value(3));
+    TestCrashSafety test;
+    return QTest::qExec(&test, argc, argv);
+}
+
+#include "tst_crash_safety.moc"
