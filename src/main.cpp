@@ -9,6 +9,8 @@
 #include <QLoggingCategory>
 #include <QStyleFactory>
 
+#include <optional>
+
 using namespace Qt::Literals::StringLiterals;
 using namespace nivora;
 
@@ -33,32 +35,35 @@ int main(int argc, char *argv[])
     QObject::connect(&termination, &linuxdesktop::TerminationSignals::received, &application,
                      &QCoreApplication::quit);
 
-    linuxdesktop::LinuxBackend backend;
-    if (!backend.isValid()) {
-        qCritical("Nivora needs an X server: none answers on this display");
-        return 1;
-    }
+    std::optional<linuxdesktop::LinuxBackend> backend;
+    std::optional<NivoraApp> nivora;
+    // The bus answers while the rest is being made.
     linuxdesktop::DBusApplication bus;
-    NivoraApp nivora(backend.services(),
-                     {.cloudEndpoint = QUrl(QStringLiteral(NIVORA_CLOUD_ENDPOINT)),
-                      .updateEndpoint = QUrl(QStringLiteral(NIVORA_UPDATE_ENDPOINT)),
-                      .website = QUrl(QStringLiteral(NIVORA_WEBSITE))});
-    // Queued: an action may take a second, and the caller has its answer before.
-    QObject::connect(
-        &bus, &linuxdesktop::DBusApplication::activated, &bus, [&nivora] { nivora.activate(); },
-        Qt::QueuedConnection);
-    QObject::connect(
-        &bus, &linuxdesktop::DBusApplication::actionRequested, &bus,
-        [&nivora](const QString &name) { nivora.performAction(name); }, Qt::QueuedConnection);
-    QObject::connect(
-        &bus, &linuxdesktop::DBusApplication::linkOpened, &bus,
-        [&nivora](const QUrl &link) { nivora.openLink(link); }, Qt::QueuedConnection);
-
     const platform::Task acquisition =
         bus.acquire(links, [&](linuxdesktop::DBusApplication::Role role) {
             if (role == linuxdesktop::DBusApplication::Role::Secondary)
                 return QCoreApplication::quit();
-            nivora.start();
+            nivora->start();
         });
+
+    backend.emplace();
+    if (!backend->isValid()) {
+        qCritical("Nivora needs an X server: none answers on this display");
+        return 1;
+    }
+    nivora.emplace(backend->services(),
+                   Deployment{.cloudEndpoint = QUrl(QStringLiteral(NIVORA_CLOUD_ENDPOINT)),
+                              .updateEndpoint = QUrl(QStringLiteral(NIVORA_UPDATE_ENDPOINT)),
+                              .website = QUrl(QStringLiteral(NIVORA_WEBSITE))});
+    // Queued: an action may take a second, and the caller has its answer before.
+    QObject::connect(
+        &bus, &linuxdesktop::DBusApplication::activated, &bus, [&nivora] { nivora->activate(); },
+        Qt::QueuedConnection);
+    QObject::connect(
+        &bus, &linuxdesktop::DBusApplication::actionRequested, &bus,
+        [&nivora](const QString &name) { nivora->performAction(name); }, Qt::QueuedConnection);
+    QObject::connect(
+        &bus, &linuxdesktop::DBusApplication::linkOpened, &bus,
+        [&nivora](const QUrl &link) { nivora->openLink(link); }, Qt::QueuedConnection);
     return QApplication::exec();
 }

@@ -16,6 +16,7 @@
 #include <algorithm>
 
 using namespace Qt::Literals::StringLiterals;
+using namespace std::chrono_literals;
 
 namespace nivora {
 
@@ -42,6 +43,9 @@ constexpr NamedCommand namedCommands[] = {
     {"quit"_L1, MenuCommand::Quit},
 };
 
+// For the desktop's word on its tray; nobody waits longer for the program to begin.
+constexpr auto longestWaitForTray = 200ms;
+
 } // namespace
 
 struct NivoraApp::Parts
@@ -49,8 +53,7 @@ struct NivoraApp::Parts
     Parts(const platform::Services &services, const Deployment &where)
         : deployment(where)
         , translations(interfaceLanguage(userLanguages(services.preferences)))
-        , browser(services.webBrowser)
-        , coordinator(services, where.cloudEndpoint, where.updateEndpoint)
+        , services(services)
         , menu(QCoreApplication::applicationVersion())
         , tray(menu, services.trayHosts)
         , missingTray(tray, services.preferences)
@@ -59,50 +62,69 @@ struct NivoraApp::Parts
 
     Deployment deployment;
     Translations translations; // before anything that has a text
-    platform::WebBrowser &browser;
-    AppCoordinator coordinator;
+    platform::Services services;
     MenuContent menu;
     TrayIcon tray;
     MissingTrayNote missingTray;
+    std::unique_ptr<AppCoordinator> coordinator; // absent until the program begins
+    platform::Task beginning;
     platform::Task page;
 };
 
 NivoraApp::NivoraApp(const platform::Services &services, const Deployment &deployment)
     : m_parts(std::make_unique<Parts>(services, deployment))
 {
-    AppCoordinator &coordinator = m_parts->coordinator;
-    TrayIcon &tray = m_parts->tray;
     QObject::connect(&m_parts->menu, &MenuContent::chosen, &m_parts->menu,
                      [this](MenuCommand command) { perform(command); });
-    const auto render = [this] { renderMenu(); };
-    QObject::connect(&coordinator.uiState(), &AppUIState::accessibilityTrustedChanged,
-                     &m_parts->menu, render);
-    QObject::connect(&coordinator.authStore(), &AuthStore::changed, &m_parts->menu, render);
-    QObject::connect(&coordinator.billingStore(), &BillingStore::changed, &m_parts->menu, render);
-    coordinator.onTextLeftOnClipboard = [&tray] {
-        tray.notify(QCoreApplication::translate(
-            "NivoraApp", "没能写回原来的窗口，译文已放在剪贴板里，可以直接粘贴。"));
-    };
 }
 
 NivoraApp::~NivoraApp() = default;
 
 void NivoraApp::start()
 {
+    // What the rest waits for, the keyring above all, the icon does not.
+    QObject::connect(&m_parts->tray, &TrayIcon::trayKnown, &m_parts->tray,
+                     [this] { m_parts->beginning = platform::delay({}, [this] { begin(); }); });
+    m_parts->beginning = platform::delay(longestWaitForTray, [this] { begin(); });
     m_parts->tray.show();
     m_parts->missingTray.start();
-    m_parts->coordinator.start();
+}
+
+void NivoraApp::begin()
+{
+    if (m_parts->coordinator)
+        return;
+    m_parts->coordinator = std::make_unique<AppCoordinator>(
+        m_parts->services, m_parts->deployment.cloudEndpoint, m_parts->deployment.updateEndpoint);
+    AppCoordinator &coordinator = *m_parts->coordinator;
+    const auto render = [this] { renderMenu(); };
+    QObject::connect(&coordinator.uiState(), &AppUIState::accessibilityTrustedChanged,
+                     &m_parts->menu, render);
+    QObject::connect(&coordinator.authStore(), &AuthStore::changed, &m_parts->menu, render);
+    QObject::connect(&coordinator.billingStore(), &BillingStore::changed, &m_parts->menu, render);
+    coordinator.onTextLeftOnClipboard = [&tray = m_parts->tray] {
+        tray.notify(QCoreApplication::translate(
+            "NivoraApp", "没能写回原来的窗口，译文已放在剪贴板里，可以直接粘贴。"));
+    };
+    coordinator.start();
     renderMenu();
+}
+
+// An action or a link may come before the program has begun by itself.
+AppCoordinator &NivoraApp::coordinator()
+{
+    begin();
+    return *m_parts->coordinator;
 }
 
 void NivoraApp::activate()
 {
-    m_parts->coordinator.activate();
+    coordinator().activate();
 }
 
 void NivoraApp::renderMenu()
 {
-    AppCoordinator &coordinator = m_parts->coordinator;
+    AppCoordinator &coordinator = *m_parts->coordinator;
     const bool trusted = coordinator.uiState().accessibilityTrusted();
     m_parts->menu.setState({.accessibilityTrusted = trusted,
                             .email = coordinator.authStore().email(),
@@ -113,7 +135,7 @@ void NivoraApp::renderMenu()
 void NivoraApp::performAction(const QString &name)
 {
     if (name == u"invoke")
-        return m_parts->coordinator.invoke();
+        return coordinator().invoke();
     const auto *found = std::ranges::find_if(
         namedCommands, [&](const NamedCommand &each) { return each.name == name; });
     if (found == std::end(namedCommands))
@@ -126,25 +148,25 @@ void NivoraApp::perform(MenuCommand command)
 {
     switch (command) {
     case MenuCommand::OpenAccessibilitySettings:
-        return m_parts->coordinator.openAccessibilitySettings();
+        return coordinator().openAccessibilitySettings();
     case MenuCommand::ShowPanel:
-        return m_parts->coordinator.showPanel();
+        return coordinator().showPanel();
     case MenuCommand::CaptureOCR:
-        return m_parts->coordinator.captureOCR();
+        return coordinator().captureOCR();
     case MenuCommand::ShowHistory:
-        return m_parts->coordinator.showHistory();
+        return coordinator().showHistory();
     case MenuCommand::ShowSettings:
-        return m_parts->coordinator.showSettings();
+        return coordinator().showSettings();
     case MenuCommand::CheckForUpdates:
-        return m_parts->coordinator.updates().checkForUpdates();
+        return coordinator().updates().checkForUpdates();
     case MenuCommand::ShowVersionHistory:
-        return m_parts->coordinator.updates().showVersionHistory();
+        return coordinator().updates().showVersionHistory();
     case MenuCommand::VisitWebsite:
         return visitWebsite();
     case MenuCommand::SignIn:
-        return m_parts->coordinator.showLoginWindow();
+        return coordinator().showLoginWindow();
     case MenuCommand::SignOut:
-        return m_parts->coordinator.authStore().signOut();
+        return coordinator().authStore().signOut();
     case MenuCommand::Quit:
         return QCoreApplication::quit();
     }
@@ -152,16 +174,17 @@ void NivoraApp::perform(MenuCommand command)
 
 void NivoraApp::visitWebsite()
 {
-    m_parts->page = m_parts->browser.open(m_parts->deployment.website, [this](bool opened) {
-        if (!opened)
-            m_parts->tray.notify(
-                QCoreApplication::translate("NivoraApp", "没有找到可以打开网页的浏览器。"));
-    });
+    m_parts->page =
+        m_parts->services.webBrowser.open(m_parts->deployment.website, [this](bool opened) {
+            if (!opened)
+                m_parts->tray.notify(
+                    QCoreApplication::translate("NivoraApp", "没有找到可以打开网页的浏览器。"));
+        });
 }
 
 void NivoraApp::openLink(const QUrl &link)
 {
-    m_parts->coordinator.openLink(link);
+    coordinator().openLink(link);
 }
 
 } // namespace nivora

@@ -2,6 +2,9 @@
 
 #include "core/han_variants.h"
 
+#include "platform/log.h"
+
+#include <QLibrary>
 #include <QString>
 
 // CLD2's header uses FILE without including it.
@@ -14,6 +17,25 @@ namespace nivora {
 namespace {
 
 constexpr qsizetype examinedUnits = 32'768;
+
+// CLD2 is loaded with the first text that asks for its verdict: a program at rest does
+// not carry its tables. Its interface is C++, so the name is the linker's for
+// CLD2::ExtDetectLanguageSummaryCheckUTF8.
+using Summarise = decltype(&CLD2::ExtDetectLanguageSummaryCheckUTF8);
+constexpr int libraryVersion = 0;
+constexpr char summariseName[] =
+    "_ZN4CLD233ExtDetectLanguageSummaryCheckUTF8EPKcibPKNS_8CLDHintsEiPNS_8LanguageEPiPdPSt6vector"
+    "INS_11ResultChunkESaISA_EES7_PbS7_";
+
+Summarise loadSummarise()
+{
+    QLibrary library(QStringLiteral("cld2"), libraryVersion);
+    const auto found = reinterpret_cast<Summarise>(library.resolve(summariseName));
+    if (!found)
+        qCWarning(log::app).noquote()
+            << "Languages are told by their script alone:" << library.errorString();
+    return found;
+}
 
 // Positive for traditional, negative for simplified. `seen` tells whether any
 // character speaks for either.
@@ -47,6 +69,9 @@ bool isHan(QChar c)
 
 std::optional<RecognizedLanguage> statisticalVerdict(QStringView text)
 {
+    static const Summarise summarise = loadSummarise();
+    if (!summarise)
+        return std::nullopt;
     const QByteArray utf8 = text.toUtf8();
     CLD2::Language ranked[3] = {};
     int percent[3] = {};
@@ -54,10 +79,10 @@ std::optional<RecognizedLanguage> statisticalVerdict(QStringView text)
     int textBytes = 0;
     int validBytes = 0;
     bool reliable = false;
-    const CLD2::Language found = CLD2::ExtDetectLanguageSummaryCheckUTF8(
-        utf8.constData(), static_cast<int>(utf8.size()), /*is_plain_text=*/true, nullptr,
-        CLD2::kCLDFlagBestEffort, ranked, percent, score, nullptr, &textBytes, &reliable,
-        &validBytes);
+    const CLD2::Language found =
+        summarise(utf8.constData(), static_cast<int>(utf8.size()), /*is_plain_text=*/true, nullptr,
+                  CLD2::kCLDFlagBestEffort, ranked, percent, score, nullptr, &textBytes, &reliable,
+                  &validBytes);
     switch (found) {
     case CLD2::CHINESE:
         return RecognizedLanguage::SimplifiedChinese;

@@ -29,6 +29,7 @@ void TrayIcon::show()
         m_present = present;
         if (present && !m_icon)
             makeIcon();
+        Q_EMIT trayKnown();
     });
 }
 

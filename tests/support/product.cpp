@@ -6,6 +6,7 @@
 #include <QCoreApplication>
 #include <QDBusConnection>
 #include <QDBusConnectionInterface>
+#include <QDBusMessage>
 #include <QDBusReply>
 #include <QDir>
 #include <QFile>
@@ -67,8 +68,14 @@ bool Product::start(const QJsonObject &preferences, const QMap<QString, QString>
             const QDBusReply<uint> owner = bus.interface()->servicePid(u"app.nivora"_s);
             return owner.isValid() && owner.value() == m_process->processId();
         };
-        return bus.isConnected() && waitUntil([&] { return ownsName() || !isRunning(); }, 20s) &&
-               isRunning();
+        // The icon comes first; then it begins, and answers when that is done.
+        const auto hasBegun = [&] { return log().contains(u"启动: "_s); };
+        const auto question = QDBusMessage::createMethodCall(
+            u"app.nivora"_s, u"/app/nivora"_s, u"org.freedesktop.DBus.Introspectable"_s,
+            u"Introspect"_s);
+        return bus.isConnected() &&
+               waitUntil([&] { return (ownsName() && hasBegun()) || !isRunning(); }, 20s) &&
+               isRunning() && bus.call(question).type() == QDBusMessage::ReplyMessage;
     }();
     QDBusConnection::disconnectFromBus(connectionName);
     return owned;

@@ -2,12 +2,11 @@
 
 #include "platform/log.h"
 
+#include "mecab_library.h"
 #include "mecab_words.h"
 
 #include <QFile>
 #include <QFileInfo>
-
-#include <mecab.h>
 
 #include <algorithm>
 #include <mutex>
@@ -18,33 +17,24 @@ namespace nivora::linuxdesktop {
 
 namespace {
 
-template<auto release>
-struct Releaser
-{
-    template<typename Type>
-    void operator()(Type *object) const
-    {
-        release(object);
-    }
-};
-using Model = std::unique_ptr<MeCab::Model, Releaser<MeCab::deleteModel>>;
+using Model = MecabLibrary::Model;
 
 // A tagger with its working memory.
 struct Analyser
 {
-    std::unique_ptr<MeCab::Tagger, Releaser<MeCab::deleteTagger>> tagger;
-    std::unique_ptr<MeCab::Lattice, Releaser<MeCab::deleteLattice>> lattice;
+    MecabLibrary::Tagger tagger;
+    MecabLibrary::Lattice lattice;
 };
 
-Model loadModel(const QString &dictionary)
+Model loadModel(const MecabLibrary &mecab, const QString &dictionary)
 {
     QByteArray folder = QFile::encodeName(dictionary);
     // Separate arguments, since a folder's name may hold blanks.
     char name[] = "mecab", rc[] = "-r", noRc[] = "/dev/null", dic[] = "-d";
     char *arguments[] = {name, rc, noRc, dic, folder.data()};
-    Model model(MeCab::createModel(int(std::size(arguments)), arguments));
+    Model model(mecab.newModel(int(std::size(arguments)), arguments), {&mecab});
     if (model) {
-        const QByteArrayView charset = model->dictionary_info()->charset;
+        const QByteArrayView charset = mecab.dictionaryInfo(model.get())->charset;
         if (charset.compare("UTF-8", Qt::CaseInsensitive) != 0 &&
             charset.compare("UTF8", Qt::CaseInsensitive) != 0)
             return {};
@@ -53,15 +43,16 @@ Model loadModel(const QString &dictionary)
 }
 
 // False when the analyser could not do it.
-bool analyse(const Analyser &analyser, QStringView portion, MecabWords &words)
+bool analyse(const MecabLibrary &mecab, const Analyser &analyser, QStringView portion,
+             MecabWords &words)
 {
     const QByteArray text = portion.toUtf8();
-    MeCab::Lattice &lattice = *analyser.lattice;
-    lattice.set_sentence(text.constData(), std::size_t(text.size()));
-    if (!analyser.tagger->parse(&lattice))
+    mecab_lattice_t *lattice = analyser.lattice.get();
+    mecab.setSentence(lattice, text.constData(), std::size_t(text.size()));
+    if (!mecab.parse(analyser.tagger.get(), lattice))
         return false;
     const char *end = text.constData();
-    for (const MeCab::Node *node = lattice.bos_node(); node; node = node->next) {
+    for (const mecab_node_t *node = mecab.firstNode(lattice); node; node = node->next) {
         if (node->stat == MECAB_BOS_NODE || node->stat == MECAB_EOS_NODE)
             continue;
         // Blanks, tabs and line ends are no nodes.
@@ -70,7 +61,7 @@ bool analyse(const Analyser &analyser, QStringView portion, MecabWords &words)
         end = node->surface + node->length;
     }
     words.addBlanks(QString::fromUtf8(end, text.constEnd() - end));
-    lattice.clear();
+    mecab.clear(lattice);
     return true;
 }
 
@@ -83,6 +74,7 @@ struct MecabTokenizer::Parts
     void giveBack(Analyser analyser);
 
     QString dictionary;
+    MecabLibrary mecab;
     std::mutex mutex; // of all below; held while the dictionary loads
     bool tried = false;
     Model model;
@@ -93,7 +85,10 @@ bool MecabTokenizer::Parts::load()
 {
     const std::lock_guard lock(mutex);
     if (!std::exchange(tried, true)) {
-        model = loadModel(dictionary);
+        if (!mecab.load())
+            qCWarning(log::app).noquote() << "No MeCab:" << mecab.errorString();
+        else
+            model = loadModel(mecab, dictionary);
         if (!model)
             qCWarning(log::app, "No usable Japanese dictionary: there will be no readings");
     }
@@ -104,8 +99,8 @@ Analyser MecabTokenizer::Parts::borrow()
 {
     const std::lock_guard lock(mutex);
     if (idle.empty())
-        return {decltype(Analyser::tagger)(model->createTagger()),
-                decltype(Analyser::lattice)(model->createLattice())};
+        return {MecabLibrary::Tagger(mecab.newTagger(model.get()), {&mecab}),
+                MecabLibrary::Lattice(mecab.newLattice(model.get()), {&mecab})};
     Analyser analyser = std::move(idle.back());
     idle.pop_back();
     return analyser;
@@ -153,7 +148,8 @@ MecabTokenizer::tokenize(const QString &text, const std::function<bool()> &goesO
     bool whole = true;
     for (qsizetype begin = 0; whole && begin < text.size();) {
         const qsizetype end = sentenceEnd(text, begin);
-        whole = goesOn() && analyse(analyser, QStringView(text).sliced(begin, end - begin), words);
+        whole = goesOn() && analyse(m_parts->mecab, analyser,
+                                    QStringView(text).sliced(begin, end - begin), words);
         begin = end;
     }
     m_parts->giveBack(std::move(analyser));

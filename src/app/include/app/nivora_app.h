@@ -8,6 +8,7 @@
 
 namespace nivora {
 
+class AppCoordinator;
 enum class MenuCommand;
 
 // The program as its user meets it: the coordinator, the tray icon and its menu.
@@ -18,6 +19,7 @@ public:
     NivoraApp(const platform::Services &services, const Deployment &deployment);
     ~NivoraApp();
 
+    // Shows the icon and then begins with the rest, which may wait for other programs.
     void start();
 
     // Another program, or a second start, asks for the program.
@@ -32,6 +34,8 @@ public:
     void openLink(const QUrl &link);
 
 private:
+    void begin();
+    AppCoordinator &coordinator();
     void perform(MenuCommand command);
     void renderMenu();
     void visitWebsite();

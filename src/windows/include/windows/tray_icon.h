@@ -43,6 +43,11 @@ public:
     // own where there is no tray to show it.
     void notify(const QString &text);
 
+Q_SIGNALS:
+    // The desktop has told whether there is a tray; where there is one, the icon shows.
+    // Told again when that changes.
+    void trayKnown();
+
 private:
     void makeIcon();
 
