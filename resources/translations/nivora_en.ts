@@ -5,7 +5,7 @@
     <name>AccessibilityPermission</name>
     <message>
         <source>Nivora 需要辅助功能权限</source>
-        <translation>Nivora needs accessibility</translation>
+        <translation>Nivora needs accessibility access</translation>
     </message>
     <message>
         <source>开启后，桌面会把选中的文字和它的位置告诉 Nivora，双击 Shift 才可用。将为本次会话打开辅助功能服务（AT-SPI）；已在运行的程序可能要重新启动后才会响应。</source>
@@ -230,6 +230,10 @@
     <message>
         <source>没有找到可以打开网页的浏览器。</source>
         <translation>No browser was found to open the page.</translation>
+    </message>
+    <message>
+        <source>这个桌面没有系统托盘，所以看不到 Nivora 的图标。双击 Shift 照常翻译；翻译历史、设置等，在应用菜单里右键点按 Nivora 就能打开。</source>
+        <translation>This desktop has no system tray, so the Nivora icon cannot be seen. Double-tapping Shift translates as usual; for the history, the settings and more, right-click Nivora in the application menu.</translation>
     </message>
 </context>
 <context>

@@ -231,6 +231,10 @@
         <source>没有找到可以打开网页的浏览器。</source>
         <translation>ウェブページを開くブラウザーが見つかりません。</translation>
     </message>
+    <message>
+        <source>这个桌面没有系统托盘，所以看不到 Nivora 的图标。双击 Shift 照常翻译；翻译历史、设置等，在应用菜单里右键点按 Nivora 就能打开。</source>
+        <translation>このデスクトップにはトレイがないため、Nivora のアイコンは表示されません。Shift の 2 回押しでの翻訳はいつもどおり使えます。翻訳履歴や設定などは、アプリメニューで Nivora を右クリックすると開けます。</translation>
+    </message>
 </context>
 <context>
     <name>ScreenCapture</name>
@@ -327,11 +331,11 @@
     <name>nivora::AppCoordinator</name>
     <message>
         <source>需要屏幕录制权限</source>
-        <translation>画面の撮影の許可が必要です</translation>
+        <translation>画面をキャプチャする許可が必要です</translation>
     </message>
     <message>
         <source>「截图翻译」需要屏幕录制权限。请在系统设置→隐私与安全性→屏幕录制中开启 Nivora，然后重新启动 App。</source>
-        <translation>「スクリーンショット翻訳」には画面の撮影の許可が必要です。システム設定のアプリの権限で Nivora にスクリーンショットを許可し、Nivora を再起動してください。</translation>
+        <translation>「スクリーンショット翻訳」には画面をキャプチャする許可が必要です。システム設定のアプリの権限で Nivora にスクリーンショットを許可し、Nivora を再起動してください。</translation>
     </message>
     <message>
         <source>打开系统设置</source>
@@ -991,7 +995,7 @@
     </message>
     <message>
         <source>自建后端（BYO）</source>
-        <translation>独自サーバー（BYO）</translation>
+        <translation>独自バックエンド（BYO）</translation>
     </message>
     <message>
         <source>后端</source>
@@ -1141,7 +1145,7 @@
     </message>
     <message>
         <source>可用变量：{{text}} {{target}} {{source}} {{style}} {{background}} {{glossary}}。仅 BYO（自建后端）时生效。</source>
-        <translation>使える変数: {{text}} {{target}} {{source}} {{style}} {{background}} {{glossary}}。独自のバックエンド（BYO）でのみ有効です。</translation>
+        <translation>使える変数: {{text}} {{target}} {{source}} {{style}} {{background}} {{glossary}}。独自バックエンド（BYO）でのみ有効です。</translation>
     </message>
     <message>
         <source>恢复默认模板</source>

@@ -231,6 +231,10 @@
         <source>没有找到可以打开网页的浏览器。</source>
         <translation>没有找到可以打开网页的浏览器。</translation>
     </message>
+    <message>
+        <source>这个桌面没有系统托盘，所以看不到 Nivora 的图标。双击 Shift 照常翻译；翻译历史、设置等，在应用菜单里右键点按 Nivora 就能打开。</source>
+        <translation>这个桌面没有系统托盘，所以看不到 Nivora 的图标。双击 Shift 照常翻译；翻译历史、设置等，在应用菜单里右键单击 Nivora 就能打开。</translation>
+    </message>
 </context>
 <context>
     <name>ScreenCapture</name>

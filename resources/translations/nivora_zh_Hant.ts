@@ -231,6 +231,10 @@
         <source>没有找到可以打开网页的浏览器。</source>
         <translation>找不到可以開啟網頁的瀏覽器。</translation>
     </message>
+    <message>
+        <source>这个桌面没有系统托盘，所以看不到 Nivora 的图标。双击 Shift 照常翻译；翻译历史、设置等，在应用菜单里右键点按 Nivora 就能打开。</source>
+        <translation>這個桌面沒有系統匣，所以看不到 Nivora 的圖示。連按兩下 Shift 照常翻譯；翻譯記錄、設定等，在應用程式選單中的 Nivora 上按一下滑鼠右鍵即可開啟。</translation>
+    </message>
 </context>
 <context>
     <name>ScreenCapture</name>
@@ -748,7 +752,7 @@
     <name>nivora::OnboardingWindowController</name>
     <message>
         <source>跳过</source>
-        <translation>跳過</translation>
+        <translation>略過</translation>
     </message>
     <message>
         <source>欢迎使用 Nivora</source>
