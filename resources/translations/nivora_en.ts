@@ -944,7 +944,7 @@
     </message>
     <message>
         <source>已登录</source>
-        <translation>Signed in as</translation>
+        <translation>Signed in</translation>
     </message>
     <message>
         <source>登出</source>
@@ -1011,7 +1011,7 @@
     </message>
     <message>
         <source>测试连接</source>
-        <translation>Test connection</translation>
+        <translation>Test</translation>
     </message>
     <message>
         <source>API 地址</source>

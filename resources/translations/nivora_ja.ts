@@ -1007,7 +1007,7 @@
     </message>
     <message>
         <source>测试连接</source>
-        <translation>接続をテスト</translation>
+        <translation>接続テスト</translation>
     </message>
     <message>
         <source>API 地址</source>

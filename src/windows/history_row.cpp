@@ -80,8 +80,8 @@ UDateFormat *dateFormat()
     static const std::unique_ptr<UDateFormat, Close> format = [] {
         UErrorCode status = U_ZERO_ERROR;
         return std::unique_ptr<UDateFormat, Close>(
-            udat_open(UDAT_SHORT, UDAT_MEDIUM, QLocale::system().name().toLatin1().constData(),
-                      nullptr, -1, nullptr, -1, &status));
+            udat_open(UDAT_SHORT, UDAT_MEDIUM, QLocale().name().toLatin1().constData(), nullptr, -1,
+                      nullptr, -1, &status));
     }();
     return format.get();
 }
@@ -102,7 +102,7 @@ QString dateOf(const HistoryEntry &entry)
                                          std::size(text), nullptr, &status)
                            : 0;
     if (length <= 0 || length > int(std::size(text)) || U_FAILURE(status))
-        return QLocale::system().toString(entry.date.toLocalTime(), QLocale::ShortFormat);
+        return QLocale().toString(entry.date.toLocalTime(), QLocale::ShortFormat);
     return QString::fromUtf16(text, length);
 }
 

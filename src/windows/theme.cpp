@@ -1,6 +1,8 @@
 #include "windows/theme.h"
 
 #include <QApplication>
+#include <QFontInfo>
+#include <QLocale>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -41,8 +43,18 @@ QColor withOpacity(QColor color, double opacity)
     return color;
 }
 
+// The one whose ideographs the reader of the interface is used to.
+Language interfaceReading()
+{
+    const QLocale locale;
+    if (locale.language() == QLocale::Japanese)
+        return Language::Japanese;
+    return locale.script() == QLocale::TraditionalChineseScript ? Language::TraditionalChinese
+                                                                : Language::Chinese;
+}
+
 // Fonts that print ideographs as this language does, the usual ones of Linux
-// desktops first. Chinese readers get theirs where the language tells nothing.
+// desktops first. Where the language tells nothing, that of the interface does.
 QStringList ideographFamilies(Language language)
 {
     const auto families = [](const QString &region, const QStringList &others) {
@@ -62,9 +74,10 @@ QStringList ideographFamilies(Language language)
         return families(u"TC"_s, {u"AR PL UMing TW"_s, u"WenQuanYi Zen Hei"_s});
     case Language::Cantonese:
         return families(u"HK"_s, {u"Noto Sans CJK TC"_s, u"AR PL UMing HK"_s});
-    case Language::Chinese:
     case Language::English:
     case Language::Auto:
+        return ideographFamilies(interfaceReading());
+    case Language::Chinese:
         break;
     }
     return families(u"SC"_s, {u"WenQuanYi Micro Hei"_s, u"WenQuanYi Zen Hei"_s});
@@ -127,7 +140,9 @@ QColor hoverTint(const QPalette &palette)
 QFont textFont(int pixelSize, Language language)
 {
     QFont font = QApplication::font();
-    font.setFamilies(QStringList{font.family()} + ideographFamilies(language));
+    // The desktop may name a kind of font, "Sans Serif". In a list that would be
+    // passed over, and Latin text got the quotation marks of ideographs.
+    font.setFamilies(QStringList{QFontInfo(font).family()} + ideographFamilies(language));
     font.setPixelSize(pixelSize);
     return font;
 }

@@ -83,7 +83,8 @@ UpdateWindow::UpdateWindow(Updater &updater)
     auto *top = new QHBoxLayout;
     top->setSpacing(gap);
     top->addWidget(icon, 0, Qt::AlignTop);
-    top->addLayout(words, 1);
+    top->addLayout(words);
+    top->addStretch(1); // the buttons may be wider
 
     auto *buttons = new QHBoxLayout;
     buttons->setSpacing(6);

@@ -296,11 +296,16 @@ void TestSettings::termsAreWrittenAndExchanged()
 
     const QString path = m_road->session.folder() + u"/terms.csv"_s;
     QVERIFY(operate({u"导出…"_s, press, {}, {}}));
-    const auto choose = [&](const QString &button) {
-        const auto name = control(u"File name:"_s);
-        return name && name->setText(path) && operate({button, press, {}, {}});
+    const auto choose = [&] { // in the dialog, whose first field has the keyboard
+        const auto name = m_road->tree->waitFor(
+            m_road->product->processId(),
+            [](const auto &each) { return each.role() == u"text" && each.isFocused(); }, patience);
+        if (!name || !name->setText(path))
+            return false;
+        m_road->user->press({XK_Return});
+        return true;
     };
-    QVERIFY2(choose(u"Save"_s), qUtf8Printable(m_road->problem()));
+    QVERIFY2(choose(), qUtf8Printable(m_road->problem()));
     QVERIFY(waitUntil(
         [&] {
             return content(u"/terms.csv"_s) ==
@@ -315,7 +320,7 @@ void TestSettings::termsAreWrittenAndExchanged()
     QVERIFY(waitUntil([&] { return terms().isEmpty(); }, patience));
     QCOMPARE(content(u"/data/app.nivora/glossary.json"_s).simplified(), "[ ]"_ba);
     QVERIFY(operate({u"导入…"_s, press, {}, {}}));
-    QVERIFY2(choose(u"Open"_s), qUtf8Printable(m_road->problem()));
+    QVERIFY2(choose(), qUtf8Printable(m_road->problem()));
     QVERIFY(waitUntil([&] { return terms().size() == 3; }, patience));
     QCOMPARE(forms(1), u"验收|検収"_s);
 }
