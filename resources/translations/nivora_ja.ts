@@ -312,7 +312,7 @@
     </message>
     <message>
         <source>Nivora 需要它来读取选中的文字、模拟粘贴回填。</source>
-        <translation>選択したテキストの読み取りと、訳文の貼り付けに使います。</translation>
+        <translation>選択テキストの読み取りと訳文の貼り付けに使います。</translation>
     </message>
     <message>
         <source>打开系统设置授权…</source>
@@ -447,7 +447,7 @@
     </message>
     <message>
         <source>反馈经审核有效后，双倍返还本次消耗的额度。</source>
-        <translation>報告が確認されると、今回使った利用枠の 2 倍が返還されます。</translation>
+        <translation>確認後、今回使った利用枠の 2 倍が返還されます。</translation>
     </message>
     <message>
         <source>已提交，感谢反馈</source>
@@ -455,7 +455,7 @@
     </message>
     <message>
         <source>审核有效后将双倍返还本次消耗的额度。</source>
-        <translation>確認されると、今回使った利用枠の 2 倍が返還されます。</translation>
+        <translation>確認後、今回使った利用枠の 2 倍が返還されます。</translation>
     </message>
     <message>
         <source>完成</source>
@@ -571,7 +571,7 @@
     </message>
     <message>
         <source>还没有术语。可以逐条添加，也可以把成对的词粘贴到这里。</source>
-        <translation>用語はまだありません。追加するか、対になった語を貼り付けてください。</translation>
+        <translation>用語はまだありません。追加するか、対訳を貼り付けてください。</translation>
     </message>
     <message>
         <source>没有匹配的术语</source>
@@ -864,7 +864,7 @@
     </message>
     <message>
         <source>在选中文字 / 任意输入框唤起</source>
-        <translation>選択したテキストや入力欄で呼び出す</translation>
+        <translation>選択範囲や入力欄で呼び出す</translation>
     </message>
     <message>
         <source>⌃⌥O</source>
@@ -872,7 +872,7 @@
     </message>
     <message>
         <source>助记快捷键，效果相同</source>
-        <translation>覚えやすいショートカット（動作は同じ）</translation>
+        <translation>同じ動作のショートカット</translation>
     </message>
     <message>
         <source>准备就绪 🎉</source>
@@ -880,7 +880,7 @@
     </message>
     <message>
         <source>菜单栏的「N」里还有截图翻译与设置。</source>
-        <translation>トレイの「N」アイコンから、スクリーンショット翻訳や設定も開けます。</translation>
+        <translation>トレイの「N」からスクリーンショット翻訳や設定も開けます。</translation>
     </message>
 </context>
 <context>
@@ -1272,7 +1272,8 @@
     <message>
         <source>验证码已发送到 %1，请查收邮箱。</source>
         <extracomment>OTP code sent to email</extracomment>
-        <translation>%1 に認証コードを送信しました。メールをご確認ください。</translation>
+        <translation>%1 に認証コードを送信しました。
+メールをご確認ください。</translation>
     </message>
     <message>
         <source>登录中…</source>
@@ -1437,18 +1438,18 @@
     </message>
     <message>
         <source>软件包 %1 附有签名，安装前请核对。</source>
-        <translation>パッケージ %1 には署名があります。インストール前に確認してください。</translation>
+        <translation>パッケージ %1 は署名付きです。インストール前に確認してください。</translation>
     </message>
     <message>
         <source>软件包 %1 没有签名。</source>
-        <translation>パッケージ %1 には署名がありません。</translation>
+        <translation>パッケージ %1 は署名されていません。</translation>
     </message>
 </context>
 <context>
     <name>nivora::Updater</name>
     <message>
         <source>更新服务器没有给出版本列表</source>
-        <translation>更新サーバーからバージョンの一覧を取得できませんでした</translation>
+        <translation>更新サーバーにバージョンの一覧がありません</translation>
     </message>
 </context>
 <context>

@@ -1,5 +1,9 @@
 #include "windows/alert.h"
 
+#include "windows/theme.h"
+
+#include <QGridLayout>
+#include <QLabel>
 #include <QMessageBox>
 #include <QPushButton>
 
@@ -10,6 +14,17 @@ using namespace Qt::Literals::StringLiterals;
 namespace nivora {
 
 namespace {
+
+// Logical pixels.
+constexpr int textPixels = 13;
+constexpr int leastWidth = 340;
+
+// Of the box's labels, by the names that the toolkit gives them.
+void setLabelFont(const QMessageBox &box, const QString &name, const QFont &font)
+{
+    if (auto *label = box.findChild<QLabel *>(name))
+        label->setFont(font);
+}
 
 class AlertOperation final : public platform::Operation
 {
@@ -24,6 +39,12 @@ public:
         m_box.setWindowFlag(Qt::WindowStaysOnTopHint);
         m_box.setText(contents.message);
         m_box.setInformativeText(contents.details);
+        setLabelFont(m_box, u"qt_msgbox_label"_s, titleFont(textPixels));
+        setLabelFont(m_box, u"qt_msgbox_informativelabel"_s, textFont(textPixels));
+        // By itself it is as wide as the message, which breaks details into many lines.
+        if (auto *grid = qobject_cast<QGridLayout *>(m_box.layout()))
+            grid->addItem(new QSpacerItem(leastWidth, 0), grid->rowCount(), 0, 1,
+                          grid->columnCount());
         // One role for all keeps them in the order told.
         for (const QString &label : contents.buttons)
             m_buttons.append(m_box.addButton(label, QMessageBox::ActionRole));
