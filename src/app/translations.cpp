@@ -8,6 +8,8 @@
 #include <QLibraryInfo>
 #include <QLocale>
 
+#include <clocale>
+
 using namespace Qt::Literals::StringLiterals;
 
 namespace nivora {
@@ -28,7 +30,10 @@ QString ofQt(const QString &language)
 
 Translations::Translations(const QString &language)
 {
-    QLocale::setDefault(interfaceLocale(language, QLocale::system()));
+    // The system's QLocale may have the language of the texts and yet write dates in
+    // another: it takes each from the variable of its own.
+    const QLocale ofDates(QString::fromLatin1(std::setlocale(LC_TIME, nullptr)));
+    QLocale::setDefault(interfaceLocale(language, ofDates));
     if (const QString catalogue = ofQt(language); !catalogue.isEmpty())
         install(catalogue, QLibraryInfo::path(QLibraryInfo::TranslationsPath));
     install(u"nivora_"_s + QString(language).replace(u'-', u'_'), u":/translations"_s);
