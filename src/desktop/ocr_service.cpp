@@ -35,9 +35,9 @@ private:
     std::optional<QByteArray> contents() const
     {
         QFile file(m_path);
-        if (!file.open(QIODevice::ReadOnly))
+        if (!file.open(QIODevice::ReadOnly) || file.size() > maxFile)
             return std::nullopt;
-        const QByteArray data = file.read(maxFile);
+        const QByteArray data = file.readAll();
         return data.isEmpty() ? std::nullopt : std::optional(data);
     }
 

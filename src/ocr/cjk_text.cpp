@@ -21,6 +21,13 @@ char32_t fullWidth(char32_t narrow)
     }
 }
 
+// Marks that fill the room of a character and need no blank beside them.
+bool isFullWidthMark(char32_t character)
+{
+    return (character >= 0x3000 && character <= 0x303F) ||
+           (character >= 0xFF00 && character <= 0xFFEF);
+}
+
 } // namespace
 
 bool isCjk(char32_t character)
@@ -32,8 +39,7 @@ bool isCjk(char32_t character)
     case QChar::Script_Bopomofo:
         return true;
     default: // marks that several scripts share
-        return (character >= 0x3000 && character <= 0x303F) || character == 0x30FB ||
-               character == 0x30FC || (character >= 0xFF00 && character <= 0xFFEF);
+        return isFullWidthMark(character) || character == 0x30FB || character == 0x30FC;
     }
 }
 
@@ -51,7 +57,8 @@ QString writtenAsCjk(const QString &line)
         const char32_t wide = isCjk(before) ? fullWidth(character) : 0;
         if (wide != 0)
             character = wide;
-        if (!(isCjk(before) && isCjk(character)))
+        const bool isInside = isCjk(before) && isCjk(character);
+        if (!isInside && !isFullWidthMark(before) && !isFullWidthMark(character))
             result += QString(blanks, u' ');
         result += QStringView(QChar::fromUcs4(character));
         before = character;

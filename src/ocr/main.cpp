@@ -10,15 +10,15 @@
 // several times slower, and cannot be kept out from here.
 
 #include "choice.h"
+#include "parts.h"
 #include "picture.h"
 #include "workers.h"
-
-#include <QFile>
 
 #include <csignal>
 #include <cstdio>
 #include <sys/prctl.h>
 #include <sys/resource.h>
+#include <unistd.h>
 
 using namespace nivora::ocr;
 
@@ -55,6 +55,17 @@ void limitOurselves()
     prctl(PR_SET_PDEATHSIG, SIGKILL);
 }
 
+// As far as the limit; the rest of a picture that is larger is missing.
+QByteArray standardInput()
+{
+    QByteArray data;
+    char buffer[65536];
+    ssize_t count = 0;
+    while (data.size() < maxInput && (count = read(STDIN_FILENO, buffer, sizeof buffer)) > 0)
+        data.append(buffer, count);
+    return data;
+}
+
 } // namespace
 
 int main(int argc, char *argv[])
@@ -73,23 +84,25 @@ int main(int argc, char *argv[])
     }
 
     setMsgSeverity(L_SEVERITY_NONE);
-    QFile input;
-    if (!input.open(stdin, QIODevice::ReadOnly))
-        return 1;
-    QByteArray data = input.read(maxInput);
-    const PixPtr picture = readablePicture(data);
+    // A worker that is gone shall not take this process with it.
+    std::signal(SIGPIPE, SIG_IGN);
+    // Models load while the picture is on its way.
+    Workers workers;
+    for (const LanguageModel *each : wished)
+        workers.start({each->model, false});
+
+    PixPtr picture = readablePicture(standardInput());
     if (!picture)
         return 1;
-    data.clear();
-
-    const bool vertical = looksVertical(picture.get());
-    std::vector<Job> jobs;
-    for (const LanguageModel *each : wished) {
-        jobs.push_back({each->model, false});
-        if (vertical && each->verticalModel)
-            jobs.push_back({each->verticalModel, true});
+    const bool vertical = mayBeVertical(picture.get());
+    if (vertical) {
+        for (const LanguageModel *each : wished) {
+            if (each->verticalModel)
+                workers.start({each->verticalModel, true});
+        }
     }
-    const std::vector<Reading> readings = readAll(picture.get(), jobs);
+    const std::vector<Reading> readings =
+        vertical ? readWhole(workers, picture.get()) : readInParts(workers, picture.get());
     if (readings.empty())
         return 1;
     const QByteArray text = bestText(readings).toUtf8();

@@ -19,6 +19,14 @@ constexpr qint64 maxReadPixels = 16'000'000;
 constexpr int margin = 12; // pixels, that letters at the edge are seen whole
 constexpr int white = 255;
 
+// Models for vertical text are asked besides, so this may be wrong that way.
+constexpr double nearlyAsWide = 0.5;
+
+// Pixels after the enlargement: some four lines of print, and less than any
+// distance between two of them.
+constexpr int leastHeightToCut = 220;
+constexpr int leastGapToCutAt = 3;
+
 qint64 pixelsOf(Pix *pix)
 {
     return qint64(pixGetWidth(pix)) * pixGetHeight(pix);
@@ -119,6 +127,31 @@ PixPtr scaled(PixPtr grey)
     return factor == 1 ? std::move(grey) : PixPtr(pixScale(grey.get(), factor, factor));
 }
 
+// Where text, or anything else dark, stands.
+struct Ink
+{
+    std::vector<bool> rows;
+    std::vector<bool> columns;
+};
+
+Ink inkOf(Pix *picture)
+{
+    constexpr int dark = 128;
+    const int width = pixGetWidth(picture);
+    const int height = pixGetHeight(picture);
+    Ink ink{std::vector<bool>(height), std::vector<bool>(width)};
+    for (int y = 0; y < height; ++y) {
+        const l_uint32 *line = pixGetData(picture) + qint64(y) * pixGetWpl(picture);
+        for (int x = 0; x < width; ++x) {
+            if (GET_DATA_BYTE(line, x) < dark) {
+                ink.rows[y] = true;
+                ink.columns[x] = true;
+            }
+        }
+    }
+    return ink;
+}
+
 // The mean length of the blank stretches between inked ones; 0 if there are none.
 double meanGap(const std::vector<bool> &inked)
 {
@@ -170,28 +203,43 @@ PixPtr readablePicture(const QByteArray &data)
     return PixPtr(pixAddBorder(grey.get(), margin, white));
 }
 
-bool looksVertical(Pix *picture)
+bool mayBeVertical(Pix *picture)
 {
-    constexpr int ink = 128;
-    const int width = pixGetWidth(picture);
-    const int height = pixGetHeight(picture);
-    std::vector<bool> rows(height);
-    std::vector<bool> columns(width);
-    for (int y = 0; y < height; ++y) {
-        const l_uint32 *line = pixGetData(picture) + qint64(y) * pixGetWpl(picture);
-        for (int x = 0; x < width; ++x) {
-            if (GET_DATA_BYTE(line, x) < ink) {
-                rows[y] = true;
-                columns[x] = true;
-            }
-        }
-    }
-    const double betweenRows = meanGap(rows);
-    const double betweenColumns = meanGap(columns);
+    const Ink ink = inkOf(picture);
+    const double betweenRows = meanGap(ink.rows);
+    const double betweenColumns = meanGap(ink.columns);
     // One line alone has gaps between its characters only.
     if (betweenRows == 0 || betweenColumns == 0)
-        return height > 2 * width;
-    return betweenColumns > betweenRows;
+        return pixGetHeight(picture) > 2 * pixGetWidth(picture);
+    return betweenColumns > nearlyAsWide * betweenRows;
+}
+
+int rowToCutAt(Pix *picture)
+{
+    const int height = pixGetHeight(picture);
+    if (height < leastHeightToCut)
+        return 0;
+    const std::vector<bool> rows = inkOf(picture).rows;
+    int run = 0;
+    int widest = leastGapToCutAt;
+    int middle = 0;
+    for (int y = height / 5; y < height / 2; ++y) {
+        run = rows[y] ? 0 : run + 1;
+        if (run > widest) {
+            widest = run;
+            middle = y - run / 2;
+        }
+    }
+    return middle;
+}
+
+PixPtr rowsOf(Pix *picture, int top, int bottom)
+{
+    const std::unique_ptr<Box, void (*)(Box *)> box(
+        boxCreate(0, top, pixGetWidth(picture), bottom - top),
+        [](Box *each) { boxDestroy(&each); });
+    const PixPtr rows(pixClipRectangle(picture, box.get(), nullptr));
+    return rows ? PixPtr(pixAddBorder(rows.get(), margin, white)) : nullptr;
 }
 
 } // namespace nivora::ocr

@@ -22,8 +22,15 @@ inline constexpr qint64 maxMegapixels = 64;
 // costs a line on standard error.
 PixPtr readablePicture(const QByteArray &data);
 
-// Whether the gaps between columns are the wider ones, as where East Asian text
-// runs from top to bottom.
-bool looksVertical(Pix *picture);
+// Whether text in it may run from top to bottom: the gaps between columns are as
+// wide as those between rows, or nearly.
+bool mayBeVertical(Pix *picture);
+
+// A row between two lines of text, in the upper half, where the picture can be cut;
+// 0 where there is none, or the picture too small for it to be worth it.
+int rowToCutAt(Pix *picture);
+
+// The rows from `top` up to `bottom`, with some room around them.
+PixPtr rowsOf(Pix *picture, int top, int bottom);
 
 } // namespace nivora::ocr

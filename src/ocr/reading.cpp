@@ -56,28 +56,37 @@ double Reading::confidence() const
     return length == 0 ? 0 : sum / double(length);
 }
 
-std::optional<Reading> read(Pix *picture, const Job &job)
+Reader::Reader(const Job &job)
+    : m_engine(std::make_unique<tesseract::TessBaseAPI>())
+    , m_isLoaded(m_engine->Init(nullptr, job.model.constData(), tesseract::OEM_LSTM_ONLY) == 0)
+    , m_isVertical(job.vertical)
 {
-    tesseract::TessBaseAPI engine;
-    if (engine.Init(nullptr, job.model.constData(), tesseract::OEM_LSTM_ONLY) != 0)
-        return std::nullopt;
-    engine.SetPageSegMode(job.vertical ? tesseract::PSM_SINGLE_BLOCK_VERT_TEXT
-                                       : tesseract::PSM_SINGLE_BLOCK);
-    engine.SetImage(picture);
-    engine.SetSourceResolution(dotsPerInch);
-    Reading reading{job.model, {}};
-    if (engine.Recognize(nullptr) != 0)
-        return reading;
-    const std::unique_ptr<tesseract::ResultIterator> place(engine.GetIterator());
+    // Nothing of the picture is light on dark any more; without this, a model that
+    // does not fit tries every line a second time.
+    m_engine->SetVariable("invert_threshold", "0");
+}
+
+Reader::~Reader() = default;
+
+QList<Line> Reader::read(Pix *picture)
+{
+    m_engine->SetPageSegMode(m_isVertical ? tesseract::PSM_SINGLE_BLOCK_VERT_TEXT
+                                          : tesseract::PSM_SINGLE_BLOCK);
+    m_engine->SetImage(picture);
+    m_engine->SetSourceResolution(dotsPerInch);
+    QList<Line> lines;
+    if (m_engine->Recognize(nullptr) != 0)
+        return lines;
+    const std::unique_ptr<tesseract::ResultIterator> place(m_engine->GetIterator());
     if (!place)
-        return reading;
+        return lines;
     do {
         const QString text = writtenAsCjk(textAt(*place, tesseract::RIL_TEXTLINE));
         if (!text.isEmpty())
-            reading.lines.append({text, place->Confidence(tesseract::RIL_TEXTLINE),
-                                  boxAt(*place, tesseract::RIL_TEXTLINE), symbolsAt(*place)});
+            lines.append({text, place->Confidence(tesseract::RIL_TEXTLINE),
+                          boxAt(*place, tesseract::RIL_TEXTLINE), symbolsAt(*place)});
     } while (place->Next(tesseract::RIL_TEXTLINE));
-    return reading;
+    return lines;
 }
 
 } // namespace nivora::ocr

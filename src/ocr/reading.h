@@ -7,7 +7,11 @@
 #include <QRect>
 #include <QString>
 
-#include <optional>
+#include <memory>
+
+namespace tesseract {
+class TessBaseAPI;
+}
 
 namespace nivora::ocr {
 
@@ -44,7 +48,22 @@ struct Job
     bool vertical = false;
 };
 
-// Takes some 100 ms. Absent when the model cannot be loaded.
-std::optional<Reading> read(Pix *picture, const Job &job);
+// A model in memory, which takes some 100 ms to get there.
+class Reader
+{
+public:
+    explicit Reader(const Job &job);
+    ~Reader();
+
+    bool isLoaded() const { return m_isLoaded; }
+
+    // Takes some 100 ms. No lines where the picture shows no text.
+    QList<Line> read(Pix *picture);
+
+private:
+    std::unique_ptr<tesseract::TessBaseAPI> m_engine;
+    bool m_isLoaded = false;
+    bool m_isVertical = false;
+};
 
 } // namespace nivora::ocr

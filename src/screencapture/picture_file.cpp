@@ -40,9 +40,9 @@ bool writePicture(const QImage &picture, const QString &path)
 bool movePicture(const QString &from, const QString &path)
 {
     QFile source(from);
-    if (!source.open(QIODevice::ReadOnly))
+    if (!source.open(QIODevice::ReadOnly) || source.size() > maxFile)
         return false;
-    const QByteArray data = source.read(maxFile);
+    const QByteArray data = source.readAll();
     source.remove();
     QFile file(path);
     return openNew(file) && kept(file, file.write(data) == data.size());
