@@ -79,7 +79,9 @@ QList<OcrKind> tuningKinds()
         {"Japanese, vertical",
          {u"Noto Serif CJK JP"_s, u"Noto Sans CJK JP"_s},
          {{u"春の朝早く起きて窓を開けると"_s, u"庭の桜がもう咲いていた"_s,
-           u"母は台所で茶をいれている"_s}},
+           u"母は台所で茶をいれている"_s},
+          {u"その夜は風が強く窓の外では"_s, u"木の枝が絶えず揺れていた"_s,
+           u"兄は黙って火を見つめている"_s}},
          true},
     };
 }
@@ -145,8 +147,8 @@ QList<OcrKind> heldOutKinds()
           {u"高铁G1027次16:45从5号站台发车。"_s}}},
         {"Japanese, vertical",
          {u"Noto Serif CJK JP"_s, u"Noto Sans CJK JP"_s},
-         {{u"その夜は風が強く窓の外では"_s, u"木の枝が絶えず揺れていた"_s,
-           u"兄は黙って火を見つめている"_s}},
+         {{u"山の上の古い寺には誰もいない"_s, u"鐘の音だけが遠く聞こえてくる"_s,
+           u"秋の日はもう沈みかけていた"_s}},
          true},
     };
 }

@@ -14,6 +14,8 @@ namespace {
 
 // Until other programs have drawn what our menu or panel stood above.
 constexpr auto redrawTime = 150ms;
+// Nobody marks a region sooner, and what comes before is for showing the screen.
+constexpr auto markingTime = 300ms;
 
 void logNothing()
 {
@@ -39,6 +41,7 @@ void ScreenTranslation::captureOCR()
             return;
         }
         m_panel.hide();
+        m_preparation.cancel();
         m_step = platform::delay(redrawTime, [this] { capture(); });
     });
 }
@@ -47,10 +50,11 @@ void ScreenTranslation::capture()
 {
     m_step = m_ocr.capture({u"-i"_s, u"-x"_s}, [this](const std::optional<QByteArray> &image) {
         if (image)
-            recognize(*image);
-        else
-            logNothing();
+            return recognize(*image);
+        m_preparation.cancel();
+        logNothing();
     });
+    m_preparation = platform::delay(markingTime, [this] { m_preparation = m_ocr.prepare(); });
 }
 
 void ScreenTranslation::recognize(const QByteArray &image)
@@ -61,6 +65,7 @@ void ScreenTranslation::recognize(const QByteArray &image)
         else
             logNothing();
     });
+    m_preparation.cancel(); // what it prepared is in use
 }
 
 void ScreenTranslation::translate(const QString &text)

@@ -16,6 +16,11 @@ namespace {
 // Above what all screens of a desktop give.
 constexpr qint64 maxFile = 256ll * 1024 * 1024;
 
+QStringList languages()
+{
+    return {u"ja-JP"_s, u"zh-Hans"_s, u"zh-Hant"_s, u"en-US"_s};
+}
+
 class CaptureOperation final : public platform::Operation
 {
 public:
@@ -65,10 +70,15 @@ platform::Task OCRService::capture(const QStringList &args,
     return platform::Task(new CaptureOperation(m_screenCapture, args, std::move(done)));
 }
 
+platform::Task OCRService::prepare()
+{
+    return m_recognizer.prepare(languages());
+}
+
 platform::Task OCRService::recognize(const QByteArray &image,
                                      std::function<void(std::optional<QString>)> done)
 {
-    return m_recognizer.recognize(image, {u"ja-JP"_s, u"zh-Hans"_s, u"zh-Hant"_s, u"en-US"_s},
+    return m_recognizer.recognize(image, languages(),
                                   [done = std::move(done)](const QStringList &lines) {
                                       const QString text = lines.join(u'\n').trimmed();
                                       done(text.isEmpty() ? std::nullopt : std::optional(text));

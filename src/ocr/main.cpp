@@ -94,15 +94,14 @@ int main(int argc, char *argv[])
     PixPtr picture = readablePicture(standardInput());
     if (!picture)
         return 1;
-    const bool vertical = mayBeVertical(picture.get());
-    if (vertical) {
+    const Direction direction = directionOf(picture.get());
+    if (direction != Direction::Across) {
         for (const LanguageModel *each : wished) {
             if (each->verticalModel)
                 workers.start({each->verticalModel, true});
         }
     }
-    const std::vector<Reading> readings =
-        vertical ? readWhole(workers, picture.get()) : readInParts(workers, picture.get());
+    const std::vector<Reading> readings = readingsOf(workers, picture.get(), direction);
     if (readings.empty())
         return 1;
     const QByteArray text = bestText(readings).toUtf8();

@@ -7,13 +7,16 @@ namespace nivora::ocr {
 
 namespace {
 
-// How sure a model is tells whether it fits. Measured: with those that do not, it is
-// at least 30 less than with those that do, and of a line below 60; but of Latin
-// text all models are sure.
+// How sure a model is tells whether it fits. Measured: one that does not is at least
+// 30 less sure than one that does, at most 50 sure in all and 60 of a line; but of
+// Latin text all are sure, and one that fits may doubt a line for one character.
 constexpr double fittingDifference = 15;
+constexpr double leastOfFitting = 50;
 constexpr double leastOfLine = 60;
+constexpr double mostDoubted = 0.34; // part of the text
 
 const QByteArray english("eng");
+const QByteArray vertical("_vert");
 
 using Models = std::set<QByteArray>;
 
@@ -37,11 +40,19 @@ Models fittingModels(const std::vector<Reading> &readings)
     return models;
 }
 
-bool isSureOfEveryLine(const Reading *reading)
+// Whether these lines are of the text that the model fits. One line of another script
+// among English ones is to be found, too.
+bool fitsAll(const Reading *reading)
 {
-    return reading && std::ranges::all_of(reading->lines, [](const Line &line) {
-               return line.confidence >= leastOfLine;
-           });
+    if (!reading)
+        return false;
+    double doubted = 0;
+    double all = 0;
+    for (const Line &line : reading->lines) {
+        all += double(line.text.size());
+        doubted += line.confidence < leastOfLine ? double(line.text.size()) : 0;
+    }
+    return doubted <= (reading->model == english ? 0 : mostDoubted * all);
 }
 
 // The models that read both, with the rows of the second part where they stood.
@@ -63,11 +74,21 @@ std::vector<Reading> joined(std::vector<Reading> first, const std::vector<Readin
     return whole;
 }
 
-} // namespace
-
 std::vector<Reading> readWhole(Workers &workers, Pix *picture)
 {
     return workers.read(picture, [](const QByteArray &) { return true; });
+}
+
+// Characters that stand well apart are easy to read row by row, too.
+std::vector<Reading> withoutRows(std::vector<Reading> readings)
+{
+    const auto isAcross = [](const Reading &each) { return !each.model.endsWith(vertical); };
+    const auto fits = [&](const Reading &each) {
+        return !isAcross(each) && each.confidence() >= leastOfFitting;
+    };
+    if (std::ranges::any_of(readings, fits))
+        std::erase_if(readings, isAcross);
+    return readings;
 }
 
 std::vector<Reading> readInParts(Workers &workers, Pix *picture)
@@ -82,13 +103,28 @@ std::vector<Reading> readInParts(Workers &workers, Pix *picture)
     const Models fitting = fittingModels(first);
     std::vector<Reading> rest =
         workers.read(bottom.get(), [&](const QByteArray &each) { return fitting.contains(each); });
-    if (!isSureOfEveryLine(surestOf(rest))) {
+    if (!fitsAll(surestOf(rest))) {
         std::ranges::move(
             workers.read(bottom.get(),
                          [&](const QByteArray &each) { return !fitting.contains(each); }),
             std::back_inserter(rest));
     }
     return joined(std::move(first), rest, cut);
+}
+
+} // namespace
+
+std::vector<Reading> readingsOf(Workers &workers, Pix *picture, Direction direction)
+{
+    switch (direction) {
+    case Direction::Across:
+        return readInParts(workers, picture);
+    case Direction::Either:
+        return readWhole(workers, picture);
+    case Direction::Down:
+        return withoutRows(readWhole(workers, picture));
+    }
+    return {};
 }
 
 } // namespace nivora::ocr

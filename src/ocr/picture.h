@@ -22,9 +22,10 @@ inline constexpr qint64 maxMegapixels = 64;
 // costs a line on standard error.
 PixPtr readablePicture(const QByteArray &data);
 
-// Whether text in it may run from top to bottom: the gaps between columns are as
-// wide as those between rows, or nearly.
-bool mayBeVertical(Pix *picture);
+enum class Direction { Across, Either, Down };
+
+// Where its text runs, by the gaps between rows and columns of ink.
+Direction directionOf(Pix *picture);
 
 // A row between two lines of text, in the upper half, where the picture can be cut;
 // 0 where there is none, or the picture too small for it to be worth it.

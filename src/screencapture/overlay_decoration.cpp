@@ -27,6 +27,7 @@ constexpr double frameWidth = 1.5;
 // On any picture, so the same in both themes.
 const QColor pillColor(0x1D, 0x1E, 0x21, 0xEB);
 const QColor pillText(0xEC, 0xED, 0xEF);
+const QColor pillEdge(0xFF, 0xFF, 0xFF, 0x38); // tells it from dark windows
 const QColor crosshairColor(0xFF, 0xFF, 0xFF, 0xB0);
 
 QString hint()
@@ -124,9 +125,12 @@ void OverlayDecoration::paint(QPainter &painter, const RegionSelection &selectio
 void OverlayDecoration::paintPill(QPainter &painter, const QRect &box, const QString &text) const
 {
     painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(Qt::NoPen);
+    const double line = pixels(1);
+    painter.setPen(QPen(pillEdge, line));
     painter.setBrush(pillColor);
-    painter.drawRoundedRect(box, radius * m_scale, radius * m_scale);
+    // Its line lies within the box, which is what gets painted over again.
+    const QRectF middle = QRectF(box).adjusted(line / 2, line / 2, -line / 2, -line / 2);
+    painter.drawRoundedRect(middle, radius * m_scale, radius * m_scale);
     painter.setPen(pillText);
     painter.setFont(m_font);
     painter.drawText(box, Qt::AlignCenter, text);

@@ -98,6 +98,7 @@ private Q_SLOTS:
     {
         QFETCH(const QByteArray, picture);
         linuxdesktop::TesseractRecognizer recognizer;
+        const platform::Task preparation = recognizer.prepare(languages);
         std::optional<QStringList> read;
         const platform::Task task = recognizer.recognize(
             picture, languages, [&](const QStringList &lines) { read = lines; });
@@ -108,7 +109,11 @@ private Q_SLOTS:
     void aDroppedTaskLeavesNoProcess()
     {
         linuxdesktop::TesseractRecognizer recognizer;
-        platform::Task task = recognizer.recognize(png(page(QStringList(20, u"見積書"_s))),
+        platform::Task task = recognizer.prepare(languages);
+        QVERIFY(test::waitUntil([] { return !children().isEmpty(); }, patience));
+        task.cancel();
+        QVERIFY(test::waitUntil([] { return children().isEmpty(); }, 1s));
+        task = recognizer.recognize(png(page(QStringList(20, u"見積書"_s))),
                                                    languages, [](const QStringList &) {});
         QVERIFY(test::waitUntil([] { return !children().isEmpty(); }, patience));
         task.cancel();

@@ -8,9 +8,12 @@
 
 #include <chrono>
 #include <functional>
+#include <memory>
 #include <optional>
 #include <utility>
 #include <vector>
+
+class QProcess;
 
 namespace nivora::linuxdesktop {
 
@@ -34,5 +37,28 @@ struct ProgramEnd
 
 // What it says on standard error goes to the log. Dropping the task ends it.
 platform::Task runProgram(const Program &program, std::function<void(ProgramEnd)> done);
+
+// One that is started before its input is known, to be ready by then. It ends with
+// this object, unless runProgram() takes it over.
+class ReadyProgram
+{
+public:
+    // Of `program` the input and the bound come later.
+    explicit ReadyProgram(const Program &program);
+    ~ReadyProgram();
+    ReadyProgram(const ReadyProgram &) = delete;
+    ReadyProgram &operator=(const ReadyProgram &) = delete;
+
+private:
+    friend platform::Task runProgram(std::unique_ptr<ReadyProgram>, const Program &,
+                                     std::function<void(ProgramEnd)>);
+
+    std::unique_ptr<QProcess> m_process;
+};
+
+// Where the ready one is none, or has ended by itself, another is started. It was
+// started with the same program.
+platform::Task runProgram(std::unique_ptr<ReadyProgram> ready, const Program &program,
+                          std::function<void(ProgramEnd)> done);
 
 } // namespace nivora::linuxdesktop

@@ -37,6 +37,7 @@ private:
     TranslationViewModel &m_session;
     FloatingPanelController &m_panel;
     platform::Task m_step; // the one that is under way
+    platform::Task m_preparation;
 };
 
 } // namespace nivora

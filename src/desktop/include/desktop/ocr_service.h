@@ -38,6 +38,9 @@ public:
     platform::Task capture(const QStringList &args,
                            std::function<void(std::optional<QByteArray>)> done);
 
+    // Held while a picture is on its way, makes recognize() answer sooner.
+    platform::Task prepare();
+
     // The text in the picture, line by line, without blanks around it. Absent when
     // there is none, or the picture cannot be read.
     platform::Task recognize(const QByteArray &image,

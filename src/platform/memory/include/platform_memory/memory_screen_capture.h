@@ -43,6 +43,8 @@ private:
 class MemoryTextRecognizer final : public platform::TextRecognizer
 {
 public:
+    platform::Task prepare(const QStringList &) override { return {}; }
+
     platform::Task recognize(const QByteArray &picture, const QStringList &,
                              std::function<void(QStringList)> done) override
     {
