@@ -20,6 +20,7 @@
 
 #include <cstdio>
 #include <optional>
+#include <sys/resource.h>
 
 using namespace Qt::Literals::StringLiterals;
 using namespace nivora;
@@ -91,6 +92,9 @@ int captureByPortal(int argc, char *argv[], const QString &path)
 
 int main(int argc, char *argv[])
 {
+    // What was on the screen shall not lie about.
+    const rlimit none{0, 0};
+    setrlimit(RLIMIT_CORE, &none);
     QStringList arguments;
     for (int i = 0; i < argc; ++i)
         arguments.append(QString::fromLocal8Bit(argv[i]));

@@ -7,6 +7,8 @@ namespace nivora {
 
 namespace {
 
+constexpr qsizetype maximumLength = 64; // of what is to be shown and compared
+
 struct Parts
 {
     QVersionNumber numbers;
@@ -45,7 +47,7 @@ std::weak_ordering compareVersions(const QString &one, const QString &other)
 
 bool isVersionNumber(const QString &text)
 {
-    return !partsOf(text).numbers.isNull();
+    return text.size() <= maximumLength && !partsOf(text).numbers.isNull();
 }
 
 } // namespace nivora

@@ -41,16 +41,21 @@ QImage page(const QStringList &lines, const QColor &ground = Qt::white,
     return picture;
 }
 
-QImage column(const QString &text)
+QImage columns(const QStringList &texts)
 {
-    QImage picture(40, 40 + 22 * int(text.size()), QImage::Format_RGB32);
+    QImage picture(40 * int(texts.size()), 40 + 22 * int(texts.first().size() + 1),
+                   QImage::Format_RGB32);
     picture.fill(Qt::white);
     QPainter painter(&picture);
-    QFont font(u"Noto Serif CJK JP"_s);
-    font.setPixelSize(20);
+    QFont font(u"Noto Sans CJK JP"_s);
+    font.setPixelSize(22);
     painter.setFont(font);
-    for (int i = 0; i < text.size(); ++i)
-        painter.drawText(QRect(8, 20 + 22 * i, 22, 22), Qt::AlignCenter, QString(text[i]));
+    int x = picture.width();
+    for (const QString &text : texts) {
+        x -= 36;
+        for (int i = 0; i < text.size(); ++i)
+            painter.drawText(QRect(x, 20 + 22 * i, 24, 22), Qt::AlignCenter, QString(text[i]));
+    }
     return picture;
 }
 
@@ -73,6 +78,12 @@ private Q_SLOTS:
         QTest::addColumn<QStringList>("lines");
         const QStringList japanese{u"来週の月曜日に見積書を"_s, u"お送りします。"_s};
         const QStringList mixed{u"エラーが表示されました。"_s, u"The file could not be found."_s};
+        const QStringList changing{u"The file could not be found."_s,
+                                   u"Check the path and try again."_s,
+                                   u"If the problem remains,"_s,
+                                   u"please contact support."_s,
+                                   u"ご不明な点はお問い合わせください。"_s,
+                                   u"Thank you for your patience."_s};
         const QStringList simplified{u"这个问题已经解决，谢谢。"_s};
         QTest::newRow("lines stay lines") << png(page(japanese)) << japanese;
         QTest::newRow("light on dark")
@@ -81,9 +92,13 @@ private Q_SLOTS:
                                << japanese;
         QTest::newRow("the edge of a window") << png(framed(page(japanese))) << japanese;
         QTest::newRow("English among Japanese") << png(page(mixed)) << mixed;
+        QTest::newRow("Japanese after English") << png(page(changing)) << changing;
         QTest::newRow("simplified, not traditional") << png(page(simplified)) << simplified;
-        QTest::newRow("downwards") << png(column(u"春の朝早く起きて窓を開ける"_s))
-                                   << QStringList{u"春の朝早く起きて窓を開ける"_s};
+        QTest::newRow("downwards") << png(columns({u"春の朝早く起きて庭に出る"_s}))
+                                   << QStringList{u"春の朝早く起きて庭に出る"_s};
+        const QStringList poem{u"庭の桜が咲いていた"_s, u"母は茶をいれている"_s,
+                               u"猫はまだ眠っている"_s};
+        QTest::newRow("downwards, in rows as well") << png(columns(poem)) << poem;
 
         QTest::newRow("no text") << png(page({})) << QStringList();
         QTest::newRow("nothing") << QByteArray() << QStringList();
@@ -113,8 +128,8 @@ private Q_SLOTS:
         QVERIFY(test::waitUntil([] { return !children().isEmpty(); }, patience));
         task.cancel();
         QVERIFY(test::waitUntil([] { return children().isEmpty(); }, 1s));
-        task = recognizer.recognize(png(page(QStringList(20, u"見積書"_s))),
-                                                   languages, [](const QStringList &) {});
+        task = recognizer.recognize(png(page(QStringList(20, u"見積書"_s))), languages,
+                                    [](const QStringList &) {});
         QVERIFY(test::waitUntil([] { return !children().isEmpty(); }, patience));
         task.cancel();
         QVERIFY(test::waitUntil([] { return children().isEmpty(); }, 1s));
