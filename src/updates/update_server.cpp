@@ -51,7 +51,8 @@ private:
     {
         const auto error = m_reply->error();
         if (error == QNetworkReply::TooManyRedirectsError ||
-            error == QNetworkReply::InsecureRedirectError)
+            error == QNetworkReply::InsecureRedirectError ||
+            error == QNetworkReply::ProtocolUnknownError)
             return end(UpdateServer::tr("更新服务器把请求转到了别处"));
         // A status that tells of an error comes with a body all the same.
         const bool isClientStatus = error >= QNetworkReply::ContentAccessDenied &&

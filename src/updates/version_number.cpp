@@ -3,6 +3,8 @@
 #include <QCollator>
 #include <QVersionNumber>
 
+#include <algorithm>
+
 namespace nivora {
 
 namespace {
@@ -47,7 +49,9 @@ std::weak_ordering compareVersions(const QString &one, const QString &other)
 
 bool isVersionNumber(const QString &text)
 {
-    return text.size() <= maximumLength && !partsOf(text).numbers.isNull();
+    return text.size() <= maximumLength &&
+           std::ranges::all_of(text, [](QChar each) { return each.isPrint(); }) &&
+           !partsOf(text).numbers.isNull();
 }
 
 } // namespace nivora

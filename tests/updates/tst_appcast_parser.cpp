@@ -130,6 +130,8 @@ private Q_SLOTS:
         }
         QVERIFY(compareVersions(u"1.0"_s, u"1"_s) == 0);
         QVERIFY(!isVersionNumber(u"Nivora"_s) && isVersionNumber(u"0.0"_s));
+        QVERIFY(!isVersionNumber(u"0."_s + QString(100, u'9')));
+        QVERIFY(!isVersionNumber(u"0.5\u202E evil"_s));
     }
 
     void theNewestReleaseForThisSystemIsFound()

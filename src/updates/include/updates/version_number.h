@@ -12,7 +12,8 @@ namespace nivora {
 // a leading "v" and what follows a "+" do not count.
 std::weak_ordering compareVersions(const QString &one, const QString &other);
 
-// Whether there is a number in it to compare.
+// Whether there is a number in it to compare, and nothing but some 64 characters that
+// can be shown.
 bool isVersionNumber(const QString &text);
 
 } // namespace nivora
