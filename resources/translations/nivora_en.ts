@@ -312,7 +312,8 @@
     </message>
     <message>
         <source>Nivora 需要它来读取选中的文字、模拟粘贴回填。</source>
-        <translation>Nivora needs it to read the text you select and to paste translations back.</translation>
+        <translation>Nivora needs it to read the text you select
+and to paste translations back.</translation>
     </message>
     <message>
         <source>打开系统设置授权…</source>
@@ -617,7 +618,8 @@
     </message>
     <message>
         <source>翻译会自动记录在本地。可在设置里关闭或清空。</source>
-        <translation>Translations are kept on this computer. You can turn that off or clear them in the settings.</translation>
+        <translation>Translations are kept on this computer.
+You can turn that off or clear them in the settings.</translation>
     </message>
     <message>
         <source>搜索原文或译文</source>
@@ -876,7 +878,7 @@
     </message>
     <message>
         <source>助记快捷键，效果相同</source>
-        <translation>A shortcut that does the same</translation>
+        <translation>Does the same</translation>
     </message>
     <message>
         <source>准备就绪 🎉</source>
@@ -884,7 +886,8 @@
     </message>
     <message>
         <source>菜单栏的「N」里还有截图翻译与设置。</source>
-        <translation>The “N” icon in the tray also holds screenshot translation and settings.</translation>
+        <translation>The “N” icon in the tray also holds
+screenshot translation and settings.</translation>
     </message>
 </context>
 <context>
@@ -1169,7 +1172,7 @@
     </message>
     <message>
         <source>外语自动译成「我的语言」；当源文本身已是我的语言时，译成上面选的语言。每次翻译都可在面板里临时改方向。</source>
-        <translation>Foreign text is translated into your language; text in your own language, into the one chosen above. The panel lets you change the direction each time.</translation>
+        <translation>Foreign text is translated into your language, your own language into the one chosen above. The panel lets you change that each time.</translation>
     </message>
     <message>
         <source>日语增强</source>
@@ -1276,7 +1279,8 @@
     <message>
         <source>验证码已发送到 %1，请查收邮箱。</source>
         <extracomment>OTP code sent to email</extracomment>
-        <translation>A code was sent to %1. Please check your email.</translation>
+        <translation>A code was sent to %1.
+Please check your email.</translation>
     </message>
     <message>
         <source>登录中…</source>

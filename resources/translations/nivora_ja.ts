@@ -995,7 +995,7 @@
     </message>
     <message>
         <source>自建后端（BYO）</source>
-        <translation>独自バックエンド（BYO）</translation>
+        <translation>独自サーバー（BYO）</translation>
     </message>
     <message>
         <source>后端</source>
@@ -1141,11 +1141,11 @@
     <name>nivora::SettingsTranslationTab</name>
     <message>
         <source>自建后端提示模板</source>
-        <translation>独自バックエンドのプロンプト</translation>
+        <translation>独自サーバーのプロンプト</translation>
     </message>
     <message>
         <source>可用变量：{{text}} {{target}} {{source}} {{style}} {{background}} {{glossary}}。仅 BYO（自建后端）时生效。</source>
-        <translation>使える変数: {{text}} {{target}} {{source}} {{style}} {{background}} {{glossary}}。独自バックエンド（BYO）でのみ有効です。</translation>
+        <translation>使える変数: {{text}} {{target}} {{source}} {{style}} {{background}} {{glossary}}。独自サーバー（BYO）でのみ有効です。</translation>
     </message>
     <message>
         <source>恢复默认模板</source>
@@ -1442,7 +1442,7 @@
     </message>
     <message>
         <source>软件包 %1 没有签名。</source>
-        <translation>パッケージ %1 は署名されていません。</translation>
+        <translation>署名のないパッケージ: %1</translation>
     </message>
 </context>
 <context>

@@ -404,7 +404,7 @@
     </message>
     <message>
         <source>回复对方消息时，填入对方的话作为语境，译文更贴切</source>
-        <translation>回覆對方訊息時，填入對方的話作為語境，譯文會更貼切</translation>
+        <translation>回覆訊息時填入對方的話作為語境，譯文更貼切</translation>
     </message>
     <message>
         <source>背景（可选，如对方的消息）</source>

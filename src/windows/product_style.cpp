@@ -78,6 +78,8 @@ int ProductStyle::styleHint(StyleHint hint, const QStyleOption *option, const QW
 {
     if (hint == SH_Widget_Animation_Duration && m_reducedMotion)
         return 0;
+    if (hint == SH_EtchDisabledText) // a shadow, which blurs it where text is light
+        return 0;
     return QProxyStyle::styleHint(hint, option, widget, data);
 }
 
