@@ -1,5 +1,6 @@
 #include "app/nivora_app.h"
 
+#include "platform_linux/core_dumps.h"
 #include "platform_linux/dbus_application.h"
 #include "platform_linux/launch_links.h"
 #include "platform_linux/linux_backend.h"
@@ -16,6 +17,7 @@ using namespace nivora;
 
 int main(int argc, char *argv[])
 {
+    linuxdesktop::forbidCoreDumps();
     const QStringList links = linuxdesktop::takeLaunchLinks(argc, argv);
 
     // Other programs' windows are reached through the X server, also where it is
