@@ -31,9 +31,10 @@ set(CPACK_DEBIAN_PACKAGE_PRIORITY optional)
 set(CPACK_DEBIAN_PACKAGE_HOMEPAGE "${NIVORA_WEBSITE}")
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 
-# Beside what programs and modules are linked to: gdbus, by which the desktop
-# entry's actions are called, and what is loaded at first use.
-set(CPACK_DEBIAN_PACKAGE_DEPENDS "libcld2-0, libglib2.0-bin, libmecab2")
+# Beside what programs and modules are linked to: those whom the cloud's certificate
+# is vouched for by, gdbus, by which the desktop entry's actions are called, and what
+# is loaded at first use.
+set(CPACK_DEBIAN_PACKAGE_DEPENDS "ca-certificates, libcld2-0, libglib2.0-bin, libmecab2")
 # Without one of these a part of the product says that it is missing; README.md
 # tells which.
 set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "at-spi2-core, \
