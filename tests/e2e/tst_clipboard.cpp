@@ -52,6 +52,7 @@ std::vector<ClipboardPeer::Offer> everything()
             {"x-special/gnome-copied-files", "cut\nfile:///tmp/a%20b\nfile:///tmp/c"},
             {"application/x-kde-cutselection", "1"},
             {"image/png", picture()},
+            {hint, "secret"}, // of a password manager
             {"application/x-unknown", noise(sixMegabytes)}};
 }
 

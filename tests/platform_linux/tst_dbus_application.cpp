@@ -7,6 +7,7 @@
 #include <QDBusMessage>
 #include <QSignalSpy>
 #include <QTest>
+#include <QXmlStreamReader>
 
 using namespace Qt::Literals::StringLiterals;
 using namespace nivora;
@@ -24,15 +25,17 @@ private Q_SLOTS:
     void aSecondStartBringsTheFirstForward();
     void aStartByALinkHandsItOver();
     void actionsArriveByName();
+    void othersReachNothingElse();
     void onlyLinksOfTheProgramAreOpened_data();
     void onlyLinksOfTheProgramAreOpened();
 
 private:
-    static QDBusMessage call(const QString &method, const QVariantList &arguments)
+    static QDBusMessage call(const QString &method, const QVariantList &arguments,
+                             const QString &interface = u"org.freedesktop.Application"_s)
     {
         auto connection = QDBusConnection::connectToBus(QDBusConnection::SessionBus, u"caller"_s);
-        auto message = QDBusMessage::createMethodCall(u"app.nivora"_s, u"/app/nivora"_s,
-                                                      u"org.freedesktop.Application"_s, method);
+        auto message =
+            QDBusMessage::createMethodCall(u"app.nivora"_s, u"/app/nivora"_s, interface, method);
         message.setArguments(arguments);
         return connection.call(message, QDBus::BlockWithGui);
     }
@@ -99,6 +102,29 @@ void TestDBusApplication::actionsArriveByName()
     call(u"ActivateAction"_s, {u"panel"_s, QVariant(QVariantList()), QVariantMap()});
     QCOMPARE(requested.count(), 1);
     QCOMPARE(requested.first().first(), u"panel"_s);
+}
+
+void TestDBusApplication::othersReachNothingElse()
+{
+    DBusApplication application;
+    std::optional<DBusApplication::Role> role;
+    auto acquisition = application.acquire({}, [&](auto given) { role = given; });
+    QTRY_COMPARE(role, DBusApplication::Role::Primary);
+    const auto described =
+        call(u"Introspect"_s, {}, u"org.freedesktop.DBus.Introspectable"_s).arguments();
+    QStringList ours;
+    QXmlStreamReader xml(described.value(0).toString());
+    for (QString interface; !xml.atEnd(); xml.readNext()) {
+        const QString name = xml.attributes().value("name"_L1).toString();
+        if (xml.isStartElement() && xml.name() == "interface"_L1)
+            interface = name;
+        else if (xml.isStartElement() && name != interface && xml.name() != "arg"_L1 &&
+                 !interface.startsWith("org.freedesktop.DBus."_L1))
+            ours << interface + u'.' + name;
+    }
+    const auto standard = u"org.freedesktop.Application."_s;
+    QCOMPARE(ours, QStringList({standard + u"Activate"_s, standard + u"Open"_s,
+                                standard + u"ActivateAction"_s}));
 }
 
 void TestDBusApplication::onlyLinksOfTheProgramAreOpened_data()
