@@ -54,6 +54,6 @@ int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
     }
     fuzz::check(results <= 1, "an attempt ends once");
     if (const auto token = keychain.read(KeychainStore::sessionTokenAccount()))
-        fuzz::check(isSessionToken(*token), "what is kept is a token");
+        fuzz::check(isSessionToken(**token), "what is kept is a token");
     return 0;
 }

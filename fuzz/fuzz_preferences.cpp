@@ -54,7 +54,7 @@ int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
         fuzz::check(std::isfinite(settings.doubleTapThresholdMs.value()),
                     "the threshold is a number");
         fuzz::check(std::isfinite(settings.speechRate.value()), "the rate is a number");
-        fuzz::check(config.cloud || !config.apiToken.contains("session"),
+        fuzz::check(config.cloud || !(*config.apiToken).contains("session"),
                     "the session's token goes to the cloud alone");
         settings.modelName.set(settings.modelName.value() + u"x"_s);
     }

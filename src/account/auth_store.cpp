@@ -9,6 +9,8 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace nivora {
 
+using Presence = KeychainStore::Presence;
+
 namespace {
 
 const auto emailKey = u"accountEmail"_s;
@@ -19,23 +21,38 @@ AuthStore::AuthStore(platform::Preferences &preferences, KeychainStore &keychain
     : m_preferences(preferences)
     , m_keychain(keychain)
 {
-    if (isSignedIn())
+    settle();
+}
+
+bool AuthStore::settle()
+{
+    if (m_isSettled)
+        return false;
+    const auto presence = m_keychain.presence(KeychainStore::sessionTokenAccount());
+    if (presence == Presence::Unknown)
+        return false;
+    m_isSettled = true;
+    if (presence == Presence::Stored)
         m_email = m_preferences.string(emailKey).value_or(QString());
     else if (m_preferences.value(emailKey))
         m_preferences.remove(emailKey);
+    Q_EMIT changed();
+    return true;
 }
 
 bool AuthStore::isSignedIn() const
 {
-    return !m_keychain.read(KeychainStore::sessionTokenAccount()).value_or(QString()).isEmpty();
+    return m_keychain.presence(KeychainStore::sessionTokenAccount()) == Presence::Stored;
 }
 
 bool AuthStore::signIn(const AuthSession &session)
 {
     const QString account = KeychainStore::sessionTokenAccount();
-    m_keychain.write(account, session.token);
-    if (m_keychain.read(account) != session.token)
+    const platform::SecretText token(session.token);
+    m_keychain.write(account, token);
+    if (m_keychain.read(account) != token)
         return false;
+    m_isSettled = true;
     m_email = session.email;
     m_preferences.set(emailKey, m_email);
     Q_EMIT changed();
@@ -45,6 +62,7 @@ bool AuthStore::signIn(const AuthSession &session)
 void AuthStore::signOut()
 {
     m_keychain.write(KeychainStore::sessionTokenAccount(), std::nullopt);
+    m_isSettled = true;
     m_email.clear();
     m_preferences.remove(emailKey);
     Q_EMIT changed();

@@ -14,14 +14,14 @@ BillingStore::BillingStore(AuthEndpoint endpoint, const KeychainStore &keychain,
 {
 }
 
-QString BillingStore::token() const
+platform::SecretText BillingStore::token() const
 {
-    return m_keychain.read(KeychainStore::sessionTokenAccount()).value_or(QString());
+    return m_keychain.read(KeychainStore::sessionTokenAccount()).value_or(platform::SecretText());
 }
 
 void BillingStore::refresh()
 {
-    const QString current = token();
+    const platform::SecretText current = token();
     if (current.isEmpty()) {
         ++m_signOuts;
         m_status.reset();
@@ -57,7 +57,7 @@ void BillingStore::openPortal()
 
 void BillingStore::openPage(PageRequest request)
 {
-    const QString current = token();
+    const platform::SecretText current = token();
     if (current.isEmpty())
         return;
     setErrorText({});

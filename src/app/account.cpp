@@ -20,7 +20,11 @@ Account::Account(platform::Preferences &preferences, KeychainStore &keychain,
 
 void Account::refreshBilling()
 {
-    m_refresh = platform::delay(0ms, [this] { m_billingStore.refresh(); });
+    m_refresh = platform::delay(0ms, [this] {
+        // What is settled now comes back here as a change.
+        if (!m_authStore.settle())
+            m_billingStore.refresh();
+    });
 }
 
 std::optional<QString> Account::billingSummary() const

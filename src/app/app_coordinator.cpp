@@ -151,9 +151,9 @@ void AppCoordinator::wireSession()
     // Always to the cloud, with the token of this moment.
     m_viewModel.feedbackHandler = [this](const FeedbackReport &report,
                                          std::function<void(bool)> done) {
-        const QString token =
-            m_keychain.read(KeychainStore::sessionTokenAccount()).value_or(QString());
-        return FeedbackService(m_network, m_settings.cloudEndpoint(), token.toUtf8())
+        const auto token =
+            m_keychain.read(KeychainStore::sessionTokenAccount()).value_or(platform::SecretText());
+        return FeedbackService(m_network, m_settings.cloudEndpoint(), (*token).toUtf8())
             .submit(report, std::move(done));
     };
     m_viewModel.usageRecorder = [this](const TokenUsage &usage) { m_usageStore.record(usage); };

@@ -40,7 +40,7 @@ QJsonObject answerObject(const QByteArray &answer)
 AuthRequest::AuthRequest(const AuthEndpoint &endpoint, const Content &content, Done done)
     : m_done(std::move(done))
 {
-    if (!content.token || isSessionToken(*content.token))
+    if (!content.token || isSessionToken(**content.token))
         send(endpoint, content);
     else
         m_refusal = platform::delay(0ms, [this] { end(AuthError::invalidResponse()); });
@@ -52,7 +52,7 @@ void AuthRequest::send(const AuthEndpoint &endpoint, const Content &content)
     if (!content.json.isEmpty())
         request.setHeader(QNetworkRequest::ContentTypeHeader, "application/json"_ba);
     if (content.token)
-        request.setRawHeader("Authorization"_ba, "Bearer " + content.token->toLatin1());
+        setBearer(request, (**content.token).toLatin1());
     request.setAttribute(QNetworkRequest::RedirectPolicyAttribute,
                          QNetworkRequest::ManualRedirectPolicy);
     request.setTransferTimeout(int(endpoint.timeout.count()));

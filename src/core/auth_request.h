@@ -3,6 +3,7 @@
 #include "core/auth_endpoint.h"
 #include "core/auth_error.h"
 
+#include "platform/secret.h"
 #include "platform/task.h"
 
 #include <QJsonObject>
@@ -29,7 +30,7 @@ public:
         QByteArray json = {}; // empty: no body
         // Absent: no Authorization header. One that is no session token cannot be
         // sent, which counts as an invalid response.
-        std::optional<QString> token = {};
+        std::optional<platform::SecretText> token = {};
     };
     // The body of an answer from 200 to 299.
     using Done = std::function<void(AuthResult<QByteArray>)>;

@@ -10,9 +10,10 @@ namespace nivora {
 
 namespace {
 
-AuthRequest::Content request(const QByteArray &method, QStringView path, const QString &token)
+AuthRequest::Content request(const QByteArray &method, QStringView path,
+                             const platform::SecretText &token)
 {
-    return {.method = method, .path = path, .token = token.trimmed()};
+    return {.method = method, .path = path, .token = (*token).trimmed()};
 }
 
 // Absent for what is no whole number that fits.
@@ -74,24 +75,25 @@ BillingService::BillingService(AuthEndpoint endpoint)
 {
 }
 
-platform::Task BillingService::status(const QString &token,
+platform::Task BillingService::status(const platform::SecretText &token,
                                       std::function<void(AuthResult<BillingStatus>)> done) const
 {
     return platform::Task(new AuthRequest(m_endpoint, request("GET"_ba, u"billing/status", token),
                                           decoded(&statusOf, std::move(done))));
 }
 
-platform::Task BillingService::checkoutURL(const QString &token, OnPage done) const
+platform::Task BillingService::checkoutURL(const platform::SecretText &token, OnPage done) const
 {
     return page(u"billing/checkout", token, std::move(done));
 }
 
-platform::Task BillingService::portalURL(const QString &token, OnPage done) const
+platform::Task BillingService::portalURL(const platform::SecretText &token, OnPage done) const
 {
     return page(u"billing/portal", token, std::move(done));
 }
 
-platform::Task BillingService::page(QStringView path, const QString &token, OnPage done) const
+platform::Task BillingService::page(QStringView path, const platform::SecretText &token,
+                                    OnPage done) const
 {
     return platform::Task(new AuthRequest(m_endpoint, request("POST"_ba, path, token),
                                           decoded(&pageOf, std::move(done))));

@@ -34,18 +34,19 @@ QByteArray bodyOf(const FeedbackReport &report)
 class FeedbackOperation final : public platform::Operation
 {
 public:
-    FeedbackOperation(QNetworkAccessManager &session, const QUrl &baseURL, const QByteArray &token,
-                      const QByteArray &body, std::function<void(bool)> done)
+    FeedbackOperation(QNetworkAccessManager &session, const QUrl &baseURL,
+                      const platform::SecretBytes &token, const QByteArray &body,
+                      std::function<void(bool)> done)
         : m_done(std::move(done))
     {
-        if (token.isEmpty() || !isHeaderValue(token)) {
+        if (token.isEmpty() || !isHeaderValue(*token)) {
             m_refusal = platform::delay(0ms, [this] { end(false); });
             return;
         }
         QNetworkRequest request(appendPath(baseURL, u"v1/feedback"));
         request.setHeader(QNetworkRequest::ContentTypeHeader, "application/json"_ba);
         request.setHeader(QNetworkRequest::ContentLengthHeader, body.size());
-        request.setRawHeader("Authorization"_ba, "Bearer " + token);
+        setBearer(request, token);
         request.setAttribute(QNetworkRequest::DoNotBufferUploadDataAttribute, true);
         // Elsewhere the user's text, and the token, would reach a host that the
         // user never named; and a page that is fetched instead has taken nothing.
@@ -97,18 +98,19 @@ private:
 
 } // namespace
 
-FeedbackService::FeedbackService(QNetworkAccessManager &session, QUrl baseURL, QByteArray token)
+FeedbackService::FeedbackService(QNetworkAccessManager &session, QUrl baseURL,
+                                 const platform::SecretBytes &token)
     : m_session(session)
     , m_baseURL(std::move(baseURL))
-    , m_token(std::move(token))
+    , m_token((*token).trimmed())
 {
 }
 
 platform::Task FeedbackService::submit(const FeedbackReport &report,
                                        std::function<void(bool)> done) const
 {
-    return platform::Task(new FeedbackOperation(m_session, m_baseURL, m_token.trimmed(),
-                                                bodyOf(report), std::move(done)));
+    return platform::Task(
+        new FeedbackOperation(m_session, m_baseURL, m_token, bodyOf(report), std::move(done)));
 }
 
 } // namespace nivora

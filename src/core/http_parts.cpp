@@ -1,8 +1,11 @@
 #include "http_parts.h"
 
 #include <QNetworkReply>
+#include <QNetworkRequest>
 
 #include <algorithm>
+
+using namespace Qt::Literals::StringLiterals;
 
 namespace nivora {
 
@@ -21,6 +24,11 @@ bool isHeaderValue(const QByteArray &value)
 {
     return std::ranges::none_of(value,
                                 [](char c) { return static_cast<uchar>(c) < 0x20 || c == 0x7F; });
+}
+
+void setBearer(QNetworkRequest &request, const platform::SecretBytes &token)
+{
+    request.setRawHeader("Authorization"_ba, "Bearer " + *token);
 }
 
 bool isWholeDespiteError(const QNetworkReply &reply, qint64 received)

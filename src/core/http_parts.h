@@ -1,11 +1,14 @@
 #pragma once
 
+#include "platform/secret.h"
+
 #include <QByteArray>
 #include <QIODevice>
 #include <QString>
 #include <QUrl>
 
 class QNetworkReply;
+class QNetworkRequest;
 
 namespace nivora {
 
@@ -15,6 +18,10 @@ QUrl appendPath(const QUrl &base, QStringView path);
 // Whether the value can be a header's: a control character would end the line
 // and start another.
 bool isHeaderValue(const QByteArray &value);
+
+// Signs the request. The header itself is Qt's: it is freed with the reply, and not
+// overwritten.
+void setBearer(QNetworkRequest &request, const platform::SecretBytes &token);
 
 // Whether an answer that ended with an error is complete all the same, with this
 // many bytes of its body received. When a server answers and closes at once, Qt

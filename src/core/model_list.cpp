@@ -38,14 +38,14 @@ ModelListRequest::ModelListRequest(QNetworkAccessManager &session, const Transla
                                    Done done)
     : m_done(std::move(done))
 {
-    const QByteArray token = config.apiToken.trimmed();
-    if (!isHeaderValue(token)) {
+    const platform::SecretBytes token = (*config.apiToken).trimmed();
+    if (!isHeaderValue(*token)) {
         m_refusal = platform::delay(0ms, [this] { end(std::nullopt); });
         return;
     }
     QNetworkRequest request(appendPath(config.apiBaseURL, u"v1/models"));
     if (!token.isEmpty())
-        request.setRawHeader("Authorization"_ba, "Bearer " + token);
+        setBearer(request, token);
     request.setAttribute(QNetworkRequest::RedirectPolicyAttribute,
                          QNetworkRequest::ManualRedirectPolicy);
     request.setTransferTimeout(int(std::chrono::milliseconds(timeout).count()));

@@ -54,11 +54,11 @@ ServiceRequest::ServiceRequest(QNetworkAccessManager &session, const Translation
         send();
 }
 
-bool ServiceRequest::authorize(const QByteArray &apiToken)
+bool ServiceRequest::authorize(const platform::SecretBytes &apiToken)
 {
     // A key that was pasted with a line end is still the same key.
-    const QByteArray token = apiToken.trimmed();
-    if (!isHeaderValue(token)) {
+    const platform::SecretBytes token = (*apiToken).trimmed();
+    if (!isHeaderValue(*token)) {
         m_pause = platform::delay(0ms, [this] {
             onFailed(TranslationError::network(
                 QCoreApplication::translate("TranslationError", "密钥含有无法发送的字符",
@@ -67,7 +67,7 @@ bool ServiceRequest::authorize(const QByteArray &apiToken)
         return false;
     }
     if (!token.isEmpty())
-        m_request.setRawHeader("Authorization"_ba, "Bearer " + token);
+        setBearer(m_request, token);
     return true;
 }
 

@@ -41,7 +41,7 @@ protected:
     static TranslationError invalidResponse();
 
 private:
-    bool authorize(const QByteArray &apiToken);
+    bool authorize(const platform::SecretBytes &apiToken);
     void send();
     void onMetaData();
     bool followRedirect();

@@ -164,7 +164,7 @@ QString SettingsStore::byoApiKey() const
 {
     if (!m_byoApiKey)
         m_byoApiKey = m_keychain.read(KeychainStore::byoApiKeyAccount());
-    return m_byoApiKey.value_or(QString());
+    return *m_byoApiKey.value_or(platform::SecretText());
 }
 
 void SettingsStore::setByoApiKey(const QString &key)
@@ -193,10 +193,10 @@ TranslationConfig SettingsStore::config() const
     config.modelName = modelName.value();
     config.requestTimeout = milliseconds(requestTimeoutSec.value());
     config.translateTemplate = byoPromptTemplate.value();
-    config.apiToken =
-        config.cloud
-            ? m_keychain.read(KeychainStore::sessionTokenAccount()).value_or(QString()).toUtf8()
-            : byoApiKey().toUtf8();
+    config.apiToken = config.cloud ? (*m_keychain.read(KeychainStore::sessionTokenAccount())
+                                           .value_or(platform::SecretText()))
+                                         .toUtf8()
+                                   : byoApiKey().toUtf8();
     return config;
 }
 

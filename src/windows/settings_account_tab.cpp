@@ -82,6 +82,7 @@ void SettingsAccountTab::render()
 // The keychain may have been locked when it was last asked.
 void SettingsAccountTab::showEvent(QShowEvent *event)
 {
+    m_parts.auth.settle();
     render();
     SettingsForm::showEvent(event);
 }

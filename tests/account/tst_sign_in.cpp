@@ -55,7 +55,10 @@ class TestSignIn : public QObject
             m_outcomes.append(error ? errorDescription(*error) : u"signed in"_s);
         };
     }
-    QByteArray storedToken() { return m_secrets.read(service, tokenName).value_or(QByteArray()); }
+    QByteArray storedToken()
+    {
+        return *m_secrets.read(service, tokenName).secret.value_or(platform::SecretBytes());
+    }
 
     QNetworkAccessManager m_network;
     memory::MemoryPreferences m_preferences;
@@ -138,6 +141,32 @@ private Q_SLOTS:
         QCOMPARE(m_preferences.value(emailKey).has_value(), remembered && !token.isEmpty());
         m_secrets.setAvailable(false); // between two reads
         QVERIFY(!m_program->store.isSignedIn());
+    }
+
+    void aKeychainWithoutAnAnswerForgetsNobody_data()
+    {
+        QTest::addColumn<QByteArray>("token");
+        QTest::newRow("and knows a token then") << "t"_ba;
+        QTest::newRow("and knows none then") << ""_ba;
+    }
+    void aKeychainWithoutAnAnswerForgetsNobody()
+    {
+        QFETCH(const QByteArray, token);
+        m_secrets.write(service, tokenName, token);
+        m_preferences.set(emailKey, u"me@x.org"_s);
+        m_secrets.setAvailable(false);
+        m_program.emplace(*this);
+        AuthStore &store = m_program->store;
+        const QSignalSpy changed(&store, &AuthStore::changed);
+        QVERIFY(!store.settle() && !store.isSignedIn() && store.email().isEmpty());
+        QVERIFY(m_preferences.value(emailKey));
+
+        m_secrets.setAvailable(true);
+        QCOMPARE(store.isSignedIn(), !token.isEmpty());
+        QVERIFY(store.settle() && !store.settle());
+        QCOMPARE(changed.size(), 1);
+        QCOMPARE(store.email(), token.isEmpty() ? QString() : u"me@x.org"_s);
+        QCOMPARE(m_preferences.value(emailKey).has_value(), !token.isEmpty());
     }
 
     void theButtonInTheBrowserLeadsBack()

@@ -28,7 +28,7 @@ inline TranslationConfig configFor(const localcloud::Server &server, bool cloud 
     return {.apiBaseURL = server.url(),
             .modelName = u"some-model"_s,
             .requestTimeout = 5s,
-            .apiToken = "secret",
+            .apiToken = "secret"_ba,
             .cloud = cloud,
             .translateTemplate = PromptTemplate::defaultTranslate()};
 }

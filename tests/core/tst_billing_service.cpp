@@ -24,11 +24,12 @@ class TestBillingService : public QObject
 
     QNetworkAccessManager m_network;
     localcloud::Server m_server;
-    using Ask = platform::Task (BillingService::*)(const QString &, BillingService::OnPage) const;
+    using Ask = platform::Task (BillingService::*)(const platform::SecretText &,
+                                                   BillingService::OnPage) const;
 
     template<typename Value>
     AuthResult<Value>
-    ask(platform::Task (BillingService::*request)(const QString &,
+    ask(platform::Task (BillingService::*request)(const platform::SecretText &,
                                                   std::function<void(AuthResult<Value>)>) const,
         const QString &token = u"t-1"_s)
     {

@@ -80,6 +80,7 @@ private Q_SLOTS:
     void theBrowserLeadsBack();
     void otherLinksAreDropped_data();
     void otherLinksAreDropped();
+    void aStartWithoutTheKeyringForgetsNobody();
     void withoutAnAnswerFromTheKeyringNobodyIsSignedIn_data();
     void withoutAnAnswerFromTheKeyringNobodyIsSignedIn();
 
@@ -106,6 +107,11 @@ private:
         const auto window =
             m_road.user->waitForMapped(X11Driver::ofClass(u"Nivora"_s, role), patience);
         return window && m_road.user->waitForActive(window->id, patience);
+    }
+    pid_t keyring() const
+    {
+        auto bus = QDBusConnection::connectToBus(m_road.session.busAddress(), u"keyring"_s);
+        return pid_t(bus.interface()->servicePid(u"org.freedesktop.secrets"_s).value());
     }
     bool waitForGone(const QString &role) const
     {
@@ -231,6 +237,8 @@ void TestAccount::translate(const QString &sentence, const QByteArray &token)
     }
     QVERIFY(paths.contains("/v1/translate") && paths.contains("/billing/status"));
     QTRY_COMPARE(placesOf(token), QStringList());
+    for (const QString &text : {QString::fromLatin1(token), sentence, expected})
+        QVERIFY(!m_road.product->log().contains(text));
 }
 
 void TestAccount::afterASignOutATriggerLeadsToTheSignIn()
@@ -279,6 +287,28 @@ void TestAccount::otherLinksAreDropped()
     QTRY_COMPARE(placesOf("token=foreign"_ba), QStringList());
 }
 
+void TestAccount::aStartWithoutTheKeyringForgetsNobody()
+{
+    const QByteArray token = storedToken();
+    const pid_t process = keyring();
+    QVERIFY(!token.isEmpty() && process > 0);
+    QCOMPARE(kill(process, SIGSTOP), 0);
+    m_road.product.emplace(m_road.session, *m_road.user, *m_road.tree);
+    QVERIFY(m_road.product->start({}));
+    m_road.pull(Trigger::DoubleShift);
+    QVERIFY(waitForWindow(u"login"_s));
+    m_road.user->press({XK_Escape});
+    QVERIFY(waitForGone(u"login"_s));
+    QCOMPARE(kill(process, SIGCONT), 0);
+    translate(u"再见"_s, token);
+    QCOMPARE(placesOf("walker@example.com"_ba),
+             QStringList(m_road.session.folder() + u"/config/app.nivora/defaults.json"_s));
+    const auto limits = u"/proc/%1/limits"_s.arg(m_road.product->processId());
+    QVERIFY(QRegularExpression(u"Max core file size +1 "_s)
+                .match(QString::fromLatin1(contentOf(limits)))
+                .hasMatch());
+}
+
 void TestAccount::withoutAnAnswerFromTheKeyringNobodyIsSignedIn_data()
 {
     QTest::addColumn<int>("signal");
@@ -290,16 +320,15 @@ void TestAccount::withoutAnAnswerFromTheKeyringNobodyIsSignedIn()
 {
     QFETCH(const int, signal);
     QVERIFY(m_road.editor);
-    auto bus = QDBusConnection::connectToBus(m_road.session.busAddress(), u"keyring"_s);
-    const uint process = bus.interface()->servicePid(u"org.freedesktop.secrets"_s);
+    const pid_t process = keyring();
     QVERIFY(process > 0);
-    QCOMPARE(kill(pid_t(process), signal), 0);
+    QCOMPARE(kill(process, signal), 0);
     QVERIFY(m_road.user->waitForActive(m_road.editor->window(), patience));
     m_road.pull(Trigger::DoubleShift);
     QVERIFY(waitForWindow(u"login"_s));
     m_road.user->press({XK_Escape});
     QVERIFY(waitForGone(u"login"_s));
-    QCOMPARE(kill(pid_t(process), SIGCONT), signal == SIGKILL ? -1 : 0);
+    QCOMPARE(kill(process, SIGCONT), signal == SIGKILL ? -1 : 0);
 }
 
 int main(int argc, char **argv)

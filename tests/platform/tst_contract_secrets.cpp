@@ -56,7 +56,7 @@ private Q_SLOTS:
         m_store->write(u"app.nivora"_s, u"two"_s, "2"_ba);
         QCOMPARE(read(u"one"_s), "1"_ba);
         QCOMPARE(read(u"two"_s), "2"_ba);
-        QVERIFY(!m_store->read(u"app.other"_s, u"one"_s));
+        QVERIFY(!m_store->read(u"app.other"_s, u"one"_s).secret);
         m_store->remove(u"app.nivora"_s, u"one"_s);
         QVERIFY(!read(u"one"_s));
         QCOMPARE(read(u"two"_s), "2"_ba);
@@ -65,7 +65,10 @@ private Q_SLOTS:
 private:
     std::optional<QByteArray> read(const QString &account)
     {
-        return m_store->read(u"app.nivora"_s, account);
+        const auto answer = m_store->read(u"app.nivora"_s, account);
+        if (!answer.isKnown)
+            QTest::qFail("the keychain does not answer", __FILE__, __LINE__);
+        return answer.secret ? std::optional(**answer.secret) : std::nullopt;
     }
 
     test::DesktopSession m_session;

@@ -4,6 +4,8 @@
 #include "platform_memory/memory_preferences.h"
 #include "platform_memory/memory_secret_store.h"
 
+#include <QFile>
+#include <QRegularExpression>
 #include <QSignalSpy>
 #include <QTest>
 
@@ -26,6 +28,50 @@ struct Process
     SettingsStore settings;
 };
 
+// A secret that is nowhere in this program but where the product has put it.
+constexpr int secretLength = 60;
+
+char secretAt(int index)
+{
+    return char('a' + index * 7 % 26);
+}
+
+QString secret()
+{
+    QString text(secretLength, Qt::Uninitialized);
+    for (int i = 0; i < secretLength; ++i)
+        text[i] = QLatin1Char(secretAt(i));
+    return text;
+}
+
+// Its places in what the program may write to, as text of this width. The start of a
+// block that was freed belongs to the allocator.
+template<typename Unit>
+int copiesInMemory()
+{
+    int copies = 0;
+    QFile maps(u"/proc/self/maps"_s);
+    if (!maps.open(QIODevice::ReadOnly))
+        return -1;
+    for (const QByteArray &line : maps.readAll().split('\n')) {
+        static const QRegularExpression writable(
+            u"^([0-9a-f]+)-([0-9a-f]+) rw.p \\S+ \\S+ 0 *(\\[heap\\]|\\[stack\\])?$"_s);
+        const auto range = writable.match(QString::fromLatin1(line));
+        if (!range.hasMatch())
+            continue;
+        const auto *unit = reinterpret_cast<const Unit *>(range.captured(1).toULongLong({}, 16));
+        const auto *end = reinterpret_cast<const Unit *>(range.captured(2).toULongLong({}, 16));
+        for (; end - unit >= secretLength; ++unit) {
+            constexpr int start = 20;
+            int known = start;
+            while (known < secretLength && unit[known] == Unit(secretAt(known)))
+                ++known;
+            copies += known == secretLength;
+        }
+    }
+    return copies;
+}
+
 } // namespace
 
 class TestSettingsStore : public QObject
@@ -42,6 +88,8 @@ private Q_SLOTS:
     void storedAddressesDecideTheBackend();
     void tokensNeverCrossBackends();
     void aKeyTypedInLivesInTheKeychainAlone();
+    void whatWasASecretIsOverwritten_data();
+    void whatWasASecretIsOverwritten();
     void theInterfaceLanguageIsHandedToThePlatform();
     void unusableTimeoutsAreBounded_data();
     void unusableTimeoutsAreBounded();
@@ -182,9 +230,9 @@ void TestSettingsStore::tokensNeverCrossBackends()
     // A sign-in takes effect on the next request.
     process.keychain.write(KeychainStore::sessionTokenAccount(), u"session"_s);
     process.settings.setByoApiKey(u"own-key"_s);
-    QCOMPARE(process.settings.config().apiToken, "session"_ba);
+    QCOMPARE(*process.settings.config().apiToken, "session"_ba);
     process.settings.useCustomBackend.set(true);
-    QCOMPARE(process.settings.config().apiToken, "own-key"_ba);
+    QCOMPARE(*process.settings.config().apiToken, "own-key"_ba);
     // Without an address the user's form and key go to the cloud's address.
     QCOMPARE(process.settings.config().apiBaseURL, cloud);
     process.settings.setByoApiKey({});
@@ -198,7 +246,7 @@ void TestSettingsStore::aKeyTypedInLivesInTheKeychainAlone()
 {
     Process process(m_preferences, m_secrets);
     process.settings.setByoApiKey(u"schlüssel"_s);
-    QCOMPARE(m_secrets.read(u"app.nivora"_s, u"byo-api-key"_s), "schlüssel"_ba);
+    QCOMPARE(**m_secrets.read(u"app.nivora"_s, u"byo-api-key"_s).secret, "schlüssel"_ba);
     QCOMPARE(m_preferences.keys(), QStringList{});
     QCOMPARE(Process(m_preferences, m_secrets).settings.byoApiKey(), u"schlüssel"_s);
     process.settings.setByoApiKey({});
@@ -208,6 +256,35 @@ void TestSettingsStore::aKeyTypedInLivesInTheKeychainAlone()
     m_secrets.setAvailable(false);
     process.settings.setByoApiKey(u"kept"_s);
     QCOMPARE(process.settings.byoApiKey(), u"kept"_s);
+}
+
+void TestSettingsStore::whatWasASecretIsOverwritten_data()
+{
+    QTest::addColumn<bool>("cloud");
+    QTest::newRow("a session token") << true;
+    QTest::newRow("a key of one's own") << false;
+}
+
+void TestSettingsStore::whatWasASecretIsOverwritten()
+{
+#ifdef __SANITIZE_ADDRESS__
+    QSKIP("The sanitizer's own memory is too large to search.");
+#endif
+    QFETCH(const bool, cloud);
+    {
+        Process process(m_preferences, m_secrets);
+        process.settings.useCustomBackend.set(!cloud);
+        if (cloud)
+            process.keychain.write(KeychainStore::sessionTokenAccount(), secret());
+        else
+            process.settings.setByoApiKey(secret());
+        const TranslationConfig config = process.settings.config();
+        QCOMPARE((*config.apiToken).size(), secretLength);
+        QVERIFY(copiesInMemory<char>() > 0);
+        m_secrets = {};
+    }
+    QCOMPARE(copiesInMemory<char>(), 0);
+    QCOMPARE(copiesInMemory<char16_t>(), 0);
 }
 
 void TestSettingsStore::theInterfaceLanguageIsHandedToThePlatform()
@@ -267,7 +344,7 @@ void TestSettingsStore::secretsThatAreNoTextAreAbsent()
 {
     KeychainStore keychain(m_secrets);
     m_secrets.write(u"app.nivora"_s, u"session-token"_s, "\xff\xfe"_ba);
-    QCOMPARE(keychain.read(KeychainStore::sessionTokenAccount()), std::nullopt);
+    QVERIFY(!keychain.read(KeychainStore::sessionTokenAccount()));
     keychain.write(KeychainStore::sessionTokenAccount(), u""_s);
     QCOMPARE(m_secrets.count(), 0);
 }

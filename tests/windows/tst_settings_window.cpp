@@ -254,7 +254,7 @@ void TestSettingsWindow::theBackendDecidesWhatIsShown()
 void TestSettingsWindow::thePlanIsShownAndManaged()
 {
     QLocale::setDefault(QLocale(QLocale::English, QLocale::UnitedStates));
-    m_desktop->secrets.write(u"app.nivora"_s, u"session-token"_s, "t-1");
+    m_desktop->secrets.write(u"app.nivora"_s, u"session-token"_s, "t-1"_ba);
     m_service->enqueue(plan(u"free"_s, 1200, 10000));
     show(2);
     QTRY_VERIFY(shows(u"免费档"_s) && shows(u"1,200 / 10,000"_s));

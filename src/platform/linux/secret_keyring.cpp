@@ -6,6 +6,8 @@
 
 namespace nivora::linuxdesktop {
 
+using platform::SecretBytes;
+
 namespace {
 
 // Items are found by their attributes alone, so that one stored with another
@@ -42,15 +44,14 @@ GlibPtr<GHashTable> attributesOf(const SecretName &name)
 
 ValuePtr valueOf(const SecretBytes &secret)
 {
-    return ValuePtr(secret_value_new(secret.view().data(),
-                                     static_cast<gssize>(secret.view().size()), contentType));
+    return ValuePtr(secret_value_new((*secret).constData(), gssize((*secret).size()), contentType));
 }
 
 SecretBytes bytesOf(SecretValue *value)
 {
     gsize length = 0;
     const char *bytes = secret_value_get(value, &length);
-    return SecretBytes(std::string_view(bytes, length));
+    return QByteArray(bytes, qsizetype(length));
 }
 
 SecretItem *itemOf(const GList *link)

@@ -1,7 +1,8 @@
 #pragma once
 
-#include "secret_bytes.h"
 #include "secret_glib.h"
+
+#include "platform/secret.h"
 
 #include <QString>
 
@@ -43,8 +44,8 @@ public:
     }
 
     Outcome connect();
-    Outcome read(const SecretName &name, SecretBytes &secret);
-    Outcome write(const SecretName &name, const SecretBytes &secret);
+    Outcome read(const SecretName &name, platform::SecretBytes &secret);
+    Outcome write(const SecretName &name, const platform::SecretBytes &secret);
     Outcome remove(const SecretName &name);
 
 private:

@@ -20,12 +20,14 @@ namespace {
 constexpr auto readWait = 240ms;
 constexpr auto closingWait = 250ms;
 
+using platform::SecretAnswer;
+using platform::SecretBytes;
 using Outcome = SecretKeyring::Outcome;
 
 struct Reading
 {
     bool done = false;
-    std::optional<SecretBytes> secret;
+    SecretAnswer answer;
 };
 
 struct Job
@@ -56,7 +58,7 @@ public:
     }
     ~Worker();
 
-    std::optional<QByteArray> read(const SecretName &name);
+    SecretAnswer read(const SecretName &name);
     void change(const SecretName &name, std::optional<SecretBytes> secret);
 
 private:
@@ -103,29 +105,26 @@ LibsecretStore::Worker::~Worker()
         m_unlocker.join();
 }
 
-std::optional<QByteArray> LibsecretStore::Worker::read(const SecretName &name)
+SecretAnswer LibsecretStore::Worker::read(const SecretName &name)
 {
-    const auto bytes = [](const std::optional<SecretBytes> &secret) {
-        return secret ? std::optional(secret->toByteArray()) : std::nullopt;
-    };
     std::unique_lock lock(m_mutex);
     if (const auto pending = m_pending.find(name); pending != m_pending.end())
-        return bytes(pending->second.secret);
+        return {.secret = pending->second.secret, .isKnown = true};
     // A stuck keyring gets one job at a time, to find out when it comes back.
     if (m_stuck && !isIdle())
-        return std::nullopt;
+        return {};
 
     const auto reading = std::make_shared<Reading>();
     m_queue.push_back({name, reading});
     m_wake.notify_one();
     if (m_stuck)
-        return std::nullopt;
+        return {};
     if (!m_answered.wait_for(lock, readWait, [&] { return reading->done; })) {
         m_stuck = true;
-        qCWarning(log::app, "Keyring: no answer, secrets count as absent until it comes back");
-        return std::nullopt;
+        qCWarning(log::app, "Keyring: no answer, secrets are unknown until it comes back");
+        return {};
     }
-    return bytes(reading->secret);
+    return reading->answer;
 }
 
 void LibsecretStore::Worker::change(const SecretName &name, std::optional<SecretBytes> secret)
@@ -169,7 +168,8 @@ Outcome LibsecretStore::Worker::perform(SecretKeyring &keyring, Job &job,
     const Outcome outcome = keyring.read(job.name, secret);
     lock.lock();
     if (outcome == Outcome::Done)
-        job.reading->secret = std::move(secret);
+        job.reading->answer.secret = std::move(secret);
+    job.reading->answer.isKnown = outcome == Outcome::Done || outcome == Outcome::Absent;
     if (outcome == Outcome::Locked)
         askToUnlock(job.name.service, false);
     job.reading->done = true;
@@ -237,15 +237,15 @@ LibsecretStore::LibsecretStore()
 
 LibsecretStore::~LibsecretStore() = default;
 
-std::optional<QByteArray> LibsecretStore::read(const QString &service, const QString &account)
+SecretAnswer LibsecretStore::read(const QString &service, const QString &account)
 {
     return m_worker->read({service, account});
 }
 
-void LibsecretStore::write(const QString &service, const QString &account, const QByteArray &secret)
+void LibsecretStore::write(const QString &service, const QString &account,
+                           const SecretBytes &secret)
 {
-    m_worker->change({service, account},
-                     SecretBytes({secret.constData(), static_cast<std::size_t>(secret.size())}));
+    m_worker->change({service, account}, secret);
 }
 
 void LibsecretStore::remove(const QString &service, const QString &account)

@@ -2,17 +2,19 @@
 
 namespace nivora::memory {
 
-std::optional<QByteArray> MemorySecretStore::read(const QString &service, const QString &account)
+platform::SecretAnswer MemorySecretStore::read(const QString &service, const QString &account)
 {
     ++m_reads;
+    if (!m_available)
+        return {};
     const auto found = m_secrets.constFind({service, account});
-    if (!m_available || found == m_secrets.cend())
-        return std::nullopt;
-    return *found;
+    if (found == m_secrets.cend())
+        return {.secret = std::nullopt, .isKnown = true};
+    return {.secret = *found, .isKnown = true};
 }
 
 void MemorySecretStore::write(const QString &service, const QString &account,
-                              const QByteArray &secret)
+                              const platform::SecretBytes &secret)
 {
     if (m_available)
         m_secrets.insert({service, account}, secret);

@@ -20,10 +20,16 @@ class AuthStore : public QObject
     Q_OBJECT
 
 public:
-    // Forgets a stored address that has outlived its token.
+    // Settles who is signed in, if the keychain answers.
     AuthStore(platform::Preferences &preferences, KeychainStore &keychain);
 
-    // Asks the keychain each time: at most 250 ms.
+    // Takes up the stored address, or forgets one that has outlived its token. A
+    // keychain that does not answer, or is locked, leaves everything as it is and
+    // nobody signed in for now: to be called again where it matters. True if this
+    // call settled it; once it is, the keychain is not asked.
+    bool settle();
+
+    // Asks the keychain each time: at most 250 ms. False while it does not answer.
     bool isSignedIn() const;
 
     QString email() const { return m_email; } // empty when there is none to show
@@ -35,13 +41,14 @@ public:
     void signOut();
 
 Q_SIGNALS:
-    // After signIn() and signOut().
+    // After signIn() and signOut(), and when the keychain has answered at last.
     void changed();
 
 private:
     platform::Preferences &m_preferences;
     KeychainStore &m_keychain;
     QString m_email;
+    bool m_isSettled = false;
 };
 
 } // namespace nivora

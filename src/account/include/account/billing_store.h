@@ -48,10 +48,10 @@ Q_SIGNALS:
     void changed();
 
 private:
-    using PageRequest = platform::Task (BillingService::*)(const QString &,
+    using PageRequest = platform::Task (BillingService::*)(const platform::SecretText &,
                                                            BillingService::OnPage) const;
 
-    QString token() const;
+    platform::SecretText token() const;
     void openPage(PageRequest request);
     void setErrorText(const QString &text);
 

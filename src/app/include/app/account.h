@@ -34,8 +34,8 @@ public:
     Account(platform::Preferences &preferences, KeychainStore &keychain,
             platform::WebBrowser &browser, const AuthEndpoint &endpoint, const QString &language);
 
-    // Asks for the plan, from the event loop: a trigger does not wait even for
-    // the keychain.
+    // Asks for the plan, and who is signed in if the keychain has not said so yet.
+    // From the event loop: a trigger does not wait even for the keychain.
     void refreshBilling();
 
     // The menu's line about the plan; absent while nothing is known of it.

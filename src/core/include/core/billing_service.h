@@ -3,6 +3,7 @@
 #include "core/auth_endpoint.h"
 #include "core/auth_error.h"
 
+#include "platform/secret.h"
 #include "platform/task.h"
 
 #include <QString>
@@ -35,17 +36,17 @@ class BillingService
 public:
     explicit BillingService(AuthEndpoint endpoint);
 
-    platform::Task status(const QString &token,
+    platform::Task status(const platform::SecretText &token,
                           std::function<void(AuthResult<BillingStatus>)> done) const;
 
     // Pages for the user's browser, of http or https: one to buy the plan on, one
     // to manage it.
     using OnPage = std::function<void(AuthResult<QUrl>)>;
-    platform::Task checkoutURL(const QString &token, OnPage done) const;
-    platform::Task portalURL(const QString &token, OnPage done) const;
+    platform::Task checkoutURL(const platform::SecretText &token, OnPage done) const;
+    platform::Task portalURL(const platform::SecretText &token, OnPage done) const;
 
 private:
-    platform::Task page(QStringView path, const QString &token, OnPage done) const;
+    platform::Task page(QStringView path, const platform::SecretText &token, OnPage done) const;
 
     AuthEndpoint m_endpoint;
 };

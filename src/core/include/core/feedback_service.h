@@ -2,6 +2,7 @@
 
 #include "core/language.h"
 
+#include "platform/secret.h"
 #include "platform/task.h"
 
 #include <QByteArray>
@@ -47,7 +48,8 @@ class FeedbackService
 public:
     // Borrows the session, which outlives every report under way. `token` is the
     // signed-in user's; empty when nobody is.
-    FeedbackService(QNetworkAccessManager &session, QUrl baseURL, QByteArray token);
+    FeedbackService(QNetworkAccessManager &session, QUrl baseURL,
+                    const platform::SecretBytes &token);
 
     // True once the cloud has taken the report; false for everything else, within
     // 15 s of the last sign of life. Nothing is sent a second time. Without a
@@ -57,7 +59,7 @@ public:
 private:
     QNetworkAccessManager &m_session;
     QUrl m_baseURL;
-    QByteArray m_token;
+    platform::SecretBytes m_token; // trimmed
 };
 
 } // namespace nivora

@@ -1,6 +1,7 @@
 #pragma once
 
-#include <QByteArray>
+#include "platform/secret.h"
+
 #include <QString>
 #include <QUrl>
 
@@ -14,7 +15,7 @@ struct TranslationConfig
     QUrl apiBaseURL; // paths are appended to the base's own path
     QString modelName;
     std::chrono::milliseconds requestTimeout{120'000}; // without any sign of life
-    QByteArray apiToken;                               // UTF-8; empty: no Authorization header
+    platform::SecretBytes apiToken;                    // UTF-8; empty: no Authorization header
     bool cloud = true; // false: an OpenAI-compatible endpoint of the user's own
     QString translateTemplate;
 };

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/secret.h"
+
 #include <QString>
 
 #include <optional>
@@ -11,7 +13,8 @@ class SecretStore;
 }
 
 // The program's only gateway to the keychain. Failures are not reported: a read
-// that fails looks like an absent secret, a write that fails is lost.
+// that fails looks like an absent secret, and a write that fails is lost. Only
+// presence() tells that a keychain gives no answer.
 class KeychainStore
 {
 public:
@@ -25,10 +28,18 @@ public:
     }
 
     // Absent also when the stored bytes are no UTF-8.
-    std::optional<QString> read(const QString &account) const;
+    std::optional<platform::SecretText> read(const QString &account) const;
+
+    // Whether there is a secret to be read, and not an empty one.
+    enum class Presence {
+        Stored,
+        Absent,
+        Unknown, // no answer for now
+    };
+    Presence presence(const QString &account) const;
 
     // An absent or empty value deletes the item.
-    void write(const QString &account, const std::optional<QString> &value);
+    void write(const QString &account, const std::optional<platform::SecretText> &value);
 
 private:
     platform::SecretStore &m_secrets;

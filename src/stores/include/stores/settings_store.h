@@ -77,7 +77,7 @@ private:
 
     KeychainStore &m_keychain;
     QUrl m_cloudEndpoint;
-    mutable std::optional<QString> m_byoApiKey;
+    mutable std::optional<platform::SecretText> m_byoApiKey;
     SettingNotifier m_byoApiKeyNotifier;
     QHash<QString, std::function<void()>> m_refresh; // by the stored key
     platform::Task m_watch;

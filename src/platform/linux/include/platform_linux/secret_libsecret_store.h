@@ -11,8 +11,8 @@ namespace nivora::linuxdesktop {
 //
 // One thread talks to the keyring, from the construction on, so that the first
 // read() finds it connected. A read() waits for that thread at most 240 ms; once
-// it has waited in vain, reads are absent at once until the keyring answers
-// again. Without a session bus or a keyring they are absent in milliseconds.
+// it has waited in vain, secrets are unknown at once until the keyring answers
+// again. Without a session bus or a keyring they are unknown in milliseconds.
 //
 // A locked keyring is asked to unlock once, which may show the user its dialog.
 // What was written meanwhile is stored when it opens. The destructor gives
@@ -24,8 +24,9 @@ public:
     LibsecretStore();
     ~LibsecretStore() override;
 
-    std::optional<QByteArray> read(const QString &service, const QString &account) override;
-    void write(const QString &service, const QString &account, const QByteArray &secret) override;
+    platform::SecretAnswer read(const QString &service, const QString &account) override;
+    void write(const QString &service, const QString &account,
+               const platform::SecretBytes &secret) override;
     void remove(const QString &service, const QString &account) override;
 
 private:
