@@ -115,10 +115,12 @@ void TestDBusApplication::othersReachNothingElse()
     QStringList ours;
     QXmlStreamReader xml(described.value(0).toString());
     for (QString interface; !xml.atEnd(); xml.readNext()) {
+        if (!xml.isStartElement())
+            continue;
         const QString name = xml.attributes().value("name"_L1).toString();
-        if (xml.isStartElement() && xml.name() == "interface"_L1)
+        if (xml.name() == "interface"_L1)
             interface = name;
-        else if (xml.isStartElement() && name != interface && xml.name() != "arg"_L1 &&
+        else if (QStringList{u"method"_s, u"signal"_s, u"property"_s}.contains(xml.name()) &&
                  !interface.startsWith("org.freedesktop.DBus."_L1))
             ours << interface + u'.' + name;
     }
