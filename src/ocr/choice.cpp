@@ -94,11 +94,6 @@ bool isTraditional(const Reading &simplified, const Reading &traditional)
     return everywhere.value() + whereScriptsDiffer.value() > traditionalDoubt;
 }
 
-bool hasCjk(const QString &text)
-{
-    return std::ranges::any_of(text.toUcs4(), isCjk);
-}
-
 QString bestLine(const Line &line, const Reading *english)
 {
     if (!english || hasCjk(line.text))

@@ -2,6 +2,8 @@
 
 #include <QList>
 
+#include <algorithm>
+
 namespace nivora::ocr {
 
 namespace {
@@ -41,6 +43,11 @@ bool isCjk(char32_t character)
     default: // marks that several scripts share
         return isFullWidthMark(character) || character == 0x30FB || character == 0x30FC;
     }
+}
+
+bool hasCjk(const QString &text)
+{
+    return std::ranges::any_of(text.toUcs4(), isCjk);
 }
 
 QString writtenAsCjk(const QString &line)

@@ -8,6 +8,9 @@ namespace nivora::ocr {
 // punctuation and full-width forms.
 bool isCjk(char32_t character);
 
+// Whether there is one of them in it.
+bool hasCjk(const QString &text);
+
 // A line as it is written in Chinese and Japanese. Models put blanks between
 // characters, and take full-width punctuation for the narrow one, which looks the
 // same but for the room around it. Both are mended next to such characters alone:

@@ -1,5 +1,7 @@
 #include "parts.h"
 
+#include "cjk_text.h"
+
 #include <algorithm>
 #include <set>
 
@@ -26,17 +28,21 @@ const Reading *surestOf(const std::vector<Reading> &readings)
     return found == readings.end() ? nullptr : &*found;
 }
 
-// That for English also reads the Latin lines of other scripts' text.
+// Those for other scripts know Latin letters, too; that for English knows them better,
+// and is worth asking where there are lines of them.
 Models fittingModels(const std::vector<Reading> &readings)
 {
     const Reading *surest = surestOf(readings);
-    Models models{english};
     if (!surest || surest->model == english)
-        return models;
+        return {english};
+    Models models;
     for (const Reading &each : readings) {
         if (each.confidence() >= surest->confidence() - fittingDifference)
             models.insert(each.model);
     }
+    const auto isLatin = [](const Line &line) { return !hasCjk(line.text); };
+    if (std::ranges::any_of(surest->lines, isLatin))
+        models.insert(english);
     return models;
 }
 

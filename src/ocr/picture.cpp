@@ -26,6 +26,7 @@ constexpr double surelyDown = 2;
 // Gaps as parts of the ink between them: 0.1 to 0.2 between characters, 0.4 and more
 // between lines.
 constexpr double dense = 0.3;
+constexpr double leastInColumn = 3; // characters
 
 // Pixels after the enlargement: some four lines of print, and less than any
 // distance between two of them.
@@ -163,6 +164,7 @@ struct Rhythm
 {
     double inked = 0;
     double blank = 0;
+    int extent = 0; // of all of them
 };
 
 Rhythm rhythmOf(const std::vector<bool> &inked)
@@ -183,7 +185,8 @@ Rhythm rhythmOf(const std::vector<bool> &inked)
         ++ink;
         run = 0;
     }
-    return {double(ink) / std::max(stretches, 1), double(blanks) / std::max(stretches - 1, 1)};
+    return {double(ink) / std::max(stretches, 1), double(blanks) / std::max(stretches - 1, 1),
+            ink + blanks};
 }
 
 } // namespace
@@ -225,7 +228,9 @@ Direction directionOf(Pix *picture)
         return pixGetHeight(picture) > 2 * pixGetWidth(picture) ? Direction::Either
                                                                 : Direction::Across;
     }
-    if (columns.blank < leastOfDown * rows.blank)
+    // Below a line whose characters stand apart there may be a cursor or a rule.
+    const bool isFlat = rows.extent < leastInColumn * columns.inked;
+    if (isFlat || columns.blank < leastOfDown * rows.blank)
         return Direction::Across;
     // Tables have wide columns too, but their lines stand apart.
     const bool isDense = rows.blank < dense * rows.inked;

@@ -59,6 +59,21 @@ QImage columns(const QStringList &texts)
     return picture;
 }
 
+// As terminals have it, with the cursor below.
+QImage apart(const QString &text)
+{
+    QImage picture(40 + 36 * int(text.size()), 44, QImage::Format_RGB32);
+    picture.fill(Qt::white);
+    QPainter painter(&picture);
+    QFont font(u"Noto Sans CJK JP"_s);
+    font.setPixelSize(18);
+    font.setLetterSpacing(QFont::AbsoluteSpacing, 18);
+    painter.setFont(font);
+    painter.drawText(10, 24, text);
+    painter.drawRect(10, 33, 9, 20);
+    return picture;
+}
+
 QImage framed(QImage picture)
 {
     QPainter(&picture).drawRect(picture.rect().adjusted(0, 0, -1, -1));
@@ -100,6 +115,8 @@ private Q_SLOTS:
                                u"猫はまだ眠っている"_s};
         QTest::newRow("downwards, in rows as well") << png(columns(poem)) << poem;
 
+        QTest::newRow("across, though apart")
+            << png(apart(japanese.first())) << QStringList{japanese.first()};
         QTest::newRow("no text") << png(page({})) << QStringList();
         QTest::newRow("nothing") << QByteArray() << QStringList();
         QTest::newRow("no picture") << "no picture"_ba << QStringList();
