@@ -59,7 +59,7 @@ QImage columns(const QStringList &texts)
     return picture;
 }
 
-// As terminals have it, with the cursor below.
+// As terminals have it, with a bit of the cursor below.
 QImage apart(const QString &text)
 {
     QImage picture(40 + 36 * int(text.size()), 44, QImage::Format_RGB32);
@@ -70,7 +70,7 @@ QImage apart(const QString &text)
     font.setLetterSpacing(QFont::AbsoluteSpacing, 18);
     painter.setFont(font);
     painter.drawText(10, 24, text);
-    painter.drawRect(10, 33, 9, 20);
+    painter.fillRect(10, 28, 2, 8, Qt::black);
     return picture;
 }
 
