@@ -135,7 +135,8 @@ void TestModes::textIsComposed()
     }
     QVERIFY2(road.product->waitForTranslation(u"你好"_s, patience), qUtf8Printable(road.problem()));
     QVERIFY2(road.prompt(0).endsWith(u"\n\nhello"_s), qUtf8Printable(road.prompt(0)));
-    QVERIFY2(road.product->waitForControl(hasField ? u"Ctrl+↩ 插入到输入框"_s : u"Ctrl+↩ 复制"_s, patience),
+    QVERIFY2(road.product->waitForControl(hasField ? u"Ctrl+↩ 插入到输入框"_s : u"Ctrl+↩ 复制"_s,
+                                          patience),
              qUtf8Printable(road.problem()));
     road.user->press({XK_Control_L, XK_Return});
     if (hasField) {
