@@ -185,22 +185,25 @@ private Q_SLOTS:
     void neverFollowsARedirectToAnotherOrigin_data()
     {
         QTest::addColumn<int>("status");
-        QTest::addColumn<bool>("sameHostOtherName");
-        for (const int status : {301, 302, 303, 307, 308}) {
-            QTest::addRow("%d, other port", status) << status << false;
-            QTest::addRow("%d, other host name", status) << status << true;
-        }
+        QTest::addColumn<std::function<void(QUrl &)>>("change");
+        const auto rows = [](const char *name, const std::function<void(QUrl &)> &change) {
+            for (const int status : {301, 302, 303, 307, 308})
+                QTest::addRow("%d, other %s", status, name) << status << change;
+        };
+        rows("port", {});
+        rows("host name", [](QUrl &url) { url.setHost(u"localhost"_s); });
+        rows("scheme", [](QUrl &url) { url.setScheme(u"https"_s); });
     }
     void neverFollowsARedirectToAnotherOrigin()
     {
         QFETCH(int, status);
-        QFETCH(bool, sameHostOtherName);
+        QFETCH(const std::function<void(QUrl &)>, change);
         Server other;
         QVERIFY(other.listen());
-        QUrl target = sameHostOtherName ? m_server->url() : other.url();
+        QUrl target = change ? m_server->url() : other.url();
         target.setPath(u"/v1/translate"_s);
-        if (sameHostOtherName)
-            target.setHost(u"localhost"_s);
+        if (change)
+            change(target);
         m_server->enqueue(Answer::redirect(target, status));
         Run run;
         run.start(m_engine, configFor(*m_server));
