@@ -279,6 +279,7 @@ int main(int argc, char *argv[])
     placeholder.close();
     Product product(session, user, tree);
     if (!product.start({{u"hasCompletedOnboarding"_s, true},
+                        {u"hasToldOfMissingTray"_s, true},
                         {u"useCustomBackend"_s, true},
                         {u"apiBaseURL"_s, nobody}})) {
         std::fprintf(stderr, "the product does not start\n%s\n", qUtf8Printable(product.log()));
