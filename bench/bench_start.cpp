@@ -1,5 +1,6 @@
 // How long it takes from starting the product to its icon in the tray, and what
-// the resting program costs, beside a bare tray program. On a desktop of its own.
+// the resting program costs, beside a bare tray program. On a desktop of its own. The
+// argument is the number of starts of each (default 7).
 
 #include "support/desktop_session.h"
 
@@ -21,7 +22,6 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
-constexpr int rounds = 7;
 constexpr int patience = 5000; // milliseconds
 constexpr int restSeconds = 10;
 
@@ -102,6 +102,7 @@ qint64 wakeUps(qint64 process)
 int main(int argc, char *argv[])
 {
     const QCoreApplication application(argc, argv);
+    const std::size_t rounds = argc > 1 ? QByteArray(argv[1]).toUInt() : 7;
     nivora::test::DesktopSession session;
     if (!session.start({.keyring = true})) {
         std::fprintf(stderr, "%s\n", qUtf8Printable(session.error()));
@@ -120,7 +121,7 @@ int main(int argc, char *argv[])
     Tray tray(session.displayName());
     for (const QString &program : {u"bare_tray"_s, u"nivora"_s}) {
         std::vector<double> starts;
-        for (int round = 0; round < rounds; ++round) {
+        for (std::size_t round = 0; round < rounds; ++round) {
             QProcess process;
             process.setProcessEnvironment(session.environment());
             process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
@@ -148,7 +149,7 @@ int main(int argc, char *argv[])
             process.waitForFinished(patience);
         }
         std::ranges::sort(starts);
-        std::printf("%-10s  icon after %.1f ms (median), %.1f to %.1f ms of %d\n",
+        std::printf("%-10s  icon after %.1f ms (median), %.1f to %.1f ms of %zu\n",
                     qPrintable(program), starts[rounds / 2], starts.front(), starts.back(), rounds);
     }
     return 0;
