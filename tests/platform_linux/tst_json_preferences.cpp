@@ -9,7 +9,6 @@
 
 #include <limits>
 #include <sys/file.h>
-#include <unistd.h>
 
 using namespace Qt::Literals::StringLiterals;
 using namespace nivora;
@@ -233,31 +232,6 @@ private Q_SLOTS:
         for (int i = 0; i < 50; ++i) {
             QCOMPARE(preferences.integer(u"one"_s + QString::number(i)), 150 + i);
             QCOMPARE(preferences.integer(u"two"_s + QString::number(i)), 150 + i);
-        }
-    }
-
-    void killedWriterLeavesAWholeFile()
-    {
-        for (int round = 0; round < 12; ++round) {
-            const auto writer = startWriter(m_path, u"key"_s, 1'000'000);
-            QVERIFY(writer->waitForStarted());
-            // Wait until this writer has written, then hit it at another moment
-            // in each round.
-            QTRY_VERIFY(JsonPreferences(m_path).integer(u"first"_s).value_or(0) > 5);
-            usleep(static_cast<useconds_t>(round * 137));
-            writer->kill();
-            QVERIFY(writer->waitForFinished());
-
-            JsonPreferences preferences(m_path);
-            const auto first = preferences.integer(u"first"_s);
-            QVERIFY(first);
-            QCOMPARE(preferences.integer(u"second"_s), first);
-            // The dead writer's lock is no obstacle.
-            QElapsedTimer timer;
-            timer.start();
-            preferences.set(u"first"_s, 0);
-            preferences.set(u"second"_s, 0);
-            QVERIFY(timer.elapsed() < 100);
         }
     }
 
