@@ -14,13 +14,13 @@
 #include "support/wait.h"
 #include "support/x11_driver.h"
 
+#include "process_state.h"
+
 #include <QCoreApplication>
 #include <QDir>
-#include <QFile>
 #include <QTcpServer>
 
 #include <X11/keysym.h>
-#include <xcb/res.h>
 
 #include <algorithm>
 #include <cstdio>
@@ -45,21 +45,6 @@ void pause(std::chrono::milliseconds span)
     waitUntil([] { return false; }, span, 1ms);
 }
 
-QByteArray contents(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
-qint64 valueOf(const QByteArray &lines, const QByteArray &name)
-{
-    for (const QByteArray &line : lines.split('\n')) {
-        if (line.startsWith(name))
-            return line.sliced(name.size()).simplified().split(' ').first().toLongLong();
-    }
-    return 0;
-}
-
 // Of every thread: its name, how often it woke and its processor time.
 struct Thread
 {
@@ -73,10 +58,11 @@ std::map<QString, Thread> threadsOf(qint64 process)
     std::map<QString, Thread> threads;
     const QString folder = u"/proc/%1/task/"_s.arg(process);
     for (const QString &id : QDir(folder).entryList(QDir::Dirs | QDir::NoDotAndDotDot)) {
-        const QByteArray status = contents(folder + id + u"/status"_s);
-        threads[id] = {contents(folder + id + u"/comm"_s).trimmed(),
-                       valueOf(status, "voluntary_ctxt_switches:"),
-                       contents(folder + id + u"/schedstat"_s).split(' ').first().toLongLong()};
+        const QByteArray status = bench::contents(folder + id + u"/status"_s);
+        threads[id] = {
+            bench::contents(folder + id + u"/comm"_s).trimmed(),
+            bench::valueOf(status, "voluntary_ctxt_switches:"),
+            bench::contents(folder + id + u"/schedstat"_s).split(' ').first().toLongLong()};
     }
     return threads;
 }
@@ -99,34 +85,6 @@ void reportThreads(const char *what, qint64 process, std::chrono::milliseconds s
     std::printf("%s, %lld s: %.3f %% of one core, %lld wake-ups (%s )\n", what,
                 static_cast<long long>(span.count() / 1000), 100 * share,
                 static_cast<long long>(wakeUps), details.constData());
-}
-
-// What the server keeps for the clients of one process.
-qint64 serverResources(xcb_connection_t *c, qint64 process)
-{
-    const auto hold = [](auto *reply) {
-        return std::unique_ptr<std::remove_pointer_t<decltype(reply)>, decltype(&std::free)>(
-            reply, &std::free);
-    };
-    const auto clients = hold(xcb_res_query_clients_reply(c, xcb_res_query_clients(c), nullptr));
-    qint64 count = 0;
-    for (int i = 0; clients && i < xcb_res_query_clients_clients_length(clients.get()); ++i) {
-        const uint32_t base = xcb_res_query_clients_clients(clients.get())[i].resource_base;
-        const xcb_res_client_id_spec_t spec{base, XCB_RES_CLIENT_ID_MASK_LOCAL_CLIENT_PID};
-        const auto ids =
-            hold(xcb_res_query_client_ids_reply(c, xcb_res_query_client_ids(c, 1, &spec), nullptr));
-        if (!ids || ids->num_ids == 0)
-            continue;
-        const auto first = xcb_res_query_client_ids_ids_iterator(ids.get());
-        if (xcb_res_client_id_value_value_length(first.data) == 0 ||
-            *xcb_res_client_id_value_value(first.data) != uint32_t(process))
-            continue;
-        const auto kinds = hold(xcb_res_query_client_resources_reply(
-            c, xcb_res_query_client_resources(c, base), nullptr));
-        for (int k = 0; kinds && k < xcb_res_query_client_resources_types_length(kinds.get()); ++k)
-            count += xcb_res_query_client_resources_types(kinds.get())[k].count;
-    }
-    return count;
 }
 
 // From the second press of Shift to the end of the capture, in this process.
@@ -198,21 +156,10 @@ void measureTriggers(X11Driver &user, const Product &product, const Editor &edit
 {
     const std::unique_ptr<xcb_connection_t, decltype(&xcb_disconnect)> connection(
         xcb_connect(display.constData(), nullptr), &xcb_disconnect);
-    xcb_res_query_version_reply_t *version = xcb_res_query_version_reply(
-        connection.get(), xcb_res_query_version(connection.get(), 1, 2), nullptr);
-    std::free(version);
     const qint64 process = product.processId();
     const auto report = [&](int done) {
-        const QString proc = u"/proc/%1/"_s.arg(process);
-        std::printf(
-            "after %5d triggers: %lld KiB private, %lld descriptors, %lld threads, "
-            "%lld resources of the X server\n",
-            done,
-            static_cast<long long>(valueOf(contents(proc + u"smaps_rollup"_s), "Private_Dirty:")),
-            static_cast<long long>(
-                QDir(proc + u"fd"_s).entryList(QDir::AllEntries | QDir::System).size()),
-            static_cast<long long>(valueOf(contents(proc + u"status"_s), "Threads:")),
-            static_cast<long long>(serverResources(connection.get(), process)));
+        std::printf("after %5d triggers: %s\n", done,
+                    qUtf8Printable(bench::ProcessState::of(process, connection.get()).text()));
         std::fflush(stdout);
     };
     X11Driver::WindowId panel = 0;

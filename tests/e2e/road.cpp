@@ -25,6 +25,7 @@ bool Road::prepare(quint16 port)
     tree.emplace(session.accessibilityBusAddress());
     clipboard.emplace(session);
     product.emplace(session, *user, *tree);
+    product->watch();
     return true;
 }
 

@@ -3,12 +3,9 @@
 #include "scripted_program.h"
 
 #include "localcloud/event_stream.h"
-#include "support/watchdog.h"
 
 #include <QDBusConnection>
-#include <QDBusConnectionInterface>
 #include <QDBusMessage>
-#include <QDBusReply>
 #include <QDBusVariant>
 #include <QTest>
 
@@ -120,23 +117,6 @@ struct Scene
         return process > 0 && ::kill(process, SIGKILL) == 0;
     }
 
-    // Both the bus and the program that would start it anew.
-    bool killAccessibilityBus() const
-    {
-        const auto processOf = [](const QString &bus, const QString &service) {
-            const auto name = u"of the test "_s + service;
-            const QDBusReply<uint> process =
-                QDBusConnection::connectToBus(bus, name).interface()->servicePid(service);
-            QDBusConnection::disconnectFromBus(name);
-            return process.isValid() ? pid_t(process.value()) : 0;
-        };
-        const auto bus =
-            processOf(road.session.accessibilityBusAddress(), u"org.freedesktop.DBus"_s);
-        const auto launcher = processOf(road.session.busAddress(), u"org.a11y.Bus"_s);
-        return bus > 0 && launcher > 0 && ::kill(launcher, SIGKILL) == 0 &&
-               ::kill(bus, SIGKILL) == 0;
-    }
-
     void rememberClipboard()
     {
         text = road.clipboard->read("UTF8_STRING");
@@ -210,13 +190,13 @@ void TestFaults::watchdogSeesAMainThreadThatStops()
     Scene scene({});
     Road &road = scene.road;
     QVERIFY2(road.begin(), qUtf8Printable(road.problem()));
-    Watchdog watchdog(road.session.busAddress(), u"app.nivora"_s, u"/app/nivora"_s,
-                      road.product->processId());
+    road.product->allowStalls(patience / 1ms);
+    road.product->takeLongestStall();
     const auto begin = Clock::now();
     QVERIFY(scene.stop(road.product->processId()));
     waitUntil([&] { return Clock::now() - begin > 300ms; }, patience);
     scene.wakeAll();
-    const double silence = watchdog.longestSilence();
+    const double silence = road.product->takeLongestStall();
     QVERIFY2(silence > 2 * silenceBound, qPrintable(QString::number(silence)));
 }
 
@@ -284,11 +264,13 @@ void TestFaults::triggerAnswersAndTheClipboardIsKept_data()
              [](Scene &scene) { return scene.openProgram() && scene.switchAccessibilityOff(); },
          .translated = u"copied"_s,
          .copies = 1});
-    row("the accessibility bus dies",
-        {.prepare =
-             [](Scene &scene) { return scene.openProgram() && scene.killAccessibilityBus(); },
-         .translated = u"copied"_s,
-         .copies = 1});
+    row("the accessibility bus dies", {.prepare =
+                                           [](Scene &scene) {
+                                               return scene.openProgram() &&
+                                                      scene.road.session.endAccessibility();
+                                           },
+                                       .translated = u"copied"_s,
+                                       .copies = 1});
     row("no window manager", {.options = withoutManager,
                               .prepare = openProgram,
                               .translated = u"copied"_s,
@@ -326,9 +308,9 @@ void TestFaults::triggerAnswersAndTheClipboardIsKept()
         [](const localcloud::Request &) { return localcloud::eventStream({u"はい"_s}); });
     QVERIFY(road.clipboard->offer({{"UTF8_STRING", fromBefore}, {"text/html", htmlFromBefore}}));
     QVERIFY2(fault.prepare(scene), qUtf8Printable(road.problem()));
+    road.product->allowStalls(fault.silence);
 
-    Watchdog watchdog(road.session.busAddress(), u"app.nivora"_s, u"/app/nivora"_s,
-                      road.product->processId());
+    road.product->takeLongestStall();
     Clock::time_point pulled = Clock::now();
     if (fault.trigger == Trigger::DoubleShift)
         pulled = road.user->tapShiftTwice();
@@ -347,7 +329,7 @@ void TestFaults::triggerAnswersAndTheClipboardIsKept()
     } else {
         QVERIFY(road.server.requests().isEmpty());
     }
-    const double silence = watchdog.longestSilence();
+    const double silence = road.product->takeLongestStall();
     qInfo("answered after %.0f ms, longest silence %.0f ms", answered, silence);
 
     if (fault.copies >= 0)
@@ -389,14 +371,13 @@ void TestFaults::pasteIsHeldBackFromAWindowThatCannotTakeIt()
         scene.program->destroyWindow();
     else
         QVERIFY(scene.stop(scene.editorProcess()));
-    Watchdog watchdog(road.session.busAddress(), u"app.nivora"_s, u"/app/nivora"_s,
-                      road.product->processId());
+    road.product->takeLongestStall();
     road.user->press({XK_Control_L, XK_Return});
     QVERIFY(road.product->waitForPanelGone(patience));
     // For the user to paste where it is wanted.
     QVERIFY(waitUntil([&] { return road.product->log().contains("stays on the clipboard"_L1); },
                       patience));
-    const double silence = watchdog.longestSilence();
+    const double silence = road.product->takeLongestStall();
     qInfo("longest silence %.0f ms", silence);
     QCOMPARE(road.clipboard->text(), translation);
     scene.wakeAll();

@@ -17,6 +17,7 @@
 #include <array>
 #include <cmath>
 #include <csignal>
+#include <utility>
 
 namespace nivora::test {
 
@@ -57,6 +58,15 @@ private:
     QString m_name;
     QDBusConnection m_connection;
 };
+
+// Kills the process behind a name on the bus.
+bool killOwner(const QString &address, const QString &service)
+{
+    BusVisit bus(address, u"of the test "_s + service);
+    const QDBusReply<uint> process =
+        bus->isConnected() ? bus->interface()->servicePid(service) : QDBusReply<uint>();
+    return process.isValid() && kill(pid_t(process.value()), SIGKILL) == 0;
+}
 
 // The keys of a stock configuration would compete with those under test.
 constexpr auto windowManagerConfig = R"(<?xml version="1.0" encoding="UTF-8"?>
@@ -312,14 +322,32 @@ bool DesktopSession::startAccessibility()
            fail(u"no accessibility registry: "_s + registry.error().message());
 }
 
+bool DesktopSession::endAccessibilityRegistry()
+{
+    return killOwner(m_accessibilityBusAddress, u"org.a11y.atspi.Registry"_s);
+}
+
+// Both the bus and the program that would start it anew.
+bool DesktopSession::endAccessibility()
+{
+    return killOwner(m_busAddress, u"org.a11y.Bus"_s) &&
+           killOwner(m_accessibilityBusAddress, u"org.freedesktop.DBus"_s);
+}
+
+void DesktopSession::endKeyring()
+{
+    if (m_keyring)
+        end(std::exchange(m_keyring, nullptr));
+}
+
 bool DesktopSession::startKeyring()
 {
-    auto *keyring = launch(u"gnome-keyring-daemon"_s,
-                           {u"--foreground"_s, u"--unlock"_s, u"--components=secrets"_s});
-    if (!keyring)
+    m_keyring = launch(u"gnome-keyring-daemon"_s,
+                       {u"--foreground"_s, u"--unlock"_s, u"--components=secrets"_s});
+    if (!m_keyring)
         return false;
-    keyring->write("a password for tests");
-    keyring->closeWriteChannel();
+    m_keyring->write("a password for tests");
+    m_keyring->closeWriteChannel();
 
     BusVisit bus(m_busAddress, u"nivora-test-keyring"_s);
     const auto hasDefaultCollection = [&] {

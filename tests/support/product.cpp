@@ -2,6 +2,7 @@
 
 #include "support/desktop_session.h"
 #include "support/wait.h"
+#include "support/watchdog.h"
 
 #include <QCoreApplication>
 #include <QDBusConnection>
@@ -13,6 +14,9 @@
 #include <QJsonDocument>
 #include <QUuid>
 
+#include <algorithm>
+#include <cstdio>
+
 namespace nivora::test {
 
 using namespace Qt::Literals::StringLiterals;
@@ -21,6 +25,17 @@ using namespace std::chrono_literals;
 namespace {
 
 const auto resultName = u"译文"_s;
+
+// The longest stall of a test program, told when it ends.
+struct LongestStall
+{
+    double length = 0;
+
+    ~LongestStall()
+    {
+        std::printf("longest stall of the product's main thread: %.0f ms\n", length);
+    }
+};
 
 } // namespace
 
@@ -33,6 +48,7 @@ Product::Product(DesktopSession &session, X11Driver &user, const AccessibilityTr
 
 Product::~Product()
 {
+    endWatch();
     if (m_process)
         m_session.end(m_process);
 }
@@ -78,7 +94,32 @@ bool Product::start(const QJsonObject &preferences, const QMap<QString, QString>
                isRunning() && bus.call(question).type() == QDBusMessage::ReplyMessage;
     }();
     QDBusConnection::disconnectFromBus(connectionName);
+    endWatch();
+    if (owned && m_isWatched) {
+        m_watchdog = std::make_unique<Watchdog>(m_session.busAddress(), u"app.nivora"_s,
+                                                u"/app/nivora"_s, m_process->processId());
+    }
     return owned;
+}
+
+void Product::endWatch()
+{
+    if (!m_watchdog)
+        return;
+    static LongestStall longest;
+    longest.length = std::max(longest.length, m_watchdog->longestSilence());
+    for (const auto &[length, sinceStart] : m_watchdog->stalls()) {
+        // CTest looks for the first of these words.
+        qInfo("%s for %.0f ms, %.1f s after the start",
+              length > m_longestAllowedStall ? "The main thread stood still too long" : "a stall",
+              length, sinceStart / 1000);
+    }
+    m_watchdog.reset();
+}
+
+double Product::takeLongestStall()
+{
+    return m_watchdog->takeLongestSilence();
 }
 
 bool Product::isRunning() const

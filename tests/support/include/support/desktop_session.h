@@ -66,6 +66,15 @@ public:
     // Ends a program that launch() started: asks first, then insists.
     void end(QProcess *process);
 
+    // Ends these as if they had crashed, and starts them anew; what they keep on the
+    // disk stays. The accessibility bus comes back at another address, which only
+    // programs that are started afterwards know.
+    void endKeyring();
+    bool startKeyring();
+    bool endAccessibilityRegistry();
+    bool endAccessibility();
+    bool startAccessibility();
+
     // What the screen shows now; a null image when it cannot be read.
     QImage screenshot() const;
 
@@ -77,8 +86,6 @@ private:
     bool setScale(double scale);
     bool run(const QString &program, const QStringList &arguments);
     bool startBus();
-    bool startAccessibility();
-    bool startKeyring();
     bool startWindowManager();
     bool fail(const QString &what);
     void endStragglers();
@@ -90,6 +97,7 @@ private:
     QString m_accessibilityBusAddress;
     QString m_error;
     std::vector<std::unique_ptr<QProcess>> m_processes; // in order of their start
+    QProcess *m_keyring = nullptr;                      // one of them
     int m_launches = 0;
 };
 

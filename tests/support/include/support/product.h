@@ -8,6 +8,7 @@
 #include <QString>
 
 #include <chrono>
+#include <memory>
 #include <optional>
 
 class QProcess;
@@ -15,6 +16,7 @@ class QProcess;
 namespace nivora::test {
 
 class DesktopSession;
+class Watchdog;
 
 // The product itself, running in a session: started as a user's desktop starts
 // it and looked at through what it shows to scripts and assistive tools alone.
@@ -38,6 +40,13 @@ public:
     // What it wrote to standard error.
     QString log() const;
 
+    // Has its main thread watched from the next start on, until it is ended: a test
+    // fails by what stands still for longer than is allowed, in milliseconds.
+    void watch() { m_isWatched = true; }
+    void allowStalls(double longest) { m_longestAllowedStall = longest; }
+    // For how long it stood still at most, since the start or the last call.
+    double takeLongestStall();
+
     static X11Driver::Condition panel();
     // Until the panel is there and has the keyboard.
     std::optional<X11Driver::Window> waitForPanel(std::chrono::milliseconds bound) const;
@@ -55,10 +64,15 @@ public:
     QString dump() const;
 
 private:
+    void endWatch();
+
     DesktopSession &m_session;
     X11Driver &m_user;
     const AccessibilityTree &m_tree;
     QProcess *m_process = nullptr;
+    std::unique_ptr<Watchdog> m_watchdog;
+    bool m_isWatched = false;
+    double m_longestAllowedStall = 100;
 };
 
 } // namespace nivora::test

@@ -1,10 +1,12 @@
 #pragma once
 
+#include <QMutex>
 #include <QString>
 #include <QThread>
 
 #include <atomic>
 #include <memory>
+#include <vector>
 
 namespace nivora::test {
 
@@ -12,11 +14,18 @@ namespace nivora::test {
 // thread of its own puts one question after the other to an object of the program
 // on the session bus; the answer to each comes from the program's main thread, so
 // its round trip is the time for which that thread was busy, and a little more.
-// Time in which the program or this thread were ready to run, and the machine was
-// busy with others, is taken off: it says nothing about the program.
+// Time in which one of those who pass the question on was ready to run, and the
+// machine was busy with others, is taken off: it says nothing about the program.
 class Watchdog
 {
 public:
+    struct Stall
+    {
+        double length = 0;     // milliseconds
+        double sinceStart = 0; // its end, in milliseconds from the start of the watch
+    };
+    static constexpr double shortestStall = 50; // milliseconds
+
     // `path` is an object that the program's main thread has registered.
     Watchdog(const QString &busAddress, const QString &service, const QString &path,
              qint64 processId);
@@ -24,14 +33,26 @@ public:
     Watchdog(const Watchdog &) = delete;
     Watchdog &operator=(const Watchdog &) = delete;
 
-    // Ends the watch: the longest silence since the start, in milliseconds.
-    // Infinity when the program did not answer at all.
-    double longestSilence();
+    // The longest silence since the start or the last call, in milliseconds.
+    // Infinity when the program has never answered at all.
+    double takeLongestSilence();
+    double longestSilence() const; // of all
+    // Every stall so far.
+    std::vector<Stall> stalls() const;
 
 private:
+    void watch(const QString &name, const QString &busAddress, const QString &service,
+               const QString &path, qint64 processId);
+    void note(const Stall &silence);
+
+    mutable QMutex m_mutex; // guards the next three
+    std::vector<Stall> m_stalls;
+    double m_longest = 0;
+    double m_longestSinceTaken = 0;
+
+    std::atomic<int> m_answers = 0;
+    std::atomic<int> m_questions = 0;
     std::atomic<bool> m_ended = false;
-    double m_longest = 0; // the thread's until it has ended
-    int m_answers = 0;    // likewise
     std::unique_ptr<QThread> m_thread;
 };
 

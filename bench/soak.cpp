@@ -1,0 +1,78 @@
+// Calls the product many times on a desktop where everything fails now and then, and
+// says whether it kept its promises: by what it prints and by its exit status. The
+// arguments are the number of triggers (default 300) and the seed (default 1).
+
+#include "soak.h"
+
+#include <QCoreApplication>
+
+#include <cstdio>
+
+using namespace nivora;
+
+namespace {
+
+constexpr int warmUp = 500;            // triggers, or half of them where there are fewer
+constexpr qint64 longestGrowth = 2048; // KiB
+constexpr int reportPeriod = 1000;
+constexpr int mostProblems = 50;
+
+void print(const QString &line)
+{
+    std::printf("%s\n", qUtf8Printable(line));
+    std::fflush(stdout);
+}
+
+bool isNoMore(const char *what, qint64 before, qint64 after, qint64 allowed)
+{
+    if (after - before <= allowed)
+        return true;
+    print(QStringLiteral("BROKEN: %1 %2 after the warm-up, %3 at the end")
+              .arg(QLatin1StringView(what))
+              .arg(before)
+              .arg(after));
+    return false;
+}
+
+} // namespace
+
+int main(int argc, char *argv[])
+{
+    const QCoreApplication application(argc, argv);
+    const int triggers = argc > 1 ? QByteArray(argv[1]).toInt() : 300;
+    const quint32 seed = argc > 2 ? QByteArray(argv[2]).toUInt() : 1;
+    print(QStringLiteral("%1 triggers, seed %2").arg(triggers).arg(seed));
+
+    bench::Soak soak(seed);
+    if (!soak.prepare())
+        return 2;
+    soak.runTo(std::min(warmUp, triggers / 2));
+    const bench::ProcessState before = soak.settle({});
+    print(QStringLiteral("after %1 triggers, settled: %2").arg(soak.triggers()).arg(before.text()));
+
+    const auto start = test::Clock::now();
+    const int first = soak.triggers();
+    while (soak.triggers() < triggers && soak.problems() < mostProblems) {
+        const int next = (soak.triggers() / reportPeriod + 1) * reportPeriod;
+        soak.runTo(std::min(next, triggers));
+        print(QStringLiteral("after %1 triggers: %2; %3 ms each")
+                  .arg(soak.triggers())
+                  .arg(soak.state().text())
+                  .arg(test::millisecondsBetween(start, test::Clock::now()) /
+                           (soak.triggers() - first),
+                       0, 'f', 0));
+    }
+    const bench::ProcessState after = soak.settle(before);
+    print(QStringLiteral("after %1 triggers, settled: %2").arg(soak.triggers()).arg(after.text()));
+    soak.checkHistory();
+
+    bool kept = soak.problems() == 0;
+    kept &= isNoMore("private memory, KiB:", before.privateKiB, after.privateKiB, longestGrowth);
+    kept &= isNoMore("descriptors:", before.descriptors, after.descriptors, 0);
+    kept &= isNoMore("threads:", before.threads, after.threads, 0);
+    kept &=
+        isNoMore("resources of the X server:", before.serverResources, after.serverResources, 0);
+    print(kept ? QStringLiteral("every promise was kept")
+               : QStringLiteral("%1 problems").arg(soak.problems()));
+    return kept ? 0 : 1;
+}

@@ -1,0 +1,291 @@
+// The desktop of a soak: what it is made of, and what happens to it.
+#include "soak.h"
+
+#include "long_history.h"
+#include "silent_application.h"
+
+#include "stores/history_store.h"
+
+#include "support/wait.h"
+
+#include <QDBusMessage>
+
+#include <X11/keysym.h>
+
+#include <algorithm>
+#include <cstdio>
+
+namespace nivora::bench {
+
+using namespace Qt::Literals::StringLiterals;
+using namespace std::chrono_literals;
+using namespace nivora::test;
+
+namespace {
+
+constexpr auto fine = 2ms;
+// Threads of a pool live half a minute longer than their work.
+constexpr auto settleBound = 45s;
+constexpr auto settleTime = 2s;
+// The history of a user of some years: what of it is held in memory is full.
+constexpr int olderRows = 5000;
+constexpr auto busName = "of the soak"_L1;
+// For how long something stays away, in triggers.
+constexpr int absence = 12;
+
+} // namespace
+
+Soak::Soak(quint32 seed)
+    : m_random(seed)
+    , m_road({.keyring = true})
+    , m_service(seed + 1)
+    , m_disturbances{{50, &Soak::visitWindows},
+                     {400, &Soak::loseNetwork},
+                     {550, &Soak::loseKeyring},
+                     {700, &Soak::restartRegistry},
+                     {2500, &Soak::restartAccessibility}}
+{
+    for (Disturbance &each : m_disturbances)
+        each.next = each.period;
+}
+
+Soak::~Soak()
+{
+    for (Program &each : m_programs)
+        each.running.reset();
+    m_bus.reset();
+    QDBusConnection::disconnectFromBus(busName);
+}
+
+bool Soak::prepare()
+{
+    const auto failed = [this](const char *what) {
+        std::printf("%s\n%s\n", what, qUtf8Printable(m_road.problem()));
+        return false;
+    };
+    if (!m_road.prepare() || !m_service.open())
+        return failed("there is no desktop");
+    const QString path = m_road.session.folder() + u"/data/Nivora/history.sqlite"_s;
+    {
+        const HistoryStore store([] { return true; }, path);
+        fillHistory(path, olderRows);
+    }
+    m_history.emplace(path);
+    m_bus = QDBusConnection::connectToBus(m_road.session.busAddress(), busName);
+    m_peer.emplace(m_road.session.displayName());
+    if (!openPrograms())
+        return failed("a program does not open");
+    return m_road.product->start({{u"hasCompletedOnboarding"_s, true},
+                                  {u"hasToldOfMissingTray"_s, true},
+                                  {u"useCustomBackend"_s, true},
+                                  {u"apiBaseURL"_s, m_service.address()}}) ||
+           failed("the product does not start");
+}
+
+bool Soak::openPrograms()
+{
+    if (m_programs.empty()) {
+        const auto makeSilent = [](const Application::Desk &desk) {
+            return std::make_unique<SilentApplication>(desk);
+        };
+        m_programs.push_back({"Mousepad", makeMousepad, 40, true, 8000});
+        m_programs.push_back({"FocusWriter", makeFocusWriter, 25, true, 8000});
+        m_programs.push_back({"xterm", makeXTerm, 8, false, 70});
+        m_programs.push_back({"a silent program", makeSilent, 15, false, 20'000});
+    }
+    const Application::Desk desk{m_road.session, *m_road.user, *m_road.tree, *m_road.clipboard};
+    return std::ranges::all_of(m_programs, [&](Program &each) {
+        if (!each.running)
+            each.running = each.make(desk);
+        else if (each.isAccessible)
+            (each.running = nullptr, each.running = each.make(desk));
+        else
+            return true;
+        return each.running->open();
+    });
+}
+
+bool Soak::enter(Program &program)
+{
+    const auto window = program.running->window();
+    if (m_road.user->activeWindow() == window)
+        return true;
+    xcb_client_message_event_t message{};
+    message.response_type = XCB_CLIENT_MESSAGE;
+    message.format = 32;
+    message.window = window;
+    message.type = m_peer->atom("_NET_ACTIVE_WINDOW");
+    message.data.data32[0] = 2; // as a task bar asks for it
+    xcb_send_event(m_peer->xcb(), 0, m_peer->root(),
+                   XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT | XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY,
+                   reinterpret_cast<const char *>(&message));
+    m_peer->synchronise();
+    if (m_road.user->waitForActive(window, patience))
+        return true;
+    problem(u"%1 does not get the keyboard"_s.arg(QLatin1StringView(program.name)));
+    return false;
+}
+
+void Soak::disturb()
+{
+    const auto isOver = [this](int &until) {
+        const bool over = until >= 0 && m_triggers >= until;
+        if (over)
+            until = -1;
+        return over;
+    };
+    if (isOver(m_networkBack) && !m_service.open())
+        problem(u"the service cannot listen again"_s);
+    if (isOver(m_keyringBack) && !m_road.session.startKeyring())
+        problem(u"the keyring does not come back"_s);
+    if (isOver(m_accessibilityBack)) {
+        const bool isBack = m_road.session.startAccessibility();
+        m_road.tree.emplace(m_road.session.accessibilityBusAddress());
+        if (!isBack || !openPrograms())
+            problem(u"accessibility does not come back: "_s + m_road.session.error());
+    }
+    for (Disturbance &each : m_disturbances) {
+        if (m_triggers < each.next)
+            continue;
+        each.next += each.period;
+        (this->*each.strike)();
+    }
+}
+
+void Soak::visitWindows()
+{
+    static const std::pair<QString, QString> windows[]{
+        {u"settings"_s, u"settings"_s}, {u"history"_s, u"history"_s}, {u"panel"_s, u"panel"_s}};
+    const auto &[action, role] = windows[random(int(std::size(windows)))];
+    const auto isIt = X11Driver::ofClass(u"Nivora"_s, role);
+    if (isPanelOpen())
+        closePanel();
+    perform(action);
+    const auto window = m_road.user->waitForMapped(isIt, patience);
+    if (!window || !m_road.user->waitForActive(window->id, patience))
+        return problem(u"the window \"%1\" does not open"_s.arg(role));
+    const auto closes = [&] {
+        m_road.user->press({XK_Escape});
+        return m_road.user->waitForGone(isIt, 500ms);
+    };
+    if (!waitUntil(closes, patience))
+        problem(u"the window \"%1\" does not close"_s.arg(role));
+}
+
+void Soak::loseNetwork()
+{
+    m_service.close();
+    m_networkBack = m_triggers + absence;
+}
+
+void Soak::loseKeyring()
+{
+    m_road.session.endKeyring();
+    m_keyringBack = m_triggers + absence;
+}
+
+void Soak::restartRegistry()
+{
+    if (m_accessibilityBack < 0 && !m_road.session.endAccessibilityRegistry())
+        problem(u"there is no registry of accessible programs"_s);
+}
+
+void Soak::restartAccessibility()
+{
+    if (isPanelOpen())
+        closePanel();
+    if (!m_road.session.endAccessibility())
+        return problem(u"there is no accessibility bus"_s);
+    m_accessibilityBack = m_triggers + absence;
+}
+
+void Soak::perform(const QString &action)
+{
+    auto call = QDBusMessage::createMethodCall(
+        u"app.nivora"_s, u"/app/nivora"_s, u"org.freedesktop.Application"_s, u"ActivateAction"_s);
+    call.setArguments({action, QVariant(QVariantList()), QVariantMap()});
+    m_bus->send(call);
+}
+
+bool Soak::isMapped(X11Driver::WindowId window) const
+{
+    const auto attributes = X11Peer::hold(xcb_get_window_attributes_reply(
+        m_peer->xcb(), xcb_get_window_attributes(m_peer->xcb(), window), nullptr));
+    return attributes && attributes->map_state == XCB_MAP_STATE_VIEWABLE;
+}
+
+// Looks at one window once it is known: to look for it among all takes its time.
+bool Soak::isPanelOpen()
+{
+    if (m_panel == 0) {
+        const auto found = m_road.user->find(Product::panel());
+        m_panel = found ? found->id : 0;
+    }
+    return m_panel != 0 && isMapped(m_panel) && m_road.user->activeWindow() == m_panel;
+}
+
+bool Soak::closePanel()
+{
+    const auto closes = [this] {
+        if (m_road.user->activeWindow() == m_panel)
+            m_road.user->press({XK_Escape});
+        return waitUntil([this] { return !isMapped(m_panel); }, 300ms, fine);
+    };
+    return waitUntil(closes, patience);
+}
+
+ProcessState Soak::state() const
+{
+    return ProcessState::of(m_road.product->processId(), m_peer->xcb());
+}
+
+ProcessState Soak::settle(const std::optional<ProcessState> &before)
+{
+    if (isPanelOpen())
+        closePanel();
+    m_service.close(); // and with it the connections that are kept for the next request
+    m_networkBack = m_triggers;
+    ProcessState now;
+    const auto isQuiet = [&] {
+        waitUntil([] { return false; }, settleTime);
+        now = state();
+        return before && now.descriptors <= before->descriptors && now.threads <= before->threads &&
+               now.serverResources <= before->serverResources;
+    };
+    waitUntil(isQuiet, settleBound);
+    return now;
+}
+
+void Soak::checkHistory()
+{
+    int rows = 0;
+    m_history->forEach([&](const QString &source, int count, const QString &translation) {
+        if (source.contains(u"季度的预算安排")) // from before
+            return;
+        ++rows;
+        const QString name = u"\"%1\""_s.arg(source.left(40));
+        if (!m_service.fates().contains(source))
+            return problem(name + u" is in the history, and nobody had selected it"_s);
+        if (count != 1)
+            problem(u"%1 has %2 rows"_s.arg(name).arg(count));
+        if (translation != m_service.translationOf(source))
+            problem(u"the row of %1 is not its translation"_s.arg(name));
+        if (m_service.fateOf(source).whole == 0)
+            problem(name + u" has a row, and was never answered to the end"_s);
+    });
+    for (const QString &source : m_finished) {
+        if (m_history->rowsOf(source) != 1)
+            problem(u"\"%1\" has lost its row"_s.arg(source.left(40)));
+    }
+    std::printf("%d texts, %d rows, %lld of them seen to finish\n", m_texts, rows,
+                static_cast<long long>(m_finished.size()));
+}
+
+void Soak::problem(const QString &what)
+{
+    ++m_problems;
+    std::printf("BROKEN at trigger %d: %s\n", m_triggers, qUtf8Printable(what));
+    std::fflush(stdout);
+}
+
+} // namespace nivora::bench
