@@ -89,7 +89,7 @@ bool Soak::openPrograms()
             return std::make_unique<SilentApplication>(desk);
         };
         m_programs.push_back({"Mousepad", makeMousepad, 40, true, 8000});
-        m_programs.push_back({"FocusWriter", makeFocusWriter, 25, true, 8000});
+        m_programs.push_back({"FeatherPad", makeFeatherPad, 25, true, 8000});
         m_programs.push_back({"xterm", makeXTerm, 8, false, 70});
         m_programs.push_back({"a silent program", makeSilent, 15, false, 20'000});
     }

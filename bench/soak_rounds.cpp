@@ -82,7 +82,7 @@ void Soak::scene(Program &program)
 
     const QString before = program.running->content();
     const QString translation = m_service.translationOf(program.text);
-    const int rounds = 2 + random(5);
+    const int rounds = 3 + random(8);
     After after = After::Closed;
     for (int i = 0; i < rounds && after != After::Replaced; ++i)
         after = round(program, i + 1 == rounds);

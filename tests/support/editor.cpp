@@ -71,11 +71,12 @@ Editor::~Editor()
 
 bool Editor::open(Toolkit toolkit, const QString &text)
 {
-    const auto document = m_session.folder() + u"/documents/note.txt"_s;
+    const Program &program = programOf(toolkit);
+    // One of its own: an editor asks what to do when another one writes its file.
+    const auto document = m_session.folder() + u"/documents/"_s + program.command + u"/note.txt"_s;
     if (!writeFile(document, text.toUtf8()))
         return false;
 
-    const Program &program = programOf(toolkit);
     if (!program.configFile.isEmpty() &&
         !writeFile(m_session.folder() + u"/config/"_s + program.configFile, program.config))
         return false;
