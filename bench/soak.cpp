@@ -1,6 +1,7 @@
 // Calls the product many times on a desktop where everything fails now and then, and
 // says whether it kept its promises: by what it prints and by its exit status. The
-// arguments are the number of triggers (default 300) and the seed (default 1).
+// arguments are the number of triggers (default 300), the seed (default 1) and the
+// minutes after which it ends in any case (default 120).
 
 #include "soak.h"
 
@@ -14,7 +15,7 @@ namespace {
 
 constexpr int warmUp = 500;            // triggers, or half of them where there are fewer
 constexpr qint64 longestGrowth = 2048; // KiB
-constexpr int reportPeriod = 1000;
+constexpr int reportPeriod = 200;
 constexpr int mostProblems = 50;
 
 void print(const QString &line)
@@ -41,7 +42,12 @@ int main(int argc, char *argv[])
     const QCoreApplication application(argc, argv);
     const int triggers = argc > 1 ? QByteArray(argv[1]).toInt() : 300;
     const quint32 seed = argc > 2 ? QByteArray(argv[2]).toUInt() : 1;
+    const double minutes = argc > 3 ? QByteArray(argv[3]).toDouble() : 120;
     print(QStringLiteral("%1 triggers, seed %2").arg(triggers).arg(seed));
+    const auto begin = test::Clock::now();
+    const auto isLate = [&] {
+        return test::millisecondsBetween(begin, test::Clock::now()) > minutes * 60'000;
+    };
 
     bench::Soak soak(seed);
     if (!soak.prepare())
@@ -52,7 +58,7 @@ int main(int argc, char *argv[])
 
     const auto start = test::Clock::now();
     const int first = soak.triggers();
-    while (soak.triggers() < triggers && soak.problems() < mostProblems) {
+    while (soak.triggers() < triggers && soak.problems() < mostProblems && !isLate()) {
         const int next = (soak.triggers() / reportPeriod + 1) * reportPeriod;
         soak.runTo(std::min(next, triggers));
         print(QStringLiteral("after %1 triggers: %2; %3 ms each")

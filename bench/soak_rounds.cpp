@@ -157,10 +157,11 @@ void Soak::leave(Program &program)
         // Another window takes the keyboard, and the panel closes by itself.
         Program *other = &somebody();
         if (other != &program && enter(*other)) {
-            if (!waitUntil([this] { return !isMapped(m_panel); }, patience, fine))
-                problem(u"the panel stays without the keyboard"_s);
-            enter(program);
-            return;
+            const bool closes = waitUntil([this] { return !isMapped(m_panel); }, patience, fine);
+            if (closes)
+                return void(enter(program));
+            problem(isPanelOpen() ? u"the panel takes the keyboard back"_s
+                                  : u"the panel stays without the keyboard"_s);
         }
     }
     if (!closePanel() || !m_road.user->waitForActive(program.running->window(), patience))
@@ -171,6 +172,8 @@ Soak::After Soak::replace(Program &program)
 {
     const QString translation = m_service.translationOf(program.text);
     m_road.user->press({XK_Control_L, XK_Return});
+    // The clipboard's owner is this thread: it answers before it asks others.
+    waitUntil([this] { return !m_road.clipboard->owns(); }, patience, fine);
     // Another trigger while the clipboard is still lent.
     const bool hurries = random(4) == 0;
     if (!waitUntil([&] { return program.running->content() == translation; }, patience, fine))
