@@ -15,7 +15,7 @@ namespace {
 
 constexpr int warmUp = 500;            // triggers, or half of them where there are fewer
 constexpr qint64 longestGrowth = 2048; // KiB
-constexpr int reportPeriod = 200;
+constexpr int reportPeriod = 500;
 constexpr int mostProblems = 50;
 
 void print(const QString &line)
