@@ -145,8 +145,12 @@ void Soak::awaitResult(const QString &source)
         return m_history->rowsOf(source) > 0 || !m_service.isOpen() ||
                (fate.failing > 0 && !fate.lastWasWhole);
     };
-    if (!waitUntil(isOver, patience, fine))
-        problem(u"no row in the history for \"%1\""_s.arg(source.left(80)));
+    if (!waitUntil(isOver, patience, fine)) {
+        const auto fate = m_service.fateOf(source);
+        problem(fate.whole + fate.failing > 0
+                    ? u"no row in the history for \"%1\""_s.arg(source.left(80))
+                    : u"\"%1\" is selected, and was not sent"_s.arg(source.left(80)));
+    }
     if (m_history->rowsOf(source) > 0)
         m_finished.insert(source);
 }
