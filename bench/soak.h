@@ -70,6 +70,7 @@ private:
     After round(Program &program, bool isLast);
     void compose(Program &program);
     void pull();
+    qsizetype captures() const;
     void awaitResult(const QString &source);
     void leave(Program &program);
     After replace(Program &program);
@@ -106,6 +107,7 @@ private:
     int m_networkBack = -1; // at this trigger
     int m_keyringBack = -1;
     int m_accessibilityBack = -1;
+    qsizetype m_heldBack = 0; // pastes that the product did not dare
     int m_problems = 0;
 };
 

@@ -277,8 +277,9 @@ void Soak::checkHistory()
         if (m_history->rowsOf(source) != 1)
             problem(u"\"%1\" has lost its row"_s.arg(source.left(40)));
     }
-    std::printf("%d texts, %d rows, %lld of them seen to finish\n", m_texts, rows,
-                static_cast<long long>(m_finished.size()));
+    std::printf("%d texts, %d rows, %lld of them seen to finish; %lld pastes held back\n", m_texts,
+                rows, static_cast<long long>(m_finished.size()),
+                static_cast<long long>(m_heldBack));
 }
 
 void Soak::problem(const QString &what)

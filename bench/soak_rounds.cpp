@@ -17,7 +17,7 @@ namespace {
 
 constexpr auto fine = 2ms;
 constexpr auto keyGap = 40ms;
-constexpr auto retriggerPause = 150ms;
+constexpr auto coarse = 20ms; // between looks that take their time
 
 // Programs have line ends of their own, and Qt's some of its own kind.
 QString plain(QString text)
@@ -103,9 +103,10 @@ Soak::After Soak::round(Program &program, bool isLast)
     if (random(3) == 0)
         offerSomething();
     const bool wasOpen = isPanelOpen();
+    const auto before = wasOpen ? captures() : 0;
     pull();
-    if (wasOpen) // nothing tells from outside that it has opened anew
-        waitUntil([] { return false; }, retriggerPause, fine);
+    if (wasOpen && !waitUntil([&] { return captures() > before; }, patience, coarse))
+        problem(u"a trigger over the panel has no effect"_s);
     if (!waitUntil([this] { return isPanelOpen(); }, patience, fine)) {
         problem(u"no panel over "_s + QLatin1StringView(program.name));
         enter(program);
@@ -135,6 +136,13 @@ void Soak::pull()
         m_road.user->press({XK_Control_L, XK_Alt_L, XK_o});
     else
         perform(u"invoke"_s);
+}
+
+// Nothing tells on the screen that an open panel has opened anew.
+qsizetype Soak::captures() const
+{
+    const QString log = m_road.product->log();
+    return log.count("focusedEditable="_L1) + log.count(u"未捕获到选区"_s);
 }
 
 // Until the translation is in the history, or has no hope to come there.
@@ -180,8 +188,17 @@ Soak::After Soak::replace(Program &program)
     waitUntil([this] { return !m_road.clipboard->owns(); }, patience, fine);
     // Another trigger while the clipboard is still lent.
     const bool hurries = random(4) == 0;
-    if (!waitUntil([&] { return program.running->content() == translation; }, patience, fine))
-        problem(u"nothing was replaced in "_s + QLatin1StringView(program.name));
+    const auto isReplaced = [&] { return program.running->content() == translation; };
+    if (!waitUntil(isReplaced, patience, fine)) {
+        // A program that does not answer in time is spared, and the user told.
+        const auto held = m_road.product->log().count("stays on the clipboard"_L1);
+        if (held == m_heldBack)
+            problem(u"nothing was replaced in "_s + QLatin1StringView(program.name));
+        m_heldBack = held;
+        offerSomething();
+        enter(program);
+        return After::Closed;
+    }
     if (!hurries) {
         checkClipboard();
         if (!m_road.user->waitForActive(program.running->window(), patience))
