@@ -24,47 +24,37 @@ constexpr int answerBound = 10'000; // ms
 // From one answer to the next question: a stall may be by so much longer than the
 // silence that it makes.
 constexpr unsigned long pause = 10; // ms
+// Of a silence that others have had so great a part in, nobody knows whose it is.
+constexpr double greatestShareOfOthers = 0.2;
 
-QByteArray contents(const QString &path)
+// For how long a thread has waited for a processor so far, in milliseconds.
+double timeInTheQueue(const QString &thread)
 {
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    QFile file(thread + u"/schedstat"_s);
+    // Nanoseconds on the processor, nanoseconds in the queue, turns.
+    return file.open(QIODevice::ReadOnly) ? file.readAll().split(' ').value(1).toDouble() / 1e6 : 0;
 }
 
-// For how long these threads have waited for a processor so far, in milliseconds.
-double timeInTheQueue(const QStringList &threads)
+// Of this thread and all of these processes.
+double timeInTheQueue(const std::vector<qint64> &processes)
 {
-    double sum = 0;
-    for (const QString &thread : threads) {
-        // Nanoseconds on the processor, nanoseconds in the queue, turns.
-        sum += contents(thread + u"/schedstat"_s).split(' ').value(1).toDouble() / 1e6;
+    double sum = timeInTheQueue(u"/proc/thread-self"_s);
+    for (const qint64 process : processes) {
+        const auto folder = u"/proc/%1/task"_s.arg(process);
+        const auto threads = QDir(folder).entryList(QDir::Dirs | QDir::NoDotAndDotDot);
+        for (const QString &thread : threads)
+            sum += timeInTheQueue(folder + u'/' + thread);
     }
     return sum;
-}
-
-// All that a question and its answer pass: this thread, the bus, the thread by which
-// the program speaks to the bus, and its main thread.
-QStringList threadsOnTheWay(const QDBusConnection &bus, qint64 processId)
-{
-    const QDBusReply<uint> daemon = bus.interface()->servicePid(u"org.freedesktop.DBus"_s);
-    const QString folder = u"/proc/%1/task/"_s.arg(processId);
-    QStringList all{u"/proc/thread-self"_s, u"/proc/%1"_s.arg(daemon.value()),
-                    folder + QString::number(processId)};
-    const auto threads = QDir(folder).entryList(QDir::Dirs | QDir::NoDotAndDotDot);
-    for (const QString &thread : threads) {
-        if (contents(folder + thread + u"/comm"_s).startsWith("QDBusConnection"))
-            all << folder + thread;
-    }
-    return all;
 }
 
 } // namespace
 
 Watchdog::Watchdog(const QString &busAddress, const QString &service, const QString &path,
-                   qint64 processId)
+                   std::vector<qint64> processes)
     : m_thread(QThread::create([=, this] {
         const auto name = QUuid::createUuid().toString();
-        watch(name, busAddress, service, path, processId);
+        watch(name, busAddress, service, path, processes);
         QDBusConnection::disconnectFromBus(name);
     }))
 {
@@ -78,26 +68,29 @@ Watchdog::~Watchdog()
 }
 
 void Watchdog::watch(const QString &name, const QString &busAddress, const QString &service,
-                     const QString &path, qint64 processId)
+                     const QString &path, std::vector<qint64> processes)
 {
     const auto bus = QDBusConnection::connectToBus(busAddress, name);
     if (!bus.isConnected())
         return;
     const auto question = QDBusMessage::createMethodCall(
         service, path, u"org.freedesktop.DBus.Introspectable"_s, u"Introspect"_s);
-    const QStringList threads = threadsOnTheWay(bus, processId);
+    const QDBusReply<uint> daemon = bus.interface()->servicePid(u"org.freedesktop.DBus"_s);
+    processes.push_back(daemon.value());
     const auto begin = Clock::now();
     for (; !m_ended; ++m_questions) {
-        const double queuedBefore = timeInTheQueue(threads);
+        const double queuedBefore = timeInTheQueue(processes);
         const auto asked = Clock::now();
         const auto answer = bus.call(question, QDBus::Block, answerBound);
         const double took = millisecondsBetween(asked, Clock::now());
         // A program that ends leaves its last question without an answer.
         const bool isAnswered = answer.type() == QDBusMessage::ReplyMessage;
         m_answers += isAnswered;
-        if (isAnswered || took >= answerBound)
-            note({took - (timeInTheQueue(threads) - queuedBefore),
-                  millisecondsBetween(begin, Clock::now())});
+        if (isAnswered || took >= answerBound) {
+            const double queued = timeInTheQueue(processes) - queuedBefore;
+            note({took - queued, millisecondsBetween(begin, Clock::now()),
+                  queued > greatestShareOfOthers * took});
+        }
         QThread::msleep(pause);
     }
 }
@@ -105,8 +98,10 @@ void Watchdog::watch(const QString &name, const QString &busAddress, const QStri
 void Watchdog::note(const Stall &silence)
 {
     const QMutexLocker lock(&m_mutex);
-    m_longest = std::max(m_longest, silence.length);
-    m_longestSinceTaken = std::max(m_longestSinceTaken, silence.length);
+    if (!silence.isDoubtful) {
+        m_longest = std::max(m_longest, silence.length);
+        m_longestSinceTaken = std::max(m_longestSinceTaken, silence.length);
+    }
     if (silence.length >= shortestStall)
         m_stalls.push_back(silence);
 }

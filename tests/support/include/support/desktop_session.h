@@ -44,6 +44,7 @@ public:
     QString error() const { return m_error; }
 
     QByteArray displayName() const { return m_displayName; } // ":17"
+    qint64 serverProcessId() const { return m_processes.front()->processId(); }
     QString busAddress() const { return m_busAddress; }
     // Empty without accessibility.
     QString accessibilityBusAddress() const { return m_accessibilityBusAddress; }

@@ -14,8 +14,9 @@ namespace nivora::test {
 // thread of its own puts one question after the other to an object of the program
 // on the session bus; the answer to each comes from the program's main thread, so
 // its round trip is the time for which that thread was busy, and a little more.
-// Time in which one of those who pass the question on was ready to run, and the
-// machine was busy with others, is taken off: it says nothing about the program.
+//
+// Time in which one of those concerned was ready to run, and the machine was busy
+// with others, is taken off; where it is much, the silence counts as doubtful.
 class Watchdog
 {
 public:
@@ -23,17 +24,20 @@ public:
     {
         double length = 0;     // milliseconds
         double sinceStart = 0; // its end, in milliseconds from the start of the watch
+        bool isDoubtful = false;
     };
     static constexpr double shortestStall = 50; // milliseconds
 
-    // `path` is an object that the program's main thread has registered.
+    // `path` is an object that the program's main thread has registered. `processes`
+    // are the program and those that it has to wait for.
     Watchdog(const QString &busAddress, const QString &service, const QString &path,
-             qint64 processId);
+             std::vector<qint64> processes);
     ~Watchdog();
     Watchdog(const Watchdog &) = delete;
     Watchdog &operator=(const Watchdog &) = delete;
 
-    // The longest silence since the start or the last call, in milliseconds.
+    // The longest silence beyond doubt since the start or the last call, in
+    // milliseconds.
     // Infinity when the program has never answered at all.
     double takeLongestSilence();
     double longestSilence() const; // of all
@@ -42,7 +46,7 @@ public:
 
 private:
     void watch(const QString &name, const QString &busAddress, const QString &service,
-               const QString &path, qint64 processId);
+               const QString &path, std::vector<qint64> processes);
     void note(const Stall &silence);
 
     mutable QMutex m_mutex; // guards the next three
