@@ -133,6 +133,18 @@ int FloatingPanelController::clampedHeight(int content, std::optional<int> visib
     return std::min(std::max(content, leastHeight), int(greatestScreenShare * *visibleHeight));
 }
 
+// In a fractional scale the toolkit asks window managers to size its windows in steps of
+// one logical pixel, rounded to whole device pixels. What is no such step loses its edge.
+int FloatingPanelController::grantedHeight(int height, qreal ratio)
+{
+    const int step = qRound(ratio);
+    if (step <= 1 || ratio == step)
+        return height;
+    while (qRound(height * ratio) % step != 0)
+        ++height;
+    return height;
+}
+
 QRect FloatingPanelController::visibleArea(const QScreen &screen) const
 {
     const auto known = m_visibleAreas.constFind(&screen);
@@ -175,8 +187,9 @@ QRect FloatingPanelController::placeFor(int height) const
 int FloatingPanelController::targetHeight(int content) const
 {
     const QScreen *screen = m_panel->screen();
-    return clampedHeight(content,
-                         screen ? std::optional(visibleArea(*screen).height()) : std::nullopt);
+    const int height = clampedHeight(content, screen ? std::optional(visibleArea(*screen).height())
+                                                     : std::nullopt);
+    return grantedHeight(height, m_panel->devicePixelRatioF());
 }
 
 void FloatingPanelController::applyDynamicHeight(int height)

@@ -64,6 +64,10 @@ public:
     // The panel's height for a content of this height.
     static int clampedHeight(int content, std::optional<int> visibleHeight);
 
+    // The least height, not below this one, that a window manager leaves as it is.
+    // `ratio` is of device pixels to logical ones.
+    static int grantedHeight(int height, qreal ratio);
+
 private:
     void drag(const QPoint &offset, bool ends);
     QRect placeFor(int height) const;
