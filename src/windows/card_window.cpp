@@ -87,17 +87,26 @@ void CardWindow::present(const QRect &card)
     }
     setCard(card);
     m_presenting = !isVisible();
+    m_wantsKeyboard = m_presenting;
     show();
     raise();
     activateWindow();
 }
 
 // Without a window manager nobody answers a request for the keyboard, and one
-// that guards what the user types may not: but the user has called this window.
+// that guards what the user types may not: but the user has called this window. Who
+// has turned to another window since is not called back.
 void CardWindow::insistOnKeyboard()
 {
-    if (isVisible() && !QGuiApplication::focusWindow())
+    if (m_wantsKeyboard && isVisible() && !QGuiApplication::focusWindow())
         m_windowSystem.requestActivation(platform::WindowId(winId()));
+}
+
+bool CardWindow::event(QEvent *event)
+{
+    if (event->type() == QEvent::WindowActivate)
+        m_wantsKeyboard = false;
+    return QWidget::event(event);
 }
 
 void CardWindow::hideEvent(QHideEvent *event)

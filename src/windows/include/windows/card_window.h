@@ -33,6 +33,7 @@ Q_SIGNALS:
     void cancelled(); // Esc
 
 protected:
+    bool event(QEvent *event) override;
     void hideEvent(QHideEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
     void paintEvent(QPaintEvent *event) override;
@@ -43,7 +44,8 @@ private:
 
     platform::WindowSystem &m_windowSystem;
     int m_margin = 0;
-    bool m_presenting = false; // shown, but not painted yet
+    bool m_presenting = false;    // shown, but not painted yet
+    bool m_wantsKeyboard = false; // shown, and never had it since
 };
 
 } // namespace nivora
