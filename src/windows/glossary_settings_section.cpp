@@ -14,10 +14,12 @@
 #include <QHBoxLayout>
 #include <QLineEdit>
 #include <QSaveFile>
+#include <QScrollArea>
 
 #include <algorithm>
 
 using namespace Qt::Literals::StringLiterals;
+using namespace std::chrono_literals;
 
 namespace nivora {
 
@@ -62,6 +64,9 @@ QWidget *GlossarySettingsSection::makeTable()
     m_table = new GlossaryTable(m_store, this);
     connect(m_table, &GlossaryTable::pasted, this,
             [this](int count) { tell(tr("已粘贴 %n 条新术语。", nullptr, count)); });
+    // Once the layout has its way, which a new row changes.
+    connect(m_table, &GlossaryTable::keyboardUsed, this,
+            [this] { m_reveal = platform::delay(0ms, [this] { revealTable(); }); });
     return m_table;
 }
 
@@ -100,6 +105,19 @@ void GlossarySettingsSection::render()
     m_table->setFixedHeight(int(shown) * GlossaryDelegate::rowHeight);
     m_filterRow->setVisible(count >= worthFiltering || !m_filter->text().isEmpty());
     m_export->setEnabled(count > 0);
+}
+
+// The form scrolls by itself to what gets the focus, and no further.
+void GlossarySettingsSection::revealTable()
+{
+    QWidget *form = this;
+    while (form && !qobject_cast<QScrollArea *>(form))
+        form = form->parentWidget();
+    auto *scrolling = qobject_cast<QScrollArea *>(form);
+    if (!scrolling)
+        return;
+    const QPoint centre = m_table->mapTo(scrolling->widget(), m_table->rect().center());
+    scrolling->ensureVisible(centre.x(), centre.y(), 0, m_table->height() / 2 + gap);
 }
 
 void GlossarySettingsSection::addTerm()

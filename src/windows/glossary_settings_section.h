@@ -2,6 +2,8 @@
 
 #include "settings_section.h"
 
+#include "platform/task.h"
+
 class QLineEdit;
 
 namespace nivora {
@@ -26,6 +28,7 @@ private:
     PanelButton *makeButton(const QString &label, const QString &symbol, QWidget *parent);
     void render();
     void addTerm();
+    void revealTable();
     void importFile();
     void exportFile();
     void tell(const QString &note);
@@ -37,6 +40,7 @@ private:
     QWidget *m_filterRow = nullptr;
     NoteLabel *m_note = nullptr;
     QWidget *m_noteRow = nullptr;
+    platform::Task m_reveal;
 };
 
 } // namespace nivora

@@ -53,6 +53,8 @@ GlossaryTable::GlossaryTable(GlossaryStore &store, QWidget *parent)
     setSelectionBehavior(QAbstractItemView::SelectRows);
     setEditTriggers(QAbstractItemView::DoubleClicked | QAbstractItemView::SelectedClicked |
                     QAbstractItemView::EditKeyPressed | QAbstractItemView::AnyKeyPressed);
+    // Thousands of cells must not stand between the keyboard and what comes next.
+    setTabKeyNavigation(false);
     setAccessibleName(tr("术语表"));
     verticalHeader()->hide();
     verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
@@ -166,6 +168,14 @@ void GlossaryTable::keyPressEvent(QKeyEvent *event)
         edit(currentIndex());
     else
         QTableView::keyPressEvent(event);
+    Q_EMIT keyboardUsed();
+}
+
+void GlossaryTable::focusInEvent(QFocusEvent *event)
+{
+    QTableView::focusInEvent(event);
+    if (event->reason() == Qt::TabFocusReason || event->reason() == Qt::BacktabFocusReason)
+        Q_EMIT keyboardUsed();
 }
 
 bool GlossaryTable::isBinAt(const QPoint &place) const

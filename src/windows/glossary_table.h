@@ -27,9 +27,12 @@ public:
 Q_SIGNALS:
     // Pairs came from the clipboard: so many new ones.
     void pasted(int count);
+    // The keyboard is at work in the table and needs to see it.
+    void keyboardUsed();
 
 protected:
     void keyPressEvent(QKeyEvent *event) override;
+    void focusInEvent(QFocusEvent *event) override;
     void mouseReleaseEvent(QMouseEvent *event) override;
     void mousePressEvent(QMouseEvent *event) override;
     bool viewportEvent(QEvent *event) override;

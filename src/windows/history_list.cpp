@@ -301,6 +301,10 @@ void HistoryList::keyPressEvent(QKeyEvent *event)
         selected.isEmpty() ? copyFrom(currentIndex()) : Q_EMIT copyRequested(selected);
     } else if (event->matches(QKeySequence::Delete) && currentIndex().isValid()) {
         Q_EMIT deleteRequested(m_model.entry(currentIndex().row()).id);
+    } else if (event->keyCombination() == (Qt::SHIFT | Qt::Key_F10)) {
+        // For keyboards without a menu key, which is all that the toolkit knows.
+        QContextMenuEvent menu(QContextMenuEvent::Keyboard, QPoint(), QPoint());
+        contextMenuEvent(&menu);
     } else {
         QListView::keyPressEvent(event);
     }

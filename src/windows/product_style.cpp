@@ -23,6 +23,7 @@ constexpr QSize checkMark(14, 14);
 constexpr int sliderHandle = 16;
 constexpr int pickerPadding = 5;
 constexpr int pickerArrow = 24;
+constexpr int pickerFrame = 2; // its line while in use
 constexpr int menuPadding = 4;
 constexpr int menuItemPadding = 4; // above and below
 
@@ -80,6 +81,8 @@ int ProductStyle::styleHint(StyleHint hint, const QStyleOption *option, const QW
         return 0;
     if (hint == SH_EtchDisabledText) // a shadow, which blurs it where text is light
         return 0;
+    if (hint == SH_DialogButtonBox_ButtonsHaveIcons)
+        return 0;
     return QProxyStyle::styleHint(hint, option, widget, data);
 }
 
@@ -88,7 +91,7 @@ QRect ProductStyle::subControlRect(ComplexControl control, const QStyleOptionCom
 {
     const auto *bar = qstyleoption_cast<const QStyleOptionSlider *>(option);
     if (control == CC_ComboBox && part == SC_ComboBoxEditField)
-        return option->rect.adjusted(pickerPadding, 1, -pickerArrow, -1);
+        return option->rect.adjusted(pickerPadding, pickerFrame, -pickerArrow, -pickerFrame);
     if (control != CC_ScrollBar || !bar)
         return QProxyStyle::subControlRect(control, option, part, widget);
     const QRect handle = scrollHandle(*bar);

@@ -323,6 +323,14 @@ void TestSettings::termsAreWrittenAndExchanged()
     QVERIFY2(choose(), qUtf8Printable(m_road->problem()));
     QVERIFY(waitUntil([&] { return terms().size() == 3; }, patience));
     QCOMPARE(forms(1), u"验收|検収"_s);
+
+    // One key leads through the table, however many terms it has.
+    const auto add = control(u"添加术语"_s);
+    QVERIFY(add && add->takeFocus());
+    m_road->user->press({XK_Shift_L, XK_Tab});
+    QVERIFY(waitUntil([&] { return !add->isFocused(); }, patience));
+    m_road->user->press({XK_Tab});
+    QVERIFY(waitUntil([&] { return add->isFocused(); }, patience));
 }
 
 void TestSettings::signingOutShowsTheForm()
