@@ -110,7 +110,8 @@ private Q_SLOTS:
         QElapsedTimer since;
         since.start();
         QCOMPARE(submit({}), false);
-        QVERIFY(since.elapsed() >= 14'500 && since.elapsed() < 20'000);
+        // The toolkit's timers may be early by a twentieth.
+        QVERIFY(since.elapsed() >= 14'000 && since.elapsed() < 20'000);
     }
 
     void everyReasonHasItsNames()

@@ -70,23 +70,39 @@ public:
     {
     }
 
-    // One pair more each time, and in each its place.
+    // Each write takes the next of the terms, and the last ones are still in theirs.
     qint64 number() override
     {
         const auto &terms = m_store.terms();
-        for (std::size_t place = 0; place < terms.size(); ++place) {
-            if (terms[place].zh != QString::number(place + 1))
+        if (terms.empty())
+            return 0;
+        qint64 newest = 0;
+        for (const GlossaryTerm &term : terms)
+            newest = std::max(newest, term.zh.toLongLong());
+        for (qint64 each = newest; each > std::max<qint64>(0, newest - count); --each) {
+            if (terms[std::size_t(each % count)].zh.toLongLong() != each)
                 return -1;
         }
-        return qint64(terms.size());
+        return terms.size() == count ? newest : -1;
     }
 
+    // Fewer than are written a moment later for their number.
     void write(qint64 number) override
     {
-        m_store.append({{QUuid::createUuid(), QString::number(number), u"用語"_s}});
+        if (m_store.terms().empty()) {
+            std::vector<GlossaryTerm> terms;
+            for (int place = 0; place < count; ++place)
+                terms.push_back({QUuid::createUuid(), QString(), QString::number(place)});
+            m_store.append(terms);
+        }
+        GlossaryTerm term = m_store.terms()[std::size_t(number % count)];
+        term.zh = QString::number(number);
+        m_store.update(term);
     }
 
 private:
+    static constexpr int count = 200;
+
     GlossaryStore m_store;
 };
 

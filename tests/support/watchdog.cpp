@@ -48,6 +48,22 @@ double timeInTheQueue(const std::vector<qint64> &processes)
     return sum;
 }
 
+// How often these processes have waited for the disk so far, to get what they have mapped.
+qint64 waitsForTheDisk(const std::vector<qint64> &processes)
+{
+    qint64 sum = 0;
+    for (const qint64 process : processes) {
+        QFile file(u"/proc/%1/stat"_s.arg(process));
+        if (!file.open(QIODevice::ReadOnly))
+            continue;
+        // Behind the name, which may hold blanks: the state, and the major faults as the
+        // tenth field from there.
+        const QByteArray line = file.readAll();
+        sum += line.sliced(line.lastIndexOf(')') + 1).simplified().split(' ').value(9).toLongLong();
+    }
+    return sum;
+}
+
 } // namespace
 
 Watchdog::Watchdog(const QString &busAddress, const QString &service, const QString &path,
@@ -80,6 +96,7 @@ void Watchdog::watch(const QString &name, const QString &busAddress, const QStri
     const auto begin = Clock::now();
     for (; !m_ended; ++m_questions) {
         const double queuedBefore = timeInTheQueue(processes);
+        const qint64 readsBefore = waitsForTheDisk(processes);
         const auto asked = Clock::now();
         const auto answer = bus.call(question, QDBus::Block, answerBound);
         const double took = millisecondsBetween(asked, Clock::now());
@@ -89,7 +106,8 @@ void Watchdog::watch(const QString &name, const QString &busAddress, const QStri
         if (isAnswered || took >= answerBound) {
             const double queued = timeInTheQueue(processes) - queuedBefore;
             note({took - queued, millisecondsBetween(begin, Clock::now()),
-                  queued > greatestShareOfOthers * took});
+                  queued > greatestShareOfOthers * took ||
+                      waitsForTheDisk(processes) != readsBefore});
         }
         QThread::msleep(pause);
     }
