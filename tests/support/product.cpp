@@ -110,7 +110,6 @@ void Product::endWatch()
     static LongestStall longest;
     longest.length = std::max(longest.length, m_watchdog->longestSilence());
     for (const auto &[length, sinceStart, isDoubtful] : m_watchdog->stalls()) {
-        // CTest looks for the last of these words.
         const char *verdict = isDoubtful                        ? "a stall of a busy machine"
                               : length <= m_longestAllowedStall ? "a stall"
                                                                 : "the main thread stood still";
