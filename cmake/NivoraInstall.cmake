@@ -48,7 +48,7 @@ foreach(file nivora.1 changelog)
     list(APPEND made "${staged}/${file}.gz")
 endforeach()
 
-# 48 pixels are what the icon theme's specification asks of every program; not
+# Every program has an icon of 48 pixels for the themes that draw no other, and not
 # every desktop draws SVG.
 foreach(side 16 22 24 32 48 64 128 256)
     set(png "${staged}/${side}.png")

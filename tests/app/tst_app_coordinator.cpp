@@ -69,8 +69,6 @@ private Q_SLOTS:
     void theEmptyPanelReadsNoSelection();
     void settingsTakeEffectAtOnce();
     void usageIsCounted();
-    void aTextIsPaidForOnce();
-    void theUsersTermsReachTheService();
     void aResultIsReadAndSpokenAndReported();
 
 private:
@@ -479,31 +477,6 @@ void TestAppCoordinator::usageIsCounted()
     m_coordinator->viewModel().setSource(u"hello"_s, false, std::nullopt);
     QTRY_COMPARE(m_coordinator->usageStore().promptTokens(), 5);
     QCOMPARE(m_coordinator->usageStore().requestCount(), 1);
-}
-
-void TestAppCoordinator::aTextIsPaidForOnce()
-{
-    m_desktop->preferences.set(u"saveHistory"_s, true);
-    m_desktop->accessibility.setElement(field(u"hello"_s));
-    for (int start = 0; start < 2; ++start) {
-        this->start(); // the second time the program finds what the first one kept
-        doubleTap();
-        QTRY_COMPARE(m_coordinator->viewModel().phase().kind, Phase::Kind::Done);
-        QCOMPARE(m_coordinator->viewModel().translatedText(), u"译文"_s);
-        m_coordinator.reset();
-    }
-    QCOMPARE(requests().size(), 1);
-}
-
-void TestAppCoordinator::theUsersTermsReachTheService()
-{
-    start();
-    GlossaryStore &glossary = m_coordinator->glossaryStore();
-    glossary.update({glossary.add(), u"报价"_s, u"御見積書"_s});
-    m_desktop->accessibility.setElement(field(u"请发一下报价"_s));
-    doubleTap();
-    QTRY_COMPARE(requests().size(), 1);
-    QVERIFY(requests().first().body.contains("御見積書"));
 }
 
 void TestAppCoordinator::aResultIsReadAndSpokenAndReported()
