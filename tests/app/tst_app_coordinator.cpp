@@ -1,5 +1,4 @@
 #include "app/app_coordinator.h"
-#include "app/interface_language.h"
 
 #include "windows/floating_panel.h"
 
@@ -56,8 +55,6 @@ private Q_SLOTS:
     void nobodySignedInOpensNoPanel_data();
     void nobodySignedInOpensNoPanel();
     void thePlanIsAskedForAsTheProgramIsUsed();
-    void theInterfaceHasALanguage_data();
-    void theInterfaceHasALanguage();
     void aSelectionIsTranslatedBesideIt();
     void blanksOpenAnEmptyPanel();
     void whetherAFieldWaitsFollowsTheElement_data();
@@ -296,34 +293,6 @@ void TestAppCoordinator::thePlanIsAskedForAsTheProgramIsUsed()
     m_coordinator->openLink(QUrl(u"nivora:?token=t"_s));
     QTRY_COMPARE(m_coordinator->billingSummary(), u"Pro · 1/4 (25%)"_s);
     QCOMPARE(m_server->requests().size(), 4);
-}
-
-void TestAppCoordinator::theInterfaceHasALanguage_data()
-{
-    QTest::addColumn<QStringList>("languages");
-    QTest::addColumn<QString>("language");
-    QTest::addColumn<QString>("desktop");
-    QTest::addColumn<QString>("locale");
-    const auto row = [](const QStringList &languages, const QString &code, const QString &desktop,
-                        const QString &locale) {
-        QTest::newRow(qPrintable(languages.join(u' '))) << languages << code << desktop << locale;
-    };
-    row({u"ja"_s, u"en-US"_s}, u"ja"_s, u"en_US"_s, u"ja_JP"_s);
-    row({u"de-DE"_s, u"zh-TW"_s, u"en"_s}, u"zh-Hant"_s, u"de_DE"_s, u"zh_TW"_s);
-    row({u"zh-HK"_s}, u"zh-Hant"_s, u"zh_HK"_s, u"zh_HK"_s);
-    row({u"zh-SG"_s}, u"zh-Hans"_s, u"zh_SG"_s, u"zh_SG"_s);
-    row({u"zh-Hant-CN"_s}, u"zh-Hant"_s, u"zh_CN"_s, u"zh_TW"_s);
-    row({u"de-DE"_s, u"C"_s}, u"en"_s, u"de_DE"_s, u"en_DE"_s);
-    row({u"Klingon"_s, u"ja-JP"_s}, u"ja"_s, u"C"_s, u"ja_JP"_s);
-}
-
-void TestAppCoordinator::theInterfaceHasALanguage()
-{
-    QFETCH(const QStringList, languages);
-    QFETCH(const QString, desktop);
-    const QString language = interfaceLanguage(languages);
-    QTEST(language, "language");
-    QTEST(interfaceLocale(language, QLocale(desktop)).name(), "locale");
 }
 
 void TestAppCoordinator::aSelectionIsTranslatedBesideIt()
