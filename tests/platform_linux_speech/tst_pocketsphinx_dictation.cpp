@@ -77,9 +77,19 @@ private Q_SLOTS:
         QVERIFY2(text->contains(u"weather") && text->contains(u"nice today"), qPrintable(*text));
     }
 
-    void aSentenceAtTheVeryBeginningIsNotLost()
+    void aSentenceIsUnderstoodWheneverItBegins_data()
     {
-        const QString recording = m_folder.filePath(u"at-once.wav"_s);
+        QTest::addColumn<double>("pause");
+
+        QTest::newRow("at once") << 0.0;
+        QTest::newRow("after a moment") << 0.5;
+        QTest::newRow("after hesitation") << 3.0;
+        QTest::newRow("late") << 20.0;
+    }
+    void aSentenceIsUnderstoodWheneverItBegins()
+    {
+        QFETCH(const double, pause);
+        const QString recording = m_folder.filePath(u"sentence-alone.wav"_s);
         QCOMPARE(QProcess::execute(u"flite"_s,
                                    {u"-voice"_s, u"slt"_s, u"-t"_s,
                                     u"please send me the report tomorrow"_s, u"-o"_s, recording}),
@@ -98,7 +108,8 @@ private Q_SLOTS:
                 text = result.text;
         });
         QVERIFY(recognition);
-        recognition->append(sound.sliced(2 * silence));
+        recognition->append(QByteArray(2 * qsizetype(16000 * pause), '\0') +
+                            sound.sliced(2 * silence));
         recognition->endAudio();
         QTRY_VERIFY_WITH_TIMEOUT(text, 20000);
         QCOMPARE(*text, u"please send me the report tomorrow"_s);

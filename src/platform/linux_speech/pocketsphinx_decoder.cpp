@@ -56,7 +56,9 @@ std::vector<qint16> quietRoom()
 }
 
 // Takes speech apart at its pauses, so that the search never has more than a
-// sentence or two to look back on.
+// sentence or two to look back on. Not where there were no words: at the end of an
+// utterance the recogniser takes the mean of what it heard for the voice's (cepstral mean
+// normalisation), and after one of mere noise it would understand nothing of the next.
 class PocketsphinxDecoder final : public SpeechDecoder
 {
 public:
@@ -72,7 +74,8 @@ public:
         m_isSound = m_isSound && ps_process_raw(m_decoder.get(), samples.data(), samples.size(),
                                                 false, false) >= 0;
         const bool isInSpeech = m_isSound && ps_get_in_speech(m_decoder.get());
-        if (std::exchange(m_wasInSpeech, isInSpeech) && !isInSpeech && m_isSound) {
+        if (std::exchange(m_wasInSpeech, isInSpeech) && !isInSpeech && m_isSound &&
+            !hypothesis().isEmpty()) {
             endUtterance();
             m_isSound = ps_start_utt(m_decoder.get()) >= 0;
         }
