@@ -12,6 +12,7 @@
 
 #include <xcb/xcb.h>
 
+#include <array>
 #include <cstdio>
 #include <cstdlib>
 #include <memory>
@@ -97,6 +98,26 @@ qint64 wakeUps(qint64 process)
                       {"voluntary_ctxt_switches:", "nonvoluntary_ctxt_switches:"});
 }
 
+struct Program
+{
+    QString name;
+    std::vector<double> starts{}; // milliseconds to the icon
+};
+
+void printCostAtRest(const QString &program, qint64 process)
+{
+    // What comes after the start is over by then.
+    QThread::sleep(2);
+    const QString memory = u"/proc/%1/smaps_rollup"_s.arg(process);
+    const qint64 before = wakeUps(process);
+    QThread::sleep(restSeconds);
+    std::printf("%-10s  %5.1f MiB proportional, %5.1f MiB private, %lld wake-ups of "
+                "the main thread in %d s\n",
+                qPrintable(program), double(sumOfLines(memory, {"Pss:"})) / 1024,
+                double(sumOfLines(memory, {"Private_Clean:", "Private_Dirty:"})) / 1024,
+                wakeUps(process) - before, restSeconds);
+}
+
 } // namespace
 
 int main(int argc, char *argv[])
@@ -119,38 +140,33 @@ int main(int argc, char *argv[])
         "apiBaseURL": "http://127.0.0.1:9", "modelName": "none"})");
     preferences.close();
     Tray tray(session.displayName());
-    for (const QString &program : {u"bare_tray"_s, u"nivora"_s}) {
-        std::vector<double> starts;
-        for (std::size_t round = 0; round < rounds; ++round) {
+    // By turns: what else the machine does falls on both alike.
+    std::array<Program, 2> programs{Program{u"bare_tray"_s}, Program{u"nivora"_s}};
+    for (std::size_t round = 0; round < rounds; ++round) {
+        for (Program &program : programs) {
             QProcess process;
             process.setProcessEnvironment(session.environment());
             process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
             QElapsedTimer elapsed;
             elapsed.start();
-            process.start(QCoreApplication::applicationDirPath() + u'/' + program, QStringList{});
+            process.start(QCoreApplication::applicationDirPath() + u'/' + program.name,
+                          QStringList{});
             if (!tray.waitForIcon(patience)) {
-                std::fprintf(stderr, "%s shows no icon\n", qUtf8Printable(program));
+                std::fprintf(stderr, "%s shows no icon\n", qUtf8Printable(program.name));
                 return 1;
             }
-            starts.push_back(double(elapsed.nsecsElapsed()) / 1e6);
-            if (round == rounds - 1) {
-                // What comes after the start is over by then.
-                QThread::sleep(2);
-                const QString memory = u"/proc/%1/smaps_rollup"_s.arg(process.processId());
-                const qint64 before = wakeUps(process.processId());
-                QThread::sleep(restSeconds);
-                std::printf("%-10s  %5.1f MiB proportional, %5.1f MiB private, %lld wake-ups of "
-                            "the main thread in %d s\n",
-                            qPrintable(program), double(sumOfLines(memory, {"Pss:"})) / 1024,
-                            double(sumOfLines(memory, {"Private_Clean:", "Private_Dirty:"})) / 1024,
-                            wakeUps(process.processId()) - before, restSeconds);
-            }
+            program.starts.push_back(double(elapsed.nsecsElapsed()) / 1e6);
+            if (round == rounds - 1)
+                printCostAtRest(program.name, process.processId());
             process.terminate();
             process.waitForFinished(patience);
         }
-        std::ranges::sort(starts);
+    }
+    for (Program &program : programs) {
+        std::ranges::sort(program.starts);
         std::printf("%-10s  icon after %.1f ms (median), %.1f to %.1f ms of %zu\n",
-                    qPrintable(program), starts[rounds / 2], starts.front(), starts.back(), rounds);
+                    qPrintable(program.name), program.starts[rounds / 2], program.starts.front(),
+                    program.starts.back(), rounds);
     }
     return 0;
 }

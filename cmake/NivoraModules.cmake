@@ -105,6 +105,24 @@ function(nivora_module name)
     nivora_use_precompiled_header(${target} ${arg_WIDGETS})
 endfunction()
 
+# A library nivora_<name> that the product loads when it first needs it, with the module
+# behind it. The version is in the file's name: a program that was replaced while it
+# runs must not load its successor's.
+function(nivora_loadable name module entry)
+    set(target nivora_${name})
+    add_library(${target} MODULE "${entry}")
+    target_link_libraries(${target} PRIVATE nivora_options)
+    target_link_options(${target} PRIVATE "LINKER:--exclude-libs,ALL")
+    nivora_see(${target} platform ${module})
+    nivora_use_precompiled_header(${target} FALSE)
+    set_target_properties(${target} PROPERTIES
+        OUTPUT_NAME "${name}-${PROJECT_VERSION}"
+        PREFIX ""
+        CXX_VISIBILITY_PRESET hidden
+        LIBRARY_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/${CMAKE_INSTALL_LIBDIR}/nivora")
+    install(TARGETS ${target} LIBRARY DESTINATION "${CMAKE_INSTALL_LIBDIR}/nivora")
+endfunction()
+
 # A program that only the product starts: it finds it from its own folder, in the
 # build tree as in an installation.
 function(nivora_helper target)

@@ -13,7 +13,8 @@ namespace {
 // Who may see whom. The backends are seen by the entry alone.
 const IncludeChecker::Rules rules{
     {u"platform"_s, {}},
-    {u"platform_linux"_s, {u"platform"_s}},
+    {u"platform_linux"_s, {u"platform"_s, u"platform_linux_keyring"_s}},
+    {u"platform_linux_keyring"_s, {u"platform"_s}},
     {u"platform_linux_speech"_s, {u"platform"_s}},
     {u"platform_memory"_s, {u"platform"_s}},
     {u"core"_s, {u"platform"_s}},

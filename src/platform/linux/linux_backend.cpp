@@ -20,7 +20,7 @@
 
 namespace nivora::linuxdesktop {
 
-// The keyring and the accessibility bus answer while the rest is being made.
+// The accessibility bus answers while the rest is being made.
 struct LinuxBackend::Parts
 {
     LibsecretStore secrets;

@@ -1,8 +1,12 @@
 #include "platform_linux/secret_libsecret_store.h"
 
+#include "platform_linux_keyring/keyring.h"
+
 #include "platform/log.h"
-#include "secret_keyring.h"
-#include "secret_unlock.h"
+
+#include "keyring_module.h"
+
+#include <QCoreApplication>
 
 #include <condition_variable>
 #include <deque>
@@ -22,7 +26,7 @@ constexpr auto closingWait = 250ms;
 
 using platform::SecretAnswer;
 using platform::SecretBytes;
-using Outcome = SecretKeyring::Outcome;
+using Outcome = Keyring::Outcome;
 
 struct Reading
 {
@@ -51,8 +55,8 @@ struct Pending
 class LibsecretStore::Worker
 {
 public:
-    Worker()
-        : m_cancellable(g_cancellable_new())
+    explicit Worker(const QString &module)
+        : m_module(module)
         , m_thread([this] { run(); })
     {
     }
@@ -63,23 +67,24 @@ public:
 
 private:
     void run();
-    Outcome perform(SecretKeyring &keyring, Job &job, std::unique_lock<std::mutex> &lock);
-    Outcome performChange(SecretKeyring &keyring, const SecretName &name,
+    Outcome perform(Keyring &keyring, Job &job, std::unique_lock<std::mutex> &lock);
+    Outcome performChange(Keyring &keyring, const SecretName &name,
                           std::unique_lock<std::mutex> &lock);
     bool isIdle() const { return !m_busy && m_queue.empty(); }
-    void askToUnlock(const QString &service, bool create);
+    void askToUnlock(Keyring &keyring, const QString &service, bool create);
     void finishUnlocking(bool unlocked);
 
-    GlibPtr<GCancellable> m_cancellable;
+    const QString m_module;
 
     // ---
     std::mutex m_mutex;
+    Keyring *m_keyring = nullptr;       // the thread's
     std::condition_variable m_wake;     // the queue or m_closing changed
     std::condition_variable m_answered; // a job has ended
     std::deque<Job> m_queue;
     std::map<SecretName, Pending> m_pending;
     quint64 m_changes = 0;
-    bool m_busy = true; // with connecting, to begin with
+    bool m_busy = false;
     bool m_stuck = false;
     bool m_closing = false;
     bool m_askedToUnlock = false;
@@ -96,13 +101,11 @@ LibsecretStore::Worker::~Worker()
         if (!m_stuck)
             m_answered.wait_for(lock, closingWait, [this] { return isIdle(); });
         m_closing = true;
+        if (m_keyring)
+            m_keyring->cancel();
     }
-    g_cancellable_cancel(m_cancellable.get());
     m_wake.notify_all();
     m_thread.join();
-    // Only the thread that has just ended starts this one.
-    if (m_unlocker.joinable())
-        m_unlocker.join();
 }
 
 SecretAnswer LibsecretStore::Worker::read(const SecretName &name)
@@ -137,28 +140,43 @@ void LibsecretStore::Worker::change(const SecretName &name, std::optional<Secret
 
 void LibsecretStore::Worker::run()
 {
-    GlibThreadContext context;
-    SecretKeyring keyring(m_cancellable.get());
-    bool timedOut = keyring.connect() == Outcome::TimedOut;
-
     std::unique_lock lock(m_mutex);
+    m_wake.wait(lock, [this] { return m_closing || !m_queue.empty(); });
+    if (m_closing)
+        return;
+    m_busy = true;
+    lock.unlock();
+    const std::unique_ptr<Keyring> keyring = loadKeyring(m_module);
+    lock.lock();
+    m_keyring = keyring.get();
+    bool timedOut = false;
+    if (!m_closing) {
+        lock.unlock();
+        timedOut = keyring->connect() == Outcome::TimedOut;
+        lock.lock();
+    }
     for (;;) {
         m_busy = false;
         m_stuck = timedOut;
         m_answered.notify_all();
         m_wake.wait(lock, [this] { return m_closing || !m_queue.empty(); });
         if (m_closing)
-            return;
+            break;
         Job job = std::move(m_queue.front());
         m_queue.pop_front();
         m_busy = true;
-        timedOut = perform(keyring, job, lock) == Outcome::TimedOut;
-        context.handlePending();
+        timedOut = perform(*keyring, job, lock) == Outcome::TimedOut;
+        keyring->handlePending();
     }
+    m_keyring = nullptr;
+    lock.unlock();
+    // It asks the keyring too.
+    if (m_unlocker.joinable())
+        m_unlocker.join();
 }
 
 // Called and left with the lock held, which is released meanwhile.
-Outcome LibsecretStore::Worker::perform(SecretKeyring &keyring, Job &job,
+Outcome LibsecretStore::Worker::perform(Keyring &keyring, Job &job,
                                         std::unique_lock<std::mutex> &lock)
 {
     if (!job.reading)
@@ -171,12 +189,12 @@ Outcome LibsecretStore::Worker::perform(SecretKeyring &keyring, Job &job,
         job.reading->answer.secret = std::move(secret);
     job.reading->answer.isKnown = outcome == Outcome::Done || outcome == Outcome::Absent;
     if (outcome == Outcome::Locked)
-        askToUnlock(job.name.service, false);
+        askToUnlock(keyring, job.name.service, false);
     job.reading->done = true;
     return outcome;
 }
 
-Outcome LibsecretStore::Worker::performChange(SecretKeyring &keyring, const SecretName &name,
+Outcome LibsecretStore::Worker::performChange(Keyring &keyring, const SecretName &name,
                                               std::unique_lock<std::mutex> &lock)
 {
     const auto pending = m_pending.find(name);
@@ -188,7 +206,7 @@ Outcome LibsecretStore::Worker::performChange(SecretKeyring &keyring, const Secr
         wanted.secret ? keyring.write(name, *wanted.secret) : keyring.remove(name);
     lock.lock();
     if (outcome == Outcome::Locked)
-        askToUnlock(name.service, wanted.secret.has_value());
+        askToUnlock(keyring, name.service, wanted.secret.has_value());
 
     const auto now = m_pending.find(name);
     if (now == m_pending.end() || now->second.number != wanted.number)
@@ -201,15 +219,13 @@ Outcome LibsecretStore::Worker::performChange(SecretKeyring &keyring, const Secr
 }
 
 // In a thread of its own: it lasts as long as the user's dialog.
-void LibsecretStore::Worker::askToUnlock(const QString &service, bool create)
+void LibsecretStore::Worker::askToUnlock(Keyring &keyring, const QString &service, bool create)
 {
     if (std::exchange(m_askedToUnlock, true))
         return;
     m_unlocking = true;
-    m_unlocker = std::thread([this, service, create] {
-        const GlibThreadContext context;
-        finishUnlocking(unlockKeyring(service, create, m_cancellable.get()));
-    });
+    m_unlocker = std::thread(
+        [this, &keyring, service, create] { finishUnlocking(keyring.unlock(service, create)); });
 }
 
 void LibsecretStore::Worker::finishUnlocking(bool unlocked)
@@ -230,8 +246,13 @@ void LibsecretStore::Worker::finishUnlocking(bool unlocked)
     m_wake.notify_one();
 }
 
-LibsecretStore::LibsecretStore()
-    : m_worker(std::make_unique<Worker>())
+QString LibsecretStore::defaultModule()
+{
+    return QCoreApplication::applicationDirPath() + u'/' + QStringLiteral(NIVORA_KEYRING_MODULE);
+}
+
+LibsecretStore::LibsecretStore(const QString &module)
+    : m_worker(std::make_unique<Worker>(module))
 {
 }
 

@@ -9,10 +9,10 @@ namespace nivora::linuxdesktop {
 // Secrets in the session's keyring, as items labelled "Nivora" with the
 // attributes "service" and "account".
 //
-// One thread talks to the keyring, from the construction on, so that the first
-// read() finds it connected. A read() waits for that thread at most 240 ms; once
-// it has waited in vain, secrets are unknown at once until the keyring answers
-// again. Without a session bus or a keyring they are unknown in milliseconds.
+// One thread talks to the keyring. The first call has it load the module that holds
+// libsecret, and connect. A read() waits for that thread at most 240 ms; once it has
+// waited in vain, secrets are unknown at once until the keyring answers again. Without
+// the module, a session bus or a keyring they are unknown in milliseconds.
 //
 // A locked keyring is asked to unlock once, which may show the user its dialog.
 // What was written meanwhile is stored when it opens. The destructor gives
@@ -20,9 +20,13 @@ namespace nivora::linuxdesktop {
 class LibsecretStore final : public platform::SecretStore
 {
 public:
-    // Speaks to the session bus that the environment names at this moment.
-    LibsecretStore();
+    // Speaks to the session bus that the environment names at the first call.
+    // `module` is a file.
+    explicit LibsecretStore(const QString &module = defaultModule());
     ~LibsecretStore() override;
+
+    // Where an installation has it, seen from the program.
+    static QString defaultModule();
 
     platform::SecretAnswer read(const QString &service, const QString &account) override;
     void write(const QString &service, const QString &account,

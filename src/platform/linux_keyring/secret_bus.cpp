@@ -1,13 +1,9 @@
 #include "secret_bus.h"
 
-#include "session_bus.h"
-
 namespace nivora::linuxdesktop {
 
 GlibPtr<GDBusConnection> openSessionBus(GCancellable *cancellable)
 {
-    if (!isSessionBusNamed())
-        return nullptr;
     GlibPtr<GDBusConnection> bus(g_bus_get_sync(G_BUS_TYPE_SESSION, cancellable, nullptr));
     // A bus that goes away would otherwise take the program with it.
     if (bus)
