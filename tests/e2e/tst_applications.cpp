@@ -74,6 +74,7 @@ class TestApplications : public QObject
 private Q_SLOTS:
     void translatesAndPutsBack_data();
     void translatesAndPutsBack();
+    void aTerminalsSelectionIsReadAgainAfterEsc();
     void cleanup();
     void cleanupTestCase() { leave(); }
 
@@ -194,6 +195,23 @@ void TestApplications::translatesAndPutsBack()
              qUtf8Printable(m_application->content().left(200) + problem()));
     verifyUsersClipboard();
     QCOMPARE(road.user->activeWindow(), m_application->window());
+}
+
+// It lets nobody copy: what is pressed in the panel must not make its selection old.
+void TestApplications::aTerminalsSelectionIsReadAgainAfterEsc()
+{
+    QVERIFY2(enter(u"xterm"_s, makeXTerm), qUtf8Printable(problem()));
+    Road &road = *m_road;
+    QVERIFY(m_application->show(u"send the offer"_s) && m_application->select());
+    const auto requests = road.server.requests().size();
+    for (int i = 0; i < 3; ++i) {
+        road.server.enqueue(localcloud::Answer::silence());
+        road.pull(Trigger::DoubleShift);
+        QVERIFY2(road.waitForRequests(requests + i + 1), qUtf8Printable(problem()));
+        QVERIFY(road.product->waitForPanel(patience));
+        road.user->press({XK_Escape});
+        QVERIFY(road.product->waitForPanelGone(patience));
+    }
 }
 
 // Where the program takes nothing, the user copies the result.
