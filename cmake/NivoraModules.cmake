@@ -27,7 +27,9 @@ target_compile_definitions(nivora_options INTERFACE QT_NO_CAST_FROM_ASCII QT_NO_
 # What ships resists what a fault in it might be used for. The sanitizers watch
 # more, in their own way.
 set(NIVORA_HARDENED "$<CONFIG:Release,RelWithDebInfo,MinSizeRel>")
-if(NOT NIVORA_SANITIZE)
+if(NIVORA_SANITIZE)
+    set(NIVORA_HARDENED 0)
+else()
     include(CheckCXXCompilerFlag)
     # The last two guard the targets of jumps, each on processors of its kind.
     foreach(flag -fPIC -fstack-protector-strong -fstack-clash-protection
@@ -46,11 +48,20 @@ if(NOT NIVORA_SANITIZE)
         "$<${NIVORA_HARDENED}:LINKER:-z,relro,-z,now,-z,noexecstack>"
         "$<$<AND:${NIVORA_HARDENED},${program}>:-pie>")
 endif()
-# "thread", or "address,undefined", or with "fuzzer-no-link" besides.
+# "thread", or "address,undefined", or with "fuzzer-no-link" besides. Their checks lead
+# the compiler to see uninitialised values where there are none.
 if(NIVORA_SANITIZE)
     target_compile_options(nivora_options INTERFACE -fsanitize=${NIVORA_SANITIZE}
-        -fno-sanitize-recover=all -fno-omit-frame-pointer)
+        -fno-sanitize-recover=all -fno-omit-frame-pointer -Wno-maybe-uninitialized)
     target_link_options(nivora_options INTERFACE -fsanitize=${NIVORA_SANITIZE})
+endif()
+if(NIVORA_SANITIZE STREQUAL "thread")
+    add_library(nivora_threads OBJECT "${CMAKE_SOURCE_DIR}/tests/sanitizers/threads.cpp")
+    set_target_properties(nivora_threads PROPERTIES AUTOMOC OFF)
+    target_link_libraries(nivora_threads PRIVATE Qt6::Core)
+    set(program "$<STREQUAL:$<TARGET_PROPERTY:TYPE>,EXECUTABLE>")
+    target_link_libraries(nivora_options INTERFACE
+        "$<${program}:$<TARGET_OBJECTS:nivora_threads>>" "$<${program}:Qt6::Core>")
 endif()
 
 # Two precompiled headers serve every target: building one for each module
@@ -131,6 +142,19 @@ function(nivora_helper target)
     install(TARGETS ${target} RUNTIME DESTINATION "${CMAKE_INSTALL_LIBEXECDIR}/nivora")
 endfunction()
 
+# Lets ctest run a test program and end it after so many seconds; whatever else is
+# given are the program's arguments. Under sanitizers programs are slower, and the
+# test fails by a report of any program that it starts.
+function(nivora_run_test name target timeout)
+    set(launcher)
+    if(NIVORA_SANITIZE)
+        set(launcher "${CMAKE_SOURCE_DIR}/tests/sanitizers/run")
+        math(EXPR timeout "${timeout} * 5")
+    endif()
+    add_test(NAME ${name} COMMAND ${launcher} $<TARGET_FILE:${target}> ${ARGN})
+    set_tests_properties(${name} PROPERTIES TIMEOUT ${timeout})
+endfunction()
+
 function(nivora_test module unit)
     cmake_parse_arguments(PARSE_ARGV 2 arg "WIDGETS" "TIMEOUT" "DEPENDS;LIBS;LABELS")
     set(target tst_${module}_${unit})
@@ -141,12 +165,11 @@ function(nivora_test module unit)
     nivora_see(${target} ${seen})
     target_link_libraries(${target} PRIVATE nivora_options nivora_testsupport Qt6::Test ${arg_LIBS})
     nivora_use_precompiled_header(${target} ${arg_WIDGETS})
-    add_test(NAME ${module}.${unit} COMMAND ${target})
     if(NOT arg_TIMEOUT)
         set(arg_TIMEOUT 120)
     endif()
+    nivora_run_test(${module}.${unit} ${target} ${arg_TIMEOUT})
     # Unit tests never touch the desktop they run on.
-    set_tests_properties(${module}.${unit} PROPERTIES TIMEOUT ${arg_TIMEOUT}
-        LABELS "${arg_LABELS}"
+    set_tests_properties(${module}.${unit} PROPERTIES LABELS "${arg_LABELS}"
         ENVIRONMENT "QT_QPA_PLATFORM=offscreen;QT_ACCESSIBILITY=0;LC_ALL=C.UTF-8")
 endfunction()

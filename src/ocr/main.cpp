@@ -45,8 +45,11 @@ constexpr LanguageModel models[] = {
 
 void limitOurselves()
 {
+    // What the sanitizers reserve at the start is far above any limit.
+#if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
     const rlimit memory{memoryLimit, memoryLimit};
     setrlimit(RLIMIT_AS, &memory);
+#endif
     const rlimit time{secondsOfWork, secondsOfWork};
     setrlimit(RLIMIT_CPU, &time);
     // What was on the screen shall not lie about.
