@@ -39,6 +39,10 @@
         <source>Nivora 可以直接打开辅助功能服务（AT-SPI）。</source>
         <translation>Nivora can switch on the accessibility service (AT-SPI) itself.</translation>
     </message>
+    <message>
+        <source>辅助功能服务（AT-SPI）已经打开。</source>
+        <translation>The accessibility service (AT-SPI) is on already.</translation>
+    </message>
 </context>
 <context>
     <name>AuthError</name>

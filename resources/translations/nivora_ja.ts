@@ -39,6 +39,10 @@
         <source>Nivora 可以直接打开辅助功能服务（AT-SPI）。</source>
         <translation>Nivora からアクセシビリティサービス（AT-SPI）を直接起動できます。</translation>
     </message>
+    <message>
+        <source>辅助功能服务（AT-SPI）已经打开。</source>
+        <translation>アクセシビリティサービス（AT-SPI）はすでに起動しています。</translation>
+    </message>
 </context>
 <context>
     <name>AuthError</name>

@@ -39,6 +39,10 @@
         <source>Nivora 可以直接打开辅助功能服务（AT-SPI）。</source>
         <translation>Nivora 可以直接開啟輔助使用服務（AT-SPI）。</translation>
     </message>
+    <message>
+        <source>辅助功能服务（AT-SPI）已经打开。</source>
+        <translation>輔助使用服務（AT-SPI）已經開啟。</translation>
+    </message>
 </context>
 <context>
     <name>AuthError</name>

@@ -92,8 +92,14 @@ void AccessibilityPermission::tellOfFailure()
 
 void AccessibilityPermission::openSettings()
 {
-    if (!m_settings.openAccessibilitySettings())
-        ask(tr("没有找到系统设置程序"), tr("Nivora 可以直接打开辅助功能服务（AT-SPI）。"));
+    if (m_settings.openAccessibilitySettings())
+        return;
+    const QString message = tr("没有找到系统设置程序");
+    if (m_accessibility.isTrusted())
+        m_prompt =
+            showAlert({message, tr("辅助功能服务（AT-SPI）已经打开。"), {tr("好")}}, [](int) {});
+    else
+        ask(message, tr("Nivora 可以直接打开辅助功能服务（AT-SPI）。"));
 }
 
 } // namespace nivora

@@ -188,8 +188,9 @@ void TestAppCoordinator::aDesktopWithoutSettingsLeavesAWayToGrantAccess()
     m_coordinator->openAccessibilitySettings();
     QCOMPARE(m_desktop->settingsPanes.opened(),
              std::vector(2, platform::SettingsPane::Accessibility));
-    QVERIFY(alertButton(u"开启"_s));
-    m_desktop->accessibility.setTrusted(false); // and there it stays
+    QVERIFY(alertButton(u"好"_s) && !alertButton(u"开启"_s)); // it is on
+    m_desktop->accessibility.setTrusted(false);               // and there it stays
+    m_coordinator->openAccessibilitySettings();
     alertButton(u"开启"_s)->click();
     QCOMPARE(m_desktop->accessibility.trustRequests(), 1);
     QTRY_VERIFY(alertButton(u"好"_s));

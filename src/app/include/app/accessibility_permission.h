@@ -36,7 +36,8 @@ public:
     // settings where that is not enough.
     void switchOn();
 
-    // The desktop's settings; where it has none that are known, the question.
+    // The desktop's settings; where it has none that are known, the question, or the
+    // word that accessibility is on.
     void openSettings();
 
 private:
