@@ -13,10 +13,11 @@ using namespace nivora;
 
 namespace {
 
-constexpr int warmUp = 500;            // triggers, or half of them where there are fewer
+// Triggers, or half of them where there are fewer: once everything has happened.
+constexpr int warmUp = 1000;
 constexpr qint64 longestGrowth = 2048; // KiB
 constexpr int reportPeriod = 500;
-constexpr int mostProblems = 50;
+constexpr int mostProblems = 10;
 
 void print(const QString &line)
 {
@@ -71,6 +72,7 @@ int main(int argc, char *argv[])
     const bench::ProcessState after = soak.settle(before);
     print(QStringLiteral("after %1 triggers, settled: %2").arg(soak.triggers()).arg(after.text()));
     soak.checkHistory();
+    soak.journal().printTimes();
 
     bool kept = soak.problems() == 0;
     kept &= isNoMore("private memory, KiB:", before.privateKiB, after.privateKiB, longestGrowth);

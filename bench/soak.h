@@ -2,6 +2,8 @@
 
 #include "process_state.h"
 #include "soak_history.h"
+#include "soak_journal.h"
+#include "soak_log.h"
 #include "soak_service.h"
 
 #include "e2e/road.h"
@@ -9,6 +11,7 @@
 #include "support/x11_peer.h"
 
 #include <QDBusConnection>
+#include <QDBusMessage>
 
 #include <optional>
 #include <random>
@@ -38,6 +41,7 @@ public:
     // Holds every row of the history against what the service has answered.
     void checkHistory();
 
+    const SoakJournal &journal() const { return m_journal; }
     int triggers() const { return m_triggers; }
     int problems() const { return m_problems; }
 
@@ -70,7 +74,6 @@ private:
     After round(Program &program, bool isLast);
     void compose(Program &program);
     void pull();
-    qsizetype captures() const;
     void awaitResult(const QString &source);
     void leave(Program &program);
     After replace(Program &program);
@@ -84,7 +87,9 @@ private:
     void restartRegistry();
     void restartAccessibility();
     void perform(const QString &action);
+    void awaitProduct();
 
+    static QDBusMessage messageTo(const QString &interface, const QString &method);
     bool isPanelOpen();
     bool closePanel();
     bool isMapped(test::X11Driver::WindowId window) const;
@@ -94,8 +99,10 @@ private:
     std::mt19937 m_random;
     test::Road m_road;
     SoakService m_service;
+    SoakJournal m_journal{m_road.session, m_road.user};
     std::optional<test::X11Peer> m_peer;
     std::optional<SoakHistory> m_history;
+    std::optional<SoakLog> m_log;
     std::optional<QDBusConnection> m_bus;
     std::vector<Program> m_programs;
     std::vector<Disturbance> m_disturbances;

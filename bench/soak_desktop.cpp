@@ -8,7 +8,7 @@
 
 #include "support/wait.h"
 
-#include <QDBusMessage>
+#include <QDBusPendingCall>
 
 #include <X11/keysym.h>
 
@@ -29,6 +29,7 @@ constexpr auto settleBound = 45s;
 constexpr auto settleTime = 2s;
 // The history of a user of some years: what of it is held in memory is full.
 constexpr int olderRows = 5000;
+const auto messagePattern = u"%{time hh:mm:ss.zzz} %{category}: %{message}"_s;
 constexpr auto busName = "of the soak"_L1;
 // For how long something stays away, in triggers.
 constexpr int absence = 12;
@@ -40,10 +41,10 @@ Soak::Soak(quint32 seed)
     , m_road({.keyring = true})
     , m_service(seed + 1)
     , m_disturbances{{50, &Soak::visitWindows},
-                     {400, &Soak::loseNetwork},
-                     {550, &Soak::loseKeyring},
-                     {700, &Soak::restartRegistry},
-                     {2500, &Soak::restartAccessibility}}
+                     {210, &Soak::loseNetwork},
+                     {330, &Soak::loseKeyring},
+                     {450, &Soak::restartRegistry},
+                     {930, &Soak::restartAccessibility}}
 {
     for (Disturbance &each : m_disturbances)
         each.next = each.period;
@@ -75,11 +76,15 @@ bool Soak::prepare()
     m_peer.emplace(m_road.session.displayName());
     if (!openPrograms())
         return failed("a program does not open");
-    return m_road.product->start({{u"hasCompletedOnboarding"_s, true},
-                                  {u"hasToldOfMissingTray"_s, true},
-                                  {u"useCustomBackend"_s, true},
-                                  {u"apiBaseURL"_s, m_service.address()}}) ||
-           failed("the product does not start");
+    const bool starts = m_road.product->start({{u"hasCompletedOnboarding"_s, true},
+                                               {u"hasToldOfMissingTray"_s, true},
+                                               {u"useCustomBackend"_s, true},
+                                               {u"apiBaseURL"_s, m_service.address()}},
+                                              {{u"QT_MESSAGE_PATTERN"_s, messagePattern}});
+    if (!starts)
+        return failed("the product does not start");
+    m_log.emplace(m_road.product->logFile());
+    return true;
 }
 
 bool Soak::openPrograms()
@@ -108,6 +113,7 @@ bool Soak::openPrograms()
 bool Soak::enter(Program &program)
 {
     const auto window = program.running->window();
+    m_journal.note(u"enter"_s, QLatin1StringView(program.name));
     if (m_road.user->activeWindow() == window)
         return true;
     xcb_client_message_event_t message{};
@@ -134,6 +140,7 @@ void Soak::disturb()
             until = -1;
         return over;
     };
+    m_journal.note(u"set up again"_s);
     if (isOver(m_networkBack) && !m_service.open())
         problem(u"the service cannot listen again"_s);
     if (isOver(m_keyringBack) && !m_road.session.startKeyring())
@@ -157,6 +164,7 @@ void Soak::visitWindows()
     static const std::pair<QString, QString> windows[]{
         {u"settings"_s, u"settings"_s}, {u"history"_s, u"history"_s}, {u"panel"_s, u"panel"_s}};
     const auto &[action, role] = windows[random(int(std::size(windows)))];
+    m_journal.note(u"visit window"_s, action);
     const auto isIt = X11Driver::ofClass(u"Nivora"_s, role);
     if (isPanelOpen())
         closePanel();
@@ -174,24 +182,28 @@ void Soak::visitWindows()
 
 void Soak::loseNetwork()
 {
+    m_journal.note(u"lose the network"_s);
     m_service.close();
     m_networkBack = m_triggers + absence;
 }
 
 void Soak::loseKeyring()
 {
+    m_journal.note(u"lose the keyring"_s);
     m_road.session.endKeyring();
     m_keyringBack = m_triggers + absence;
 }
 
 void Soak::restartRegistry()
 {
+    m_journal.note(u"lose the registry"_s);
     if (m_accessibilityBack < 0 && !m_road.session.endAccessibilityRegistry())
         problem(u"there is no registry of accessible programs"_s);
 }
 
 void Soak::restartAccessibility()
 {
+    m_journal.note(u"lose accessibility"_s);
     if (isPanelOpen())
         closePanel();
     if (!m_road.session.endAccessibility())
@@ -199,12 +211,28 @@ void Soak::restartAccessibility()
     m_accessibilityBack = m_triggers + absence;
 }
 
+QDBusMessage Soak::messageTo(const QString &interface, const QString &method)
+{
+    return QDBusMessage::createMethodCall(u"app.nivora"_s, u"/app/nivora"_s, interface, method);
+}
+
 void Soak::perform(const QString &action)
 {
-    auto call = QDBusMessage::createMethodCall(
-        u"app.nivora"_s, u"/app/nivora"_s, u"org.freedesktop.Application"_s, u"ActivateAction"_s);
+    auto call = messageTo(u"org.freedesktop.Application"_s, u"ActivateAction"_s);
     call.setArguments({action, QVariant(QVariantList()), QVariantMap()});
     m_bus->send(call);
+}
+
+// Until it is through with all that it had to do, and has told the X server: what a
+// window asks for while it opens comes after the window manager has shown it.
+void Soak::awaitProduct()
+{
+    for (int turn = 0; turn < 2; ++turn) {
+        const auto answer =
+            m_bus->asyncCall(messageTo(u"org.freedesktop.DBus.Introspectable"_s, u"Introspect"_s));
+        if (!waitUntil([&] { return answer.isFinished(); }, patience, fine))
+            problem(u"the product does not answer"_s);
+    }
 }
 
 bool Soak::isMapped(X11Driver::WindowId window) const
@@ -226,6 +254,7 @@ bool Soak::isPanelOpen()
 
 bool Soak::closePanel()
 {
+    m_journal.note(u"close panel"_s);
     const auto closes = [this] {
         if (m_road.user->activeWindow() == m_panel)
             m_road.user->press({XK_Escape});
@@ -243,6 +272,11 @@ ProcessState Soak::settle(const std::optional<ProcessState> &before)
 {
     if (isPanelOpen())
         closePanel();
+    m_journal.note(u"settle"_s);
+    // What it keeps of the clipboard before, to give it back, it need not keep now.
+    m_offers = {{"UTF8_STRING", "at the end"}};
+    if (!m_road.clipboard->offer(m_offers))
+        problem(u"the clipboard cannot be taken"_s);
     m_service.close(); // and with it the connections that are kept for the next request
     m_networkBack = m_triggers;
     ProcessState now;
@@ -287,6 +321,7 @@ void Soak::problem(const QString &what)
     ++m_problems;
     std::printf("BROKEN at trigger %d: %s\n", m_triggers, qUtf8Printable(what));
     std::fflush(stdout);
+    m_journal.testify(m_road.product->log());
 }
 
 } // namespace nivora::bench

@@ -7,6 +7,8 @@
 
 #include <X11/keysym.h>
 
+#include <algorithm>
+
 namespace nivora::bench {
 
 using namespace Qt::Literals::StringLiterals;
@@ -16,8 +18,7 @@ using namespace nivora::test;
 namespace {
 
 constexpr auto fine = 2ms;
-constexpr auto keyGap = 40ms;
-constexpr auto coarse = 20ms; // between looks that take their time
+constexpr auto keyGap = 15ms; // faster than any hand
 
 // Programs have line ends of their own, and Qt's some of its own kind.
 QString plain(QString text)
@@ -72,6 +73,7 @@ QString Soak::makeText(int longest)
 void Soak::scene(Program &program)
 {
     const QString text = makeText(program.longestText);
+    m_journal.note(u"select in"_s, QLatin1StringView(program.name));
     if (!program.running->show(text) || !program.running->select() ||
         plain(program.running->selectedText()) != text)
         return problem(u"%1 does not select its text"_s.arg(QLatin1StringView(program.name)));
@@ -89,6 +91,7 @@ void Soak::scene(Program &program)
     if (after != After::Replaced && random(12) == 0)
         compose(program);
 
+    m_journal.note(u"compare"_s);
     const QString &wanted = after == After::Replaced ? translation : before;
     if (program.running->content() != wanted)
         problem(u"%1 holds \"%2\" instead of \"%3\""_s.arg(
@@ -103,9 +106,11 @@ Soak::After Soak::round(Program &program, bool isLast)
     if (random(3) == 0)
         offerSomething();
     const bool wasOpen = isPanelOpen();
-    const auto before = wasOpen ? captures() : 0;
+    const auto before = m_log->captures();
     pull();
-    if (wasOpen && !waitUntil([&] { return captures() > before; }, patience, coarse))
+    m_journal.note(u"await panel"_s, QLatin1StringView(wasOpen ? "anew" : ""));
+    // Nothing tells on the screen that an open panel has opened anew.
+    if (wasOpen && !waitUntil([&] { return m_log->captures() > before; }, patience, fine))
         problem(u"a trigger over the panel has no effect"_s);
     if (!waitUntil([this] { return isPanelOpen(); }, patience, fine)) {
         problem(u"no panel over "_s + QLatin1StringView(program.name));
@@ -130,24 +135,26 @@ Soak::After Soak::round(Program &program, bool isLast)
 void Soak::pull()
 {
     const int way = random(10);
-    if (way < 5)
-        m_road.user->tapShiftTwice(keyGap);
-    else if (way < 8)
-        m_road.user->press({XK_Control_L, XK_Alt_L, XK_o});
-    else
+    m_journal.note(u"pull"_s, QString::number(way));
+    const auto tap = [this](std::initializer_list<X11Driver::Symbol> chord) {
+        std::ranges::for_each(chord, [this](auto key) { m_road.user->hold(key); });
+        std::ranges::for_each(chord, [this](auto key) { m_road.user->release(key); });
+    };
+    if (way < 5) {
+        tap({XK_Shift_L});
+        waitUntil([] { return false; }, keyGap);
+        tap({XK_Shift_L});
+    } else if (way < 8) {
+        tap({XK_Control_L, XK_Alt_L, XK_o});
+    } else {
         perform(u"invoke"_s);
-}
-
-// Nothing tells on the screen that an open panel has opened anew.
-qsizetype Soak::captures() const
-{
-    const QString log = m_road.product->log();
-    return log.count("focusedEditable="_L1) + log.count(u"未捕获到选区"_s);
+    }
 }
 
 // Until the translation is in the history, or has no hope to come there.
 void Soak::awaitResult(const QString &source)
 {
+    m_journal.note(u"await result"_s);
     const auto isOver = [&] {
         const auto fate = m_service.fateOf(source);
         return m_history->rowsOf(source) > 0 || !m_service.isOpen() ||
@@ -165,8 +172,10 @@ void Soak::awaitResult(const QString &source)
 
 void Soak::leave(Program &program)
 {
-    if (random(5) == 0) {
-        // Another window takes the keyboard, and the panel closes by itself.
+    if (random(8) == 0) {
+        // Another window takes the keyboard, and the panel closes by itself. Nobody
+        // turns away from what is not there yet.
+        awaitProduct();
         Program *other = &somebody();
         if (other != &program && enter(*other)) {
             const bool closes = waitUntil([this] { return !isMapped(m_panel); }, patience, fine);
@@ -183,6 +192,7 @@ void Soak::leave(Program &program)
 Soak::After Soak::replace(Program &program)
 {
     const QString translation = m_service.translationOf(program.text);
+    m_journal.note(u"replace"_s);
     m_road.user->press({XK_Control_L, XK_Return});
     // The clipboard's owner is this thread: it answers before it asks others.
     waitUntil([this] { return !m_road.clipboard->owns(); }, patience, fine);
@@ -191,7 +201,7 @@ Soak::After Soak::replace(Program &program)
     const auto isReplaced = [&] { return program.running->content() == translation; };
     if (!waitUntil(isReplaced, patience, fine)) {
         // A program that does not answer in time is spared, and the user told.
-        const auto held = m_road.product->log().count("stays on the clipboard"_L1);
+        const auto held = m_log->heldBack();
         if (held == m_heldBack)
             problem(u"nothing was replaced in "_s + QLatin1StringView(program.name));
         m_heldBack = held;
@@ -234,6 +244,7 @@ void Soak::compose(Program &program)
 // The clipboard gets another owner or another content.
 void Soak::offerSomething()
 {
+    m_journal.note(u"offer"_s);
     const QByteArray text = u"from before %1 👋"_s.arg(random(1000)).toUtf8();
     m_offers = {{"UTF8_STRING", text}};
     switch (random(8)) {
@@ -257,6 +268,7 @@ void Soak::offerSomething()
 
 void Soak::checkClipboard()
 {
+    m_journal.note(u"check clipboard"_s);
     const auto isKept = [this] {
         return m_road.clipboard->owns() ||
                std::ranges::all_of(m_offers, [this](const ClipboardPeer::Offer &offer) {

@@ -95,7 +95,7 @@ SoakService::Draw SoakService::draw(const QString &text)
         return {ends[random(int(std::size(ends)))], false};
     }
     case 7: // slower than the user
-        return {localcloud::eventStream(pieces, {.pause = 5000ms / pieces.size()}), true};
+        return {localcloud::eventStream(pieces, {.pause = 1200ms / pieces.size()}), true};
     default:
         return {whole(pieces), true};
     }
@@ -114,7 +114,9 @@ Answer SoakService::whole(const QStringList &pieces)
         options.usage = localcloud::TokenCounts{random(500), random(500)};
     options.translationId = random(2) ? "id" : QByteArray();
     const Answer answer = localcloud::eventStream(pieces, options);
-    return random(5) ? answer : answer.inPackets(7, 0ms);
+    // One packet goes out each time this thread looks for events.
+    const int packet = pieces.size() < 60 ? 7 : 997; // bytes
+    return random(5) ? answer : answer.inPackets(packet, 0ms);
 }
 
 } // namespace nivora::bench

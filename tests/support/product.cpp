@@ -133,6 +133,11 @@ qint64 Product::processId() const
     return m_process ? m_process->processId() : 0;
 }
 
+QString Product::logFile() const
+{
+    return m_process ? m_process->objectName() : QString();
+}
+
 QString Product::log() const
 {
     return m_process ? QString::fromUtf8(m_session.errorOutput(m_process)) : QString();

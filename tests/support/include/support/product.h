@@ -37,8 +37,9 @@ public:
     bool start(const QJsonObject &preferences, const QMap<QString, QString> &variables = {});
     bool isRunning() const;
     qint64 processId() const;
-    // What it wrote to standard error.
+    // What it wrote to standard error, and the file that holds it.
     QString log() const;
+    QString logFile() const;
 
     // Has its main thread watched from the next start on, until it is ended: a test
     // fails by what stands still for longer than is allowed, in milliseconds.
