@@ -66,6 +66,7 @@ private:
     };
     enum class After { Closed, Replaced, LeftOpen };
 
+    void fillHistory(const QString &path);
     bool openPrograms();
     Program &somebody();
     bool enter(Program &program);
@@ -107,7 +108,8 @@ private:
     std::vector<Program> m_programs;
     std::vector<Disturbance> m_disturbances;
     std::vector<test::ClipboardPeer::Offer> m_offers; // what is the user's clipboard
-    QSet<QString> m_finished;                         // sources that were seen to finish
+    QSet<QString> m_older;    // sources that are in the history from the start
+    QSet<QString> m_finished; // sources that were seen to finish
     test::X11Driver::WindowId m_panel = 0;
     int m_triggers = 0;
     int m_texts = 0;

@@ -27,8 +27,10 @@ constexpr auto fine = 2ms;
 // Threads of a pool live half a minute longer than their work.
 constexpr auto settleBound = 45s;
 constexpr auto settleTime = 2s;
-// The history of a user of some years: what of it is held in memory is full.
+// The history of a user of some years. The newest rows, which the product keeps in
+// memory once its window was open, are like those that will take their place.
 constexpr int olderRows = 5000;
+constexpr int newestRows = HistoryStore::displayLimit;
 const auto messagePattern = u"%{time hh:mm:ss.zzz} %{category}: %{message}"_s;
 constexpr auto busName = "of the soak"_L1;
 // For how long something stays away, in triggers.
@@ -67,10 +69,7 @@ bool Soak::prepare()
     if (!m_road.prepare() || !m_service.open())
         return failed("there is no desktop");
     const QString path = m_road.session.folder() + u"/data/Nivora/history.sqlite"_s;
-    {
-        const HistoryStore store([] { return true; }, path);
-        fillHistory(path, olderRows);
-    }
+    fillHistory(path);
     m_history.emplace(path);
     m_bus = QDBusConnection::connectToBus(m_road.session.busAddress(), busName);
     m_peer.emplace(m_road.session.displayName());
@@ -85,6 +84,18 @@ bool Soak::prepare()
         return failed("the product does not start");
     m_log.emplace(m_road.product->logFile());
     return true;
+}
+
+void Soak::fillHistory(const QString &path)
+{
+    HistoryStore store([] { return true; }, path);
+    bench::fillHistory(path, olderRows);
+    constexpr int longest = 8000; // characters
+    for (int row = 0; row < newestRows; ++row) {
+        const QString source = *m_older.insert(makeText(longest));
+        store.record(source, m_service.translationOf(source), Language::Japanese,
+                     Language::Chinese);
+    }
 }
 
 bool Soak::openPrograms()
@@ -294,7 +305,7 @@ void Soak::checkHistory()
 {
     int rows = 0;
     m_history->forEach([&](const QString &source, int count, const QString &translation) {
-        if (source.contains(u"季度的预算安排")) // from before
+        if (source.contains(u"季度的预算安排") || m_older.contains(source)) // from before
             return;
         ++rows;
         const QString name = u"\"%1\""_s.arg(source.left(40));
@@ -311,8 +322,8 @@ void Soak::checkHistory()
         if (m_history->rowsOf(source) != 1)
             problem(u"\"%1\" has lost its row"_s.arg(source.left(40)));
     }
-    std::printf("%d texts, %d rows, %lld of them seen to finish; %lld pastes held back\n", m_texts,
-                rows, static_cast<long long>(m_finished.size()),
+    std::printf("%d texts, %d rows, %lld of them seen to finish; %lld pastes held back\n",
+                m_texts - int(m_older.size()), rows, static_cast<long long>(m_finished.size()),
                 static_cast<long long>(m_heldBack));
 }
 
