@@ -4,6 +4,7 @@
 #include "platform_linux/dbus_application.h"
 #include "platform_linux/launch_links.h"
 #include "platform_linux/linux_backend.h"
+#include "platform_linux/memory_arenas.h"
 #include "platform_linux/termination_signals.h"
 
 #include <QApplication>
@@ -18,6 +19,7 @@ using namespace nivora;
 int main(int argc, char *argv[])
 {
     linuxdesktop::forbidCoreDumps();
+    linuxdesktop::shareMemoryArenas();
     const QStringList links = linuxdesktop::takeLaunchLinks(argc, argv);
 
     // Other programs' windows are reached through the X server, also where it is
