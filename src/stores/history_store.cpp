@@ -70,10 +70,12 @@ constexpr QStringView notOpened = u"history: 打开 SQLite 失败";
 
 } // namespace
 
-HistoryStore::HistoryStore(std::function<bool()> isEnabled, QString path)
+HistoryStore::HistoryStore(std::function<bool()> isEnabled, QString path,
+                           std::chrono::milliseconds keeping)
     : m_isEnabled(std::move(isEnabled))
     , m_path(std::move(path))
     , m_file(std::make_unique<HistoryFile>(m_path))
+    , m_keeping(keeping)
 {
     open();
 }
@@ -261,7 +263,20 @@ void HistoryStore::setWatched(bool watched)
     if (std::exchange(m_watched, watched) == watched)
         return;
     m_reload.cancel();
+    m_release.cancel();
+    if (!m_watched)
+        release();
     reload();
+}
+
+// Two thousand rows may take tens of megabytes.
+void HistoryStore::release()
+{
+    m_release = platform::delay(m_keeping, [this] {
+        m_entries = {};
+        m_totalCount = 0;
+        Q_EMIT changed();
+    });
 }
 
 void HistoryStore::reload(bool isRepeated)

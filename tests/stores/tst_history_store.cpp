@@ -6,6 +6,7 @@
 using namespace nivora;
 using namespace nivora::test;
 using namespace Qt::Literals::StringLiterals;
+using namespace std::chrono_literals;
 
 namespace {
 
@@ -33,6 +34,7 @@ private Q_SLOTS:
     void thousandsOfRowsAreCountedAndTheNewestShown();
     void removalsShow();
     void nobodyWatchingMeansNoReading();
+    void whatNobodyWatchesIsNotKept();
     void theTableIsTheOneThatOtherVersionsKnow();
     void rowsOfOthersShowAsTheyAre();
 
@@ -194,6 +196,17 @@ void TestHistoryStore::nobodyWatchingMeansNoReading()
     store.record(u"二"_s, u"two"_s, Language::Chinese, Language::English);
     QVERIFY(!changed.wait(100)); // a reading of two rows takes a millisecond
     QVERIFY(store.entries().empty());
+}
+
+void TestHistoryStore::whatNobodyWatchesIsNotKept()
+{
+    m_history->open().record(u"一"_s, u"one"_s, Language::Chinese, Language::English);
+    HistoryStore store([] { return true; }, m_history->path, 1ms);
+    const QStringList rows{u"一"_s};
+    QCOMPARE(shown(store, [&] { store.setWatched(true); }), rows);
+    QCOMPARE(shown(store, [&] { store.setWatched(false); }), QStringList{});
+    QCOMPARE(store.totalCount(), 0);
+    QCOMPARE(shown(store, [&] { store.setWatched(true); }), rows);
 }
 
 void TestHistoryStore::theTableIsTheOneThatOtherVersionsKnow()

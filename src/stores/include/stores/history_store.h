@@ -8,6 +8,7 @@
 
 #include <QObject>
 
+#include <chrono>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -32,8 +33,10 @@ public:
     // What is shown at most; the table has no limit of its own.
     static constexpr int displayLimit = 2000;
 
-    // `isEnabled` is asked at each record().
-    explicit HistoryStore(std::function<bool()> isEnabled, QString path = defaultPath());
+    // `isEnabled` is asked at each record(). What was on show is kept for `keeping`
+    // after the last watcher has gone.
+    explicit HistoryStore(std::function<bool()> isEnabled, QString path = defaultPath(),
+                          std::chrono::milliseconds keeping = std::chrono::minutes(1));
     ~HistoryStore() override;
 
     // $XDG_DATA_HOME/Nivora/history.sqlite, below the temporary folder where
@@ -58,7 +61,7 @@ public:
     // The rows on show, newest first, and the number of rows in the table. They
     // follow the table only while somebody watches, since counting and searching
     // a long history takes its time. That time is a worker's: what is here stays
-    // until its answer comes with changed().
+    // until its answer comes with changed(). Nobody watching, it goes after a while.
     void setWatched(bool watched);
     const std::vector<HistoryEntry> &entries() const { return m_entries; }
     qint64 totalCount() const { return m_totalCount; }
@@ -78,6 +81,7 @@ private:
     int newest(const QString &key, Language target, std::optional<QString> &translation);
     int insert(const QString &key, const QString &translation, Language from, Language to);
     void reload(bool isRepeated = false);
+    void release();
 
     std::function<bool()> m_isEnabled;
     QString m_path;
@@ -91,6 +95,8 @@ private:
     std::vector<HistoryEntry> m_entries;
     qint64 m_totalCount = 0;
     platform::Task m_reload;
+    const std::chrono::milliseconds m_keeping;
+    platform::Task m_release;
 };
 
 } // namespace nivora
