@@ -55,11 +55,9 @@ private Q_SLOTS:
     void nobodySignedInOpensNoPanel_data();
     void nobodySignedInOpensNoPanel();
     void thePlanIsAskedForAsTheProgramIsUsed();
-    void aSelectionIsTranslatedBesideIt();
     void blanksOpenAnEmptyPanel();
     void whetherAFieldWaitsFollowsTheElement_data();
     void whetherAFieldWaitsFollowsTheElement();
-    void theResultGoesBackWhereTheUserWas();
     void aResultThatCannotGoBackIsToldOf();
     void aTriggerDuringACaptureIsIgnored();
     void aTriggerDuringAnInsertionWaitsForItsEnd();
@@ -296,22 +294,6 @@ void TestAppCoordinator::thePlanIsAskedForAsTheProgramIsUsed()
     QCOMPARE(m_server->requests().size(), 4);
 }
 
-void TestAppCoordinator::aSelectionIsTranslatedBesideIt()
-{
-    start();
-    m_desktop->accessibility.setElement(field(u" hello "_s));
-    doubleTap();
-    QVERIFY(panelShown());
-    TranslationViewModel &session = m_coordinator->viewModel();
-    QCOMPARE(session.mode(), PanelMode::Selection);
-    QCOMPARE(session.sourceText(), u" hello "_s);
-    QVERIFY(session.isTranslating()); // before the panel is there
-    QCOMPARE(session.lastFocusContext()->scene, u"read"_s);
-    QCOMPARE(m_coordinator->panelController().panel()->pos(), QPoint(100, 124));
-    QTRY_COMPARE(session.translatedText(), u"译文"_s);
-    QCOMPARE(requests().first().header("Authorization"), "Bearer token"_ba);
-}
-
 void TestAppCoordinator::blanksOpenAnEmptyPanel()
 {
     start();
@@ -346,23 +328,6 @@ void TestAppCoordinator::whetherAFieldWaitsFollowsTheElement()
     }
     doubleTap();
     QTEST(m_coordinator->viewModel().hasInsertTarget(), "waits");
-}
-
-void TestAppCoordinator::theResultGoesBackWhereTheUserWas()
-{
-    start();
-    m_desktop->accessibility.setElement(field(u"hello"_s));
-    m_desktop->clipboard.putForeignText(u"mine"_s);
-    QString pasted;
-    m_desktop->keySynthesizer.setTarget(
-        [&](const auto &) { pasted = m_desktop->clipboard.paste().value_or(QString()); });
-    doubleTap();
-    QTRY_COMPARE(m_coordinator->viewModel().primaryAction(), PrimaryAction::Replace);
-    QTRY_COMPARE(m_coordinator->viewModel().phase().kind, Phase::Kind::Done);
-    m_coordinator->viewModel().insert();
-    QVERIFY(!panelShown()); // first the panel goes, then the text comes
-    QTRY_COMPARE(pasted, u"译文"_s);
-    QTRY_COMPARE(m_desktop->clipboard.text(), u"mine"_s);
 }
 
 void TestAppCoordinator::aResultThatCannotGoBackIsToldOf()
