@@ -15,8 +15,6 @@ using namespace std::chrono_literals;
 using localcloud::Answer;
 using localcloud::eventStream;
 
-Q_DECLARE_METATYPE(AddressProblem)
-
 namespace {
 
 Answer models(const QStringList &names)

@@ -113,16 +113,6 @@ private Q_SLOTS:
         // The toolkit's timers may be early by a twentieth.
         QVERIFY(since.elapsed() >= 14'000 && since.elapsed() < 20'000);
     }
-
-    void everyReasonHasItsNames()
-    {
-        QStringList names;
-        for (const FeedbackReason reason : allFeedbackReasons)
-            names << rawValue(reason) + u' ' + label(reason);
-        QCOMPARE(names, (QStringList{u"mistranslation 翻译错误"_s, u"omission 漏译"_s,
-                                     u"number 数字错误"_s, u"tone 语气不对"_s,
-                                     u"cannotEdit 无法替换/插入译文"_s, u"other 其他"_s}));
-    }
 };
 
 QTEST_GUILESS_MAIN(TestFeedbackService)

@@ -11,7 +11,6 @@ using namespace nivora::localcloud;
 using namespace nivora::test;
 
 namespace {
-
 constexpr auto idleTimeout = 250ms;
 const auto invalidMessage = networkMessage + u"无效响应"_s;
 
@@ -208,28 +207,6 @@ private Q_SLOTS:
         QTRY_COMPARE(later.ends, 1);
         QCOMPARE(later.text, u"b"_s);
         QCOMPARE(dropped.ends, 0);
-    }
-
-    void givesVariantsOrTheError()
-    {
-        m_server->enqueue(completion(R"("1. a\n2. b\n3. c")"));
-        m_server->enqueue(Answer::error(429, u"no"_s));
-        QStringList variants;
-        std::optional<TranslationError> error;
-        int ends = 0;
-        const auto done = [&](const QStringList &each, const auto &problem) {
-            ++ends;
-            variants = each;
-            error = problem;
-        };
-        auto task = m_engine.variants(u"x"_s, Language::Japanese, 2, configFor(*m_server), done);
-        QTRY_COMPARE(ends, 1);
-        QCOMPARE(variants, (QStringList{u"a"_s, u"b"_s}));
-        QVERIFY(!error);
-        task = m_engine.variants(u"x"_s, Language::Japanese, 2, configFor(*m_server), done);
-        QTRY_COMPARE(ends, 2);
-        QCOMPARE(variants, QStringList());
-        QCOMPARE(error, TranslationError::http(429));
     }
 
     void parsesVariants_data()

@@ -6,7 +6,6 @@ using namespace nivora;
 using namespace Qt::Literals::StringLiterals;
 
 namespace {
-
 GlossaryTerm term(const QString &zh, const QString &ja)
 {
     return {QUuid::createUuid(), zh, ja};
@@ -25,7 +24,6 @@ private Q_SLOTS:
     void templatesAreRendered_data();
     void templatesAreRendered();
     void variablesDescribeTheRequest();
-    void variantsPromptStatesTheCount();
 };
 
 void TestPrompts::termsApplyByDirection()
@@ -110,13 +108,6 @@ void TestPrompts::variablesDescribeTheRequest()
     };
     QCOMPARE(PromptTemplate::translateVariables(u"请发一下报价"_s, Language::Japanese, options),
              expected);
-}
-
-void TestPrompts::variantsPromptStatesTheCount()
-{
-    QCOMPARE(SimplePrompt::variants(u"文%1"_s, Language::Japanese, std::nullopt),
-             u"请将以下文本翻译为日语，给出3种不同语气的说法，每行一种，只输出结果：\n\n文%1"_s);
-    QVERIFY(SimplePrompt::variants(u"文"_s, Language::English, 5).contains(u"给出5种"));
 }
 
 QTEST_GUILESS_MAIN(TestPrompts)

@@ -13,7 +13,6 @@ using namespace nivora::localcloud;
 using namespace nivora::test;
 
 namespace {
-
 QByteArray data(const QByteArray &content)
 {
     return "data: {\"choices\":[{\"delta\":{\"content\":" + content + "}}]}";
@@ -98,10 +97,13 @@ private Q_SLOTS:
               {R"(data: {"choices":[],"usage":{"prompt_tokens":3}})",
                R"(data: {"usage":{"prompt_tokens":3,"completion_tokens":null}})",
                R"(data: {"usage":{"prompt_tokens":3,"completion_tokens":"4"}})",
+               R"(data: {"usage":{"prompt_tokens":3.5,"completion_tokens":4}})",
                R"(data: {"usage":null})", data(R"("a")")},
               {u"a"_s}, 0);
-        lines("numbers as content", {data("42"), data("-7"), data("0.5"), data("9007199254740993")},
-              {u"42"_s, u"-7"_s, u"0.5"_s, u"9007199254740993"_s});
+        lines("numbers as content",
+              {data("42"), data("-7"), data("0"), data("42.0"), data("0.1"),
+               data("9007199254740993")},
+              {u"42"_s, u"-7"_s, u"0"_s, u"42"_s, u"0.1"_s, u"9007199254740993"_s});
         lines("null, object, array, truth as content",
               {data("null"), data(R"({"a":"b"})"), data(R"(["c"])"), data("true"), data(R"("")"),
                data(R"("x")")},
@@ -117,6 +119,7 @@ private Q_SLOTS:
         lines("malformed lines",
               {data(R"("cut off")").chopped(8), "data:", "data: nonsense", "data: [1]", "data: 7",
                "data: {]}", R"(data: {"choices":{"delta":1}})", "data: \xFF\xFE",
+               R"(data: {"choices":[{"delta":{"content":"a"}},{"delta":7}]})",
                QByteArray("data: {\0}", 9), data(R"("x")")},
               {u"x"_s});
         lines("bytes that are no UTF-8",
@@ -183,20 +186,6 @@ private Q_SLOTS:
         QTRY_COMPARE(run.ends, 1);
         QCOMPARE(run.ids, ids);
         QCOMPARE(run.misplaced, 0);
-    }
-
-    void worksWithoutTheOptionalCallbacks()
-    {
-        m_server->enqueue(
-            eventStream({u"a"_s}, {.usage = TokenCounts{1, 2}, .translationId = "id"}));
-        Run run;
-        auto callbacks = run.callbacks();
-        callbacks.onUsage = {};
-        callbacks.onTranslationId = {};
-        run.task =
-            m_engine.translate(u"x"_s, Language::English, {}, configFor(*m_server), callbacks);
-        QTRY_COMPARE(run.ends, 1);
-        QCOMPARE(run.pieces, QStringList(u"a"_s));
     }
 
     void deliversNothingAfterCancel()

@@ -13,7 +13,6 @@ using namespace nivora::localcloud;
 using namespace nivora::test;
 
 namespace {
-
 constexpr auto idleTimeout = 250ms;
 
 } // namespace
@@ -162,22 +161,6 @@ private Q_SLOTS:
         QTRY_COMPARE_WITH_TIMEOUT(run.ends, 1, 30'000);
         QVERIFY2(run.message.startsWith(message), qPrintable(run.message));
         QCOMPARE(run.elapsed >= lookUp + retryPause, retries);
-    }
-
-    void reachesAServerThatComesUpDuringThePause()
-    {
-        const QUrl url = m_server->url();
-        m_server->stopListening();
-        m_server->enqueue(eventStream({u"a"_s}));
-        TranslationConfig early = configFor(*m_server);
-        early.apiBaseURL = url;
-        Run run;
-        run.start(m_engine, early);
-        QTimer::singleShot(retryPause / 2, this,
-                           [&] { m_server->listen(static_cast<quint16>(url.port())); });
-        QTRY_COMPARE(run.ends, 1);
-        QCOMPARE(run.message, QString());
-        QVERIFY(run.elapsed >= retryPause);
     }
 
     // --- redirects ---------------------------------------------------------
