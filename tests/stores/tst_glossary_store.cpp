@@ -11,7 +11,6 @@ using namespace nivora;
 using namespace Qt::Literals::StringLiterals;
 
 namespace {
-
 const auto twoTerms = "[\n"
                       "  {\n"
                       "    \"id\" : \"0A1B2C3D-0000-4000-8000-00000000000F\",\n"
@@ -34,7 +33,6 @@ class TestGlossaryStore : public QObject
 private Q_SLOTS:
     void nothingIsWrittenBeforeTheFirstChange();
     void theFileKeepsItsFormAndOrder();
-    void changesAreKeptAtOnce();
     void filesAreTakenWholeOrNotAtAll_data();
     void filesAreTakenWholeOrNotAtAll();
     void aRejectedFileIsKeptBesideTheNewOne();
@@ -98,22 +96,6 @@ void TestGlossaryStore::theFileKeepsItsFormAndOrder()
     store.remove(store.add());
     QCOMPARE(content(), twoTerms);
     QVERIFY(!(QFile::permissions(m_path) & (QFile::ReadGroup | QFile::ReadOther)));
-}
-
-void TestGlossaryStore::changesAreKeptAtOnce()
-{
-    write(twoTerms);
-    GlossaryStore store(m_path);
-    QSignalSpy changed(&store, &GlossaryStore::changed);
-    GlossaryTerm term = store.terms()[1];
-    store.update(term); // says what is there already
-    QCOMPARE(changed.count(), 0);
-    term.ja = u"\U0001F600乙"_s;
-    store.update(term);
-    QCOMPARE(changed.count(), 1);
-    QCOMPARE(GlossaryStore(m_path).terms().at(1), term);
-    store.remove(store.terms()[0].id);
-    QVERIFY(GlossaryStore(m_path).terms() == std::vector{term});
 }
 
 void TestGlossaryStore::filesAreTakenWholeOrNotAtAll_data()

@@ -18,7 +18,6 @@ using namespace nivora::test;
 using namespace Qt::Literals::StringLiterals;
 
 namespace {
-
 // What other processes do with the history: record `rows` rows, each with a text
 // of its own, saying so on standard output; for ever, if `rows` is 0.
 int recordRows(const QString &path, const QString &name, int rows)
@@ -84,7 +83,6 @@ private Q_SLOTS:
     void aFileLostWhileRunningIsReplaced();
     void aDamagedFileThatMustStayEndsIt();
     void aLockedDatabaseIsNotWaitedForLong();
-    void aKilledWriterLeavesWholeRows();
     void processesShareOneHistory();
     void aFullDiskCostsRowsOnly();
     void theTemporaryFolderStandsIn();
@@ -288,28 +286,6 @@ void TestHistoryFaults::aLockedDatabaseIsNotWaitedForLong()
 
     other.reset();
     QVERIFY(recordsAndAnswers(store));
-}
-
-void TestHistoryFaults::aKilledWriterLeavesWholeRows()
-{
-    for (int round = 0; round < 5; ++round) {
-        const auto writer = startRecording(*m_history, u"w%1-"_s.arg(round), 0);
-        QVERIFY(writer->waitForReadyRead(20'000));
-        QTest::qWait(round * 7); // to be hit at different moments
-        writer->kill();
-        QVERIFY(writer->waitForFinished(20'000));
-        const qint64 told = writer->readAllStandardOutput().size();
-
-        HistoryStore &store = m_history->open();
-        Sql sql(m_history->path);
-        QCOMPARE(sql("PRAGMA integrity_check;"), QStringList{u"ok"_s});
-        QCOMPARE(sql("SELECT COUNT(*) FROM history WHERE length(translation)<>500;"),
-                 QStringList{u"0"_s});
-        const QString last = u"w%1-%2"_s.arg(round).arg(told - 1);
-        QVERIFY(store.latestTranslation(last, Language::Chinese).has_value());
-        m_history->store.reset();
-    }
-    QVERIFY(errorLines.isEmpty());
 }
 
 void TestHistoryFaults::processesShareOneHistory()

@@ -9,7 +9,6 @@ using namespace Qt::Literals::StringLiterals;
 using namespace std::chrono_literals;
 
 namespace {
-
 struct Step
 {
     QString source;
@@ -31,9 +30,6 @@ private Q_SLOTS:
     void searchesMatchLikeTheDatabaseDoes_data();
     void searchesMatchLikeTheDatabaseDoes();
     void theLastSearchIsTheOneThatShows();
-    void thousandsOfRowsAreCountedAndTheNewestShown();
-    void removalsShow();
-    void nobodyWatchingMeansNoReading();
     void whatNobodyWatchesIsNotKept();
     void theTableIsTheOneThatOtherVersionsKnow();
     void rowsOfOthersShowAsTheyAre();
@@ -151,51 +147,6 @@ void TestHistoryStore::theLastSearchIsTheOneThatShows()
     QTRY_COMPARE_WITH_TIMEOUT(changed.count(), 1, 20'000);
     QCOMPARE(store.entries().size(), 1u);
     QCOMPARE(store.entries().front().sourceText, u"aa"_s);
-}
-
-void TestHistoryStore::thousandsOfRowsAreCountedAndTheNewestShown()
-{
-    HistoryStore &store = m_history->open();
-    Sql(m_history->path)(
-        "WITH RECURSIVE c(x) AS (SELECT 1 UNION ALL SELECT x+1 FROM c WHERE x<2500)"
-        "INSERT INTO history SELECT 'row'||x,x,'s'||x,'t','chinese','english' FROM c;");
-    QStringList sources = shown(store, [&] { store.setWatched(true); });
-    QCOMPARE(sources.size(), HistoryStore::displayLimit);
-    QCOMPARE(sources.first(), u"s2500"_s);
-    QCOMPARE(sources.last(), u"s501"_s);
-    QCOMPARE(store.totalCount(), 2500);
-
-    // What is older than those is there all the same.
-    QCOMPARE(shown(store, [&] { store.applySearch(u"s42"_s); }).last(), u"s42"_s);
-    QCOMPARE(store.totalCount(), 2500);
-}
-
-void TestHistoryStore::removalsShow()
-{
-    HistoryStore &store = m_history->open();
-    store.record(u"一"_s, u"one"_s, Language::Chinese, Language::English);
-    store.record(u"二"_s, u"two"_s, Language::Chinese, Language::English);
-    QCOMPARE(shown(store, [&] { store.setWatched(true); }), (QStringList{u"二"_s, u"一"_s}));
-    const QUuid newest = store.entries().front().id;
-    QCOMPARE(shown(store, [&] { store.remove(newest); }), QStringList{u"一"_s});
-    QCOMPARE(
-        shown(store, [&] { store.record(u"三"_s, u"3"_s, Language::Chinese, Language::English); }),
-        (QStringList{u"三"_s, u"一"_s}));
-    QCOMPARE(shown(store, [&] { store.clear(); }), QStringList{});
-    QCOMPARE(store.totalCount(), 0);
-    QCOMPARE(m_history->rows(), 0);
-}
-
-void TestHistoryStore::nobodyWatchingMeansNoReading()
-{
-    HistoryStore &store = m_history->open();
-    QSignalSpy changed(&store, &HistoryStore::changed);
-    store.record(u"一"_s, u"one"_s, Language::Chinese, Language::English);
-    store.setWatched(true);
-    store.setWatched(false);
-    store.record(u"二"_s, u"two"_s, Language::Chinese, Language::English);
-    QVERIFY(!changed.wait(100)); // a reading of two rows takes a millisecond
-    QVERIFY(store.entries().empty());
 }
 
 void TestHistoryStore::whatNobodyWatchesIsNotKept()

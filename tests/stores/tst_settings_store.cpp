@@ -13,7 +13,6 @@ using namespace nivora;
 using namespace Qt::Literals::StringLiterals;
 
 namespace {
-
 const QUrl cloud(u"https://api.nivora.example"_s);
 
 // What a process holds; made anew for each start.
@@ -79,11 +78,6 @@ class TestSettingsStore : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void firstStartShowsDefaultsAndWritesNothing();
-    void everyAssignmentSurvivesARestart();
-    void assignmentsAreThereBeforeTheyAreAnnounced();
-    void valuesOfAWrongTypeCountAsAbsent();
-    void numbersBelowOneFallBackWithoutBeingRepaired();
     void storedAddressesDecideTheBackend_data();
     void storedAddressesDecideTheBackend();
     void tokensNeverCrossBackends();
@@ -108,81 +102,6 @@ private Q_SLOTS:
         m_secrets = {};
     }
 };
-
-void TestSettingsStore::firstStartShowsDefaultsAndWritesNothing()
-{
-    Process process(m_preferences, m_secrets);
-    const SettingsStore &settings = process.settings;
-    QVERIFY(!settings.useCustomBackend.value());
-    QCOMPARE(settings.apiBaseURL(), cloud);
-    QCOMPARE(settings.modelName.value(), u"auto"_s);
-    QCOMPARE(settings.byoPromptTemplate.value(), SettingsStore::defaultPromptTemplate());
-    QCOMPARE(settings.requestTimeoutSec.value(), 120.0);
-    QCOMPARE(settings.doubleTapThresholdMs.value(), 300.0);
-    QVERIFY(settings.closeOnResignFocus.value());
-    QVERIFY(settings.showBackTranslation.value());
-    QVERIFY(settings.saveHistory.value());
-    QVERIFY(!settings.hasCompletedOnboarding.value());
-    QCOMPARE(settings.defaultTargetLanguageRaw.value(), u"chinese"_s);
-    QCOMPARE(settings.secondaryLanguageRaw.value(), u"japanese"_s);
-    QCOMPARE(m_preferences.writes(), 0);
-}
-
-void TestSettingsStore::everyAssignmentSurvivesARestart()
-{
-    {
-        Process process(m_preferences, m_secrets);
-        process.settings.liveTranslate.set(true);
-        process.settings.saveHistory.set(false);
-        process.settings.requestTimeoutSec.set(7.5);
-        process.settings.themeModeRaw.set(u"dark"_s);
-        process.settings.apiBaseURLString.set(u"http://127.0.0.1:8080/api"_s);
-        process.settings.useCustomBackend.set(true);
-    }
-    Process again(m_preferences, m_secrets);
-    QVERIFY(again.settings.liveTranslate.value());
-    QVERIFY(!again.settings.saveHistory.value());
-    QCOMPARE(again.settings.requestTimeoutSec.value(), 7.5);
-    QCOMPARE(again.settings.themeModeRaw.value(), u"dark"_s);
-    QCOMPARE(again.settings.apiBaseURL(), QUrl(u"http://127.0.0.1:8080/api"_s));
-    // The same value again is written again.
-    const int before = m_preferences.writes();
-    again.settings.themeModeRaw.set(u"dark"_s);
-    QCOMPARE(m_preferences.writes(), before + 1);
-}
-
-void TestSettingsStore::assignmentsAreThereBeforeTheyAreAnnounced()
-{
-    Process process(m_preferences, m_secrets);
-    QString seen;
-    connect(&process.settings.themeModeRaw, &SettingNotifier::changed, this,
-            [&] { seen = process.settings.themeModeRaw.value(); });
-    process.settings.themeModeRaw.set(u"light"_s);
-    QCOMPARE(seen, u"light"_s);
-}
-
-void TestSettingsStore::valuesOfAWrongTypeCountAsAbsent()
-{
-    m_preferences.set(u"closeOnResignFocus"_s, u"no"_s);
-    m_preferences.set(u"liveTranslate"_s, qint64(1));
-    m_preferences.set(u"modelName"_s, true);
-    m_preferences.set(u"requestTimeoutSec"_s, u"5"_s);
-    Process process(m_preferences, m_secrets);
-    QVERIFY(process.settings.closeOnResignFocus.value());
-    QVERIFY(!process.settings.liveTranslate.value());
-    QCOMPARE(process.settings.modelName.value(), u"auto"_s);
-    QCOMPARE(process.settings.requestTimeoutSec.value(), 120.0);
-}
-
-void TestSettingsStore::numbersBelowOneFallBackWithoutBeingRepaired()
-{
-    m_preferences.set(u"requestTimeoutSec"_s, 0.0);
-    m_preferences.set(u"doubleTapThresholdMs"_s, qint64(-5));
-    Process process(m_preferences, m_secrets);
-    QCOMPARE(process.settings.requestTimeoutSec.value(), 120.0);
-    QCOMPARE(process.settings.doubleTapThresholdMs.value(), 300.0);
-    QCOMPARE(m_preferences.number(u"doubleTapThresholdMs"_s), -5.0);
-}
 
 void TestSettingsStore::storedAddressesDecideTheBackend_data()
 {
