@@ -42,7 +42,8 @@ private:
 void TestSideTasks::init()
 {
     start();
-    m_tokenizer->setTokens({{u"私"_s, u"ワタシ"_s, u"ワタシ"_s}, {u"は"_s, u"ハ"_s, u"ワ"_s}});
+    m_desktop->japaneseTokenizer.setTokens(
+        {{u"私"_s, u"ワタシ"_s, u"ワタシ"_s}, {u"は"_s, u"ハ"_s, u"ワ"_s}});
 }
 
 void TestSideTasks::theReadingBelongsToTheJapaneseSide_data()
@@ -72,8 +73,8 @@ void TestSideTasks::theReadingBelongsToTheJapaneseSide()
     QCOMPARE(changed.count(), reading.isEmpty() ? 0 : 1);
     m_session.reset();
     m_readings.reset(); // whatever was under way is over
-    QTEST(m_tokenizer->asked(), "asked");
-    QCOMPARE(m_tokenizer->prepared() > 0, !reading.isEmpty());
+    QTEST(m_desktop->japaneseTokenizer.asked(), "asked");
+    QCOMPARE(m_desktop->japaneseTokenizer.prepared() > 0, !reading.isEmpty());
 }
 
 void TestSideTasks::aReadingUnderWayDoesNotOutliveItsText()
@@ -86,13 +87,13 @@ void TestSideTasks::aReadingUnderWayDoesNotOutliveItsText()
         [&] { translate(u"hello"_s, u"你好"_s); },
     };
     for (const auto &leave : ways) {
-        m_tokenizer->setHolds(true);
-        const int calls = m_tokenizer->calls();
+        m_desktop->japaneseTokenizer.setHolds(true);
+        const int calls = m_desktop->japaneseTokenizer.calls();
         translate(u"我是"_s, u"答え"_s);
-        QTRY_COMPARE(m_tokenizer->calls(), calls + 1);
+        QTRY_COMPARE(m_desktop->japaneseTokenizer.calls(), calls + 1);
         leave();
         // The next reading has to wait for the one that was given up.
-        m_tokenizer->setHolds(false);
+        m_desktop->japaneseTokenizer.setHolds(false);
         bool nextIsThere = false;
         const auto next = m_readings->read(u"次"_s, ReadingForm::Romaji,
                                            [&](const QString &) { nextIsThere = true; });

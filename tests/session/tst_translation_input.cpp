@@ -1,6 +1,5 @@
 #include "session_test.h"
 
-#include <QSignalSpy>
 #include <QTest>
 
 using namespace nivora;
@@ -19,14 +18,9 @@ private Q_SLOTS:
     void theDirectionFollowsTheRule();
     void aChosenTargetStandsUntilTheNextTrigger();
     void aChosenTargetRunsOnlyWhereThereIsSomethingToReplace();
-    void typingClearsTheResultWhileLiveTranslationIsOff();
     void liveTranslationWaitsForTheTextToRest();
     void aPendingRunOutlivesATrigger();
     void theProgramsOwnTextIsNoEdit();
-    void aReplyCarriesTheOthersWordsAsBackground();
-    void copyingShowsForAMoment();
-    void theMainButtonFollowsTheSituation_data();
-    void theMainButtonFollowsTheSituation();
 };
 
 void TestTranslationInput::theDirectionFollowsTheRule()
@@ -80,19 +74,6 @@ void TestTranslationInput::aChosenTargetRunsOnlyWhereThereIsSomethingToReplace()
     QCOMPARE(bodyOf(m_server->requests().last())[u"target"].toString(), u"korean"_s);
 }
 
-void TestTranslationInput::typingClearsTheResultWhileLiveTranslationIsOff()
-{
-    m_server->enqueue(eventStream({u"x"_s}, {.usage = localcloud::TokenCounts{1, 1}}));
-    m_session->prepareManualInput(true, std::nullopt);
-    m_session->editSource(u"甲"_s);
-    m_session->translateNow();
-    QTRY_COMPARE(phase(), Phase::Kind::Done);
-    m_session->editSource(u"甲乙"_s);
-    QCOMPARE(phase(), Phase::Kind::Idle);
-    QCOMPARE(m_session->translatedText(), QString());
-    QCOMPARE(m_session->lastTokens(), std::nullopt);
-}
-
 void TestTranslationInput::liveTranslationWaitsForTheTextToRest()
 {
     m_settings->liveTranslate.set(true);
@@ -129,75 +110,6 @@ void TestTranslationInput::theProgramsOwnTextIsNoEdit()
     QTRY_COMPARE(phase(), Phase::Kind::Done);
     m_session->sourceEdited(); // the second time it is the user
     QCOMPARE(phase(), Phase::Kind::Idle);
-}
-
-void TestTranslationInput::aReplyCarriesTheOthersWordsAsBackground()
-{
-    m_server->setHandler([](const auto &) { return eventStream({u"x"_s}); });
-    m_session->setSource(u" Could you send the quotation? "_s, false, std::nullopt);
-    QTRY_COMPARE(phase(), Phase::Kind::Done);
-    QVERIFY(m_session->showReply());
-
-    m_session->prepareReply(m_session->sourceText(), m_session->detectedSource());
-    QCOMPARE(m_session->mode(), PanelMode::Reply);
-    QCOMPARE(m_session->contextText(), u"Could you send the quotation?"_s);
-    QCOMPARE(m_session->sourceText(), QString());
-    QCOMPARE(m_session->effectiveTarget(), Language::English);
-    m_session->editSource(u"马上发"_s);
-    m_session->translateNow();
-    QTRY_COMPARE(phase(), Phase::Kind::Done);
-    const QJsonObject body = bodyOf(m_server->requests().last());
-    QCOMPARE(body[u"target"].toString(), u"english"_s);
-    QCOMPARE(body[u"background"].toString(), u"Could you send the quotation?"_s);
-    QCOMPARE(m_session->primaryAction(), PrimaryAction::Copy);
-}
-
-void TestTranslationInput::copyingShowsForAMoment()
-{
-    m_session->copyResult(); // nothing to copy
-    QVERIFY(!m_session->justCopied());
-    QCOMPARE(m_clipboard->changeCount(), 0);
-
-    m_server->enqueue(eventStream({u"x"_s}));
-    m_session->setSource(u"甲"_s, true, std::nullopt);
-    QTRY_COMPARE(phase(), Phase::Kind::Done);
-    m_session->copyResult();
-    QVERIFY(m_session->justCopied());
-    QCOMPARE(m_clipboard->text(), u"x"_s);
-    QTRY_VERIFY(!m_session->justCopied());
-}
-
-void TestTranslationInput::theMainButtonFollowsTheSituation_data()
-{
-    QTest::addColumn<PanelMode>("mode");
-    QTest::addColumn<bool>("target");
-    QTest::addColumn<PrimaryAction>("action");
-    QTest::newRow("selection in a field") << PanelMode::Selection << true << PrimaryAction::Replace;
-    QTest::newRow("selection elsewhere") << PanelMode::Selection << false << PrimaryAction::None;
-    QTest::newRow("compose for a field") << PanelMode::Compose << true << PrimaryAction::Insert;
-    QTest::newRow("compose for nobody") << PanelMode::Compose << false << PrimaryAction::Copy;
-}
-
-void TestTranslationInput::theMainButtonFollowsTheSituation()
-{
-    QFETCH(PanelMode, mode);
-    QFETCH(bool, target);
-    m_server->enqueue(eventStream({u"x"_s}));
-    if (mode == PanelMode::Selection) {
-        m_session->setSource(u"甲"_s, target, std::nullopt);
-    } else {
-        m_session->prepareManualInput(target, std::nullopt);
-        m_session->editSource(u"甲"_s);
-        m_session->translateNow();
-    }
-    QCOMPARE(m_session->primaryAction(), PrimaryAction::None);
-    QTRY_COMPARE(phase(), Phase::Kind::Done);
-    QTEST(m_session->primaryAction(), "action");
-
-    QString inserted;
-    m_session->insertHandler = [&](const QString &text) { inserted = text; };
-    m_session->insert();
-    QCOMPARE(inserted, u"x"_s);
 }
 
 QTEST_GUILESS_MAIN(TestTranslationInput)

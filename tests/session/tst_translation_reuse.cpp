@@ -100,7 +100,7 @@ void TestTranslationReuse::theSameTextAgainIsAnsweredFromHistory()
     QVERIFY(m_session->fromHistory());
     QCOMPARE(m_session->translatedText(), u"見積もり"_s);
     QCOMPARE(m_session->lastTokens(), std::nullopt);
-    QCOMPARE(m_clipboard->text(), u"見積もり"_s); // auto copy holds for a reuse too
+    QCOMPARE(m_desktop->clipboard.text(), u"見積もり"_s); // auto copy holds for a reuse too
     QCOMPARE(m_recorded.size(), 1);
     QCOMPARE(m_server->requests().size(), 1);
 }

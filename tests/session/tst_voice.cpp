@@ -33,7 +33,7 @@ private:
     {
         m_session->toggleVoice();
         QVERIFY(m_session->isListening()); // at once
-        QTRY_VERIFY(m_recognizer->isRecognizing());
+        QTRY_VERIFY(m_desktop->speechRecognizer.isRecognizing());
     }
 };
 
@@ -65,9 +65,9 @@ void TestVoice::theJapaneseSideIsReadAloud()
     QFETCH(QString, result);
     QFETCH(QString, spoken);
     using Quality = platform::SpeechVoice::Quality;
-    m_synthesizer->setVoices({{u"best"_s, u"A"_s, u"ja-JP"_s, Quality::Premium},
-                              {u"chosen"_s, u"B"_s, u"ja-JP"_s, Quality::Default},
-                              {u"english"_s, u"C"_s, u"en-US"_s, Quality::Default}});
+    m_desktop->speechSynthesizer.setVoices({{u"best"_s, u"A"_s, u"ja-JP"_s, Quality::Premium},
+                                            {u"chosen"_s, u"B"_s, u"ja-JP"_s, Quality::Default},
+                                            {u"english"_s, u"C"_s, u"en-US"_s, Quality::Default}});
     m_settings->speechVoiceID.set(u"chosen"_s);
     m_settings->speechRate.set(0.625);
     m_session->speakCurrent(); // nothing to say yet
@@ -80,11 +80,11 @@ void TestVoice::theJapaneseSideIsReadAloud()
     QVERIFY(m_session->speechTarget().has_value());
     m_session->speakCurrent();
     if (spoken.isEmpty()) {
-        QCOMPARE(m_synthesizer->voiceReads(), 0);
+        QCOMPARE(m_desktop->speechSynthesizer.voiceReads(), 0);
         return;
     }
-    QTRY_COMPARE(m_synthesizer->utterances().size(), 1);
-    const platform::Utterance said = m_synthesizer->utterances().first();
+    QTRY_COMPARE(m_desktop->speechSynthesizer.utterances().size(), 1);
+    const platform::Utterance said = m_desktop->speechSynthesizer.utterances().first();
     QCOMPARE(said.text, spoken);
     QTEST(said.language, "language");
     QTEST(said.voice, "voice");
@@ -96,11 +96,11 @@ void TestVoice::aResultIsReadByItselfWhereWanted()
     translate(u"报价"_s, u"x"_s);
     m_settings->autoSpeak.set(true);
     translate(u"报价"_s, u"x"_s);
-    QTRY_COMPARE(m_synthesizer->utterances().size(), 1);
+    QTRY_COMPARE(m_desktop->speechSynthesizer.utterances().size(), 1);
     m_session->historyLookup = [](const QString &, Language) { return std::optional(u"y"_s); };
     m_session->translateNow();
-    QTRY_COMPARE(m_synthesizer->utterances().size(), 2);
-    QCOMPARE(m_synthesizer->utterances().last().text, u"y"_s);
+    QTRY_COMPARE(m_desktop->speechSynthesizer.utterances().size(), 2);
+    QCOMPARE(m_desktop->speechSynthesizer.utterances().last().text, u"y"_s);
 }
 
 void TestVoice::speechEndsWithItsText()
@@ -109,22 +109,22 @@ void TestVoice::speechEndsWithItsText()
         [&] { m_session->setSource(u" "_s, true, std::nullopt); },
         [&] { m_session->prepareManualInput(true, std::nullopt); },
         [&] { m_session->stopSpeaking(); },
-        [&] { m_synthesizer->endSpeaking(End::Finished); },
+        [&] { m_desktop->speechSynthesizer.endSpeaking(End::Finished); },
     };
     for (const auto &end : ways) {
         translate(u"报价"_s, u"x"_s);
         m_session->speakCurrent();
-        QTRY_VERIFY(m_synthesizer->isBusy());
+        QTRY_VERIFY(m_desktop->speechSynthesizer.isBusy());
         QVERIFY(!m_session->isSpeaking()); // not before the first sound
         QSignalSpy changed(m_session.get(), &TranslationViewModel::isSpeakingChanged);
-        m_synthesizer->startSpeaking();
+        m_desktop->speechSynthesizer.startSpeaking();
         QTRY_VERIFY(m_session->isSpeaking());
         end();
         QTRY_VERIFY(!m_session->isSpeaking());
-        QVERIFY(!m_synthesizer->isBusy());
+        QVERIFY(!m_desktop->speechSynthesizer.isBusy());
         QCOMPARE(changed.count(), 2);
     }
-    m_synthesizer->setInstalled(false);
+    m_desktop->speechSynthesizer.setInstalled(false);
     translate(u"报价"_s, u"x"_s);
     m_session->speakCurrent();
     QTRY_VERIFY(!m_session->isSpeechAvailable());
@@ -143,17 +143,17 @@ void TestVoice::dictationGoesBehindTheText()
             [this] { m_session->editSource(m_session->sourceText()); });
 
     dictate();
-    m_recognizer->deliver({u"发"_s, false});
+    m_desktop->speechRecognizer.deliver({u"发"_s, false});
     QTRY_COMPARE(m_session->sourceText(), u"请发"_s);
-    m_recognizer->deliver({u"发报"_s, false});
+    m_desktop->speechRecognizer.deliver({u"发报"_s, false});
     QTRY_COMPARE(m_session->sourceText(), u"请发报"_s); // not "请发发报"
     QCOMPARE(m_session->translatedText(), u"x"_s);
     QCOMPARE(phase(), Phase::Kind::Done);
 
     m_session->toggleVoice();
     QVERIFY(!m_session->isListening());
-    QVERIFY(m_recognizer->audioEnded());
-    m_recognizer->deliver({u"发报价"_s, true});
+    QVERIFY(m_desktop->speechRecognizer.audioEnded());
+    m_desktop->speechRecognizer.deliver({u"发报价"_s, true});
     QTRY_COMPARE(m_session->sourceText(), u"请发报价"_s);
     QVERIFY(m_session->isTranslating()); // at once
     QTRY_COMPARE(phase(), Phase::Kind::Done);
@@ -168,10 +168,10 @@ void TestVoice::dictationListensInTheUsersLanguage()
     for (const QString &raw : languages) {
         m_settings->defaultTargetLanguageRaw.set(raw);
         dictate();
-        m_recognizer->deliver({{}, true});
+        m_desktop->speechRecognizer.deliver({{}, true});
         QTRY_VERIFY(!m_session->isListening());
     }
-    QCOMPARE(m_recognizer->locales().join(u' '),
+    QCOMPARE(m_desktop->speechRecognizer.locales().join(u' '),
              u"zh-CN ja-JP en-US ko-KR zh-TW zh-HK zh-CN zh-CN"_s);
 }
 
@@ -193,8 +193,8 @@ void TestVoice::aFailedDictationSaysWhy()
     QCOMPARE(m_session->voiceError(), message);
     QCOMPARE(m_session->voiceErrorOpensSettings(), opens);
     m_session->openVoiceSettings();
-    QCOMPARE(m_panes->opened(), std::vector{platform::SettingsPane::Microphone});
-    m_panes->setInstalled(false);
+    QCOMPARE(m_desktop->settingsPanes.opened(), std::vector{platform::SettingsPane::Microphone});
+    m_desktop->settingsPanes.setInstalled(false);
     m_session->openVoiceSettings();
     QCOMPARE(m_session->voiceError(), u"没有找到系统设置程序"_s);
 
@@ -222,15 +222,15 @@ void TestVoice::aTriggerEndsADictation()
     else
         m_session->toggleVoice();
     translate(u"报价"_s, u"x"_s);
-    QTRY_VERIFY(m_recognizer->audioEnded());
+    QTRY_VERIFY(m_desktop->speechRecognizer.audioEnded());
     QVERIFY(!m_session->isListening());
-    QVERIFY(!m_microphone->isRecording());
-    m_recognizer->deliver({u"旧"_s, true});
-    QTRY_VERIFY(!m_recognizer->isRecognizing());
+    QVERIFY(!m_desktop->audioInput.isRecording());
+    m_desktop->speechRecognizer.deliver({u"旧"_s, true});
+    QTRY_VERIFY(!m_desktop->speechRecognizer.isRecognizing());
     QCOMPARE(m_session->sourceText(), u"报价"_s);
 
     dictate(); // and the next one is heard
-    m_recognizer->deliver({u"单"_s, false});
+    m_desktop->speechRecognizer.deliver({u"单"_s, false});
     QTRY_COMPARE(m_session->sourceText(), u"报价单"_s);
 }
 

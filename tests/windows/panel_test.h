@@ -3,16 +3,7 @@
 #include "windows/floating_panel.h"
 #include "windows/floating_panel_controller.h"
 
-#include "core/reading_service.h"
-#include "core/translation_engine.h"
-#include "desktop/speech_input_service.h"
-#include "desktop/speech_service.h"
-#include "session/translation_view_model.h"
-#include "stores/settings_store.h"
-
-#include "localcloud/event_stream.h"
-#include "localcloud/server.h"
-#include "platform_memory/memory_desktop.h"
+#include "../session/session_test.h"
 
 #include <QAbstractButton>
 #include <QAccessible>
@@ -22,38 +13,15 @@
 
 namespace nivora::test {
 
-// What every test of the panel works with: a panel over a desktop in memory, with
-// a real engine that talks to a real server. Controls are found by what assistive
-// tools call them. `init` calls start().
-class PanelTest : public QObject
+// What every test of the panel works with: a panel over the session of those tests.
+// Controls are found by what assistive tools call them. `init` calls start().
+class PanelTest : public SessionTest
 {
 protected:
     void start()
     {
         m_controller.reset();
-        m_session.reset();
-        m_readings.reset();
-        m_speechInput.reset();
-        m_speech.reset();
-        m_server = std::make_unique<localcloud::Server>();
-        QVERIFY(m_server->listen());
-        m_desktop = std::make_unique<memory::MemoryDesktop>();
-        m_keychain = std::make_unique<KeychainStore>(m_desktop->secrets);
-        m_settings =
-            std::make_unique<SettingsStore>(m_desktop->preferences, *m_keychain, m_server->url());
-        m_engine = std::make_unique<TranslationEngine>();
-        m_readings = std::make_unique<ReadingService>(m_desktop->japaneseTokenizer);
-        m_speech = std::make_unique<SpeechService>(m_desktop->speechSynthesizer);
-        m_speechInput = std::make_unique<SpeechInputService>(m_desktop->audioInput,
-                                                             m_desktop->speechRecognizer);
-        m_session = std::make_unique<TranslationViewModel>(
-            TranslationViewModel::Parts{.engine = *m_engine,
-                                        .settings = *m_settings,
-                                        .readings = *m_readings,
-                                        .clipboard = m_desktop->clipboard,
-                                        .settingsPanes = m_desktop->settingsPanes,
-                                        .speech = m_speech.get(),
-                                        .speechInput = m_speechInput.get()});
+        SessionTest::start();
         m_controller = std::make_unique<FloatingPanelController>(*m_session, *m_settings,
                                                                  m_desktop->windowSystem);
     }
@@ -107,17 +75,7 @@ protected:
         m_session->setSource(source, hasInsertTarget, std::nullopt);
         show(PanelMode::Selection);
     }
-    Phase::Kind phase() const { return m_session->phase().kind; }
 
-    std::unique_ptr<localcloud::Server> m_server;
-    std::unique_ptr<memory::MemoryDesktop> m_desktop;
-    std::unique_ptr<KeychainStore> m_keychain;
-    std::unique_ptr<SettingsStore> m_settings;
-    std::unique_ptr<TranslationEngine> m_engine;
-    std::unique_ptr<ReadingService> m_readings;
-    std::unique_ptr<SpeechService> m_speech;
-    std::unique_ptr<SpeechInputService> m_speechInput;
-    std::unique_ptr<TranslationViewModel> m_session;
     std::unique_ptr<FloatingPanelController> m_controller;
 };
 

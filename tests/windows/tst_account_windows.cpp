@@ -27,7 +27,6 @@ using namespace std::chrono_literals;
 using localcloud::Answer;
 
 namespace {
-
 const auto address = u"me@x.org"_s;
 const auto sendButton = u"发送验证码"_s;
 const auto signInButton = u"登录"_s;
@@ -169,41 +168,6 @@ private Q_SLOTS:
         QCOMPARE(body[code ? u"code" : u"email"].toString(), sent);
     }
 
-    void theMailedCodeSignsIn()
-    {
-        haveCodeSent();
-        QVERIFY(shows(u"验证码已发送到 me@x.org，请查收邮箱。"_s));
-        QVERIFY(hasKeyboard(field()));
-        const auto error = u"<b>验证码</b>错误"_s; // of a server, so it is plain text
-        m_server->enqueue(Answer::json(400, {{u"error"_s, error}}));
-        type(u"000000"_s);
-        press(Qt::Key_Return);
-        QTRY_VERIFY(shows(error));
-        QVERIFY(hasKeyboard(field()));
-        QCOMPARE(field()->text(), u"000000"_s);
-
-        // Closed and opened again, all is where it was.
-        press(Qt::Key_Escape);
-        QVERIFY(!m_login->isVisible());
-        showLogin();
-        QVERIFY(shows(error));
-        m_server->enqueue(signedIn());
-        button(signInButton)->click();
-        QVERIFY(!shows(error));
-        QTRY_VERIFY(!m_login->isVisible());
-        QCOMPARE(m_auth->email(), address);
-
-        showLogin();
-        button(u"返回"_s)->click();
-        QCOMPARE(field()->text(), address);
-        QVERIFY(hasKeyboard(field()));
-        button(sendButton)->setFocus();
-        m_server->enqueue(Answer::json(200, {}));
-        press(Qt::Key_Return);
-        QTRY_VERIFY(button(signInButton));
-        QCOMPARE(field()->text(), QString());
-    }
-
     void whileARequestRunsNothingElseIsDone()
     {
         haveCodeSent();
@@ -221,21 +185,6 @@ private Q_SLOTS:
         QVERIFY(!m_login->isVisible());
         QTRY_VERIFY(m_auth->isSignedIn());
         QCOMPARE(m_server->requests().size(), 2);
-    }
-
-    void theBrowserSignsInOrIsGivenUp()
-    {
-        showLogin();
-        button(googleButton)->click();
-        QVERIFY(!field()->isEnabled());
-        QVERIFY(shows(u"请在浏览器中完成登录"_s));
-        button(u"取消"_s)->click();
-        QTRY_VERIFY(shows(u"已取消登录。"_s));
-        QVERIFY(field()->isEnabled());
-        button(googleButton)->click();
-        m_signIn->openLink(QUrl(u"nivora://signed-in?token=t0ken"_s));
-        QTRY_VERIFY(!m_login->isVisible());
-        QCOMPARE(m_auth->email(), u"Google"_s);
     }
 
     void twoShiftsAreLearnt_data()
@@ -304,34 +253,6 @@ private Q_SLOTS:
         for (QObject *each : objects << onlyWindow)
             QVERIFY2(QAbstractEventDispatcher::instance()->registeredTimers(each).isEmpty(),
                      each->metaObject()->className());
-    }
-
-    void everyWayOutFinishesOnce_data()
-    {
-        QTest::addColumn<QStringList>("way"); // buttons pressed before
-        QTest::addColumn<bool>("trusted");
-        QTest::newRow("welcome") << QStringList() << true;
-        QTest::newRow("sign-in") << QStringList{beginButton} << true;
-        QTest::newRow("trusted") << QStringList{beginButton, nextButton} << true;
-        QTest::newRow("not trusted") << QStringList{beginButton, nextButton} << false;
-        QTest::newRow("ready") << QStringList{beginButton, nextButton, laterButton} << false;
-    }
-    void everyWayOutFinishesOnce()
-    {
-        QFETCH(QStringList, way);
-        QFETCH(bool, trusted);
-        m_desktop->accessibility.setTrusted(trusted);
-        if (way.contains(nextButton))
-            QVERIFY(m_auth->signIn({u"t0ken"_s, address}));
-        const QSignalSpy finished(m_onboarding.get(), &OnboardingWindowController::finished);
-        m_onboarding->show();
-        QVERIFY(QTest::qWaitForWindowActive(window()));
-        for (const QString &each : way)
-            button(each)->click();
-        QCOMPARE(shows(u"已授权"_s), trusted && way.contains(nextButton));
-        way.size() % 2 == 0 ? press(Qt::Key_Escape) : button(u"跳过"_s)->click();
-        QCOMPARE(finished.size(), 1);
-        QVERIFY(!m_onboarding->isVisible());
     }
 };
 

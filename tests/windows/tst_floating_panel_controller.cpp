@@ -22,17 +22,12 @@ private Q_SLOTS:
     void theHeightFollowsTheContentWithinBounds();
     void thePlaceClearsTheMargins_data();
     void thePlaceClearsTheMargins();
-    void thePanelOpensBelowTheSelection();
     void itGrowsAtTheBottomWhileTextStreamsIn();
     void losingTheFocusHidesOnlyWhatNobodyMisses_data();
     void losingTheFocusHidesOnlyWhatNobodyMisses();
-    void draggingMovesItAndLeavesItOpen();
     void growthBringsADraggedPanelBack_data();
     void growthBringsADraggedPanelBack();
     void escapeHidesAPinnedPanel();
-    void theResultIsShownAndTheMainKeyReplaces();
-    void anErrorIsShownWithAWayToTryAgain();
-    void typingAndTheMainKeyTranslate();
     void theEditorHoldsOnlyWhatWasTyped();
     void aLongParagraphIsShownAndCopiedWhole();
 };
@@ -79,19 +74,6 @@ void TestFloatingPanelController::thePlaceClearsTheMargins()
     QFETCH(QPoint, anchor);
     QFETCH(QRect, visible);
     QTEST(FloatingPanelController::clampedPosition(anchor, {360, 200}, visible), "place");
-}
-
-void TestFloatingPanelController::thePanelOpensBelowTheSelection()
-{
-    m_server->enqueue(localcloud::Answer::silence());
-    showSelection(u"hello"_s);
-    QCOMPARE(m_controller->panel()->pos(), QPoint(100, 126));
-    QCOMPARE(m_controller->panel()->width(), 360);
-    QCOMPARE(m_controller->panel()->windowRole(), u"panel"_s);
-
-    // Open already: it moves and begins afresh.
-    m_controller->show(PanelMode::Selection, QRectF(150, 200, 50, 20));
-    QCOMPARE(m_controller->panel()->pos(), QPoint(150, 226));
 }
 
 void TestFloatingPanelController::itGrowsAtTheBottomWhileTextStreamsIn()
@@ -156,27 +138,6 @@ void TestFloatingPanelController::losingTheFocusHidesOnlyWhatNobodyMisses()
     QTEST(m_controller->panel()->isVisible(), "stays");
 }
 
-void TestFloatingPanelController::draggingMovesItAndLeavesItOpen()
-{
-    m_server->enqueue(eventStream({u"x"_s}));
-    showSelection(u"hello"_s);
-    QTRY_COMPARE(m_session->phase().kind, Phase::Kind::Done);
-    // A change of height would bring it back.
-    QTRY_COMPARE(text(u"译文"_s), u"x"_s);
-    QTest::qWait(0);
-    const FloatingPanel *panel = m_controller->panel();
-    const QPoint before = panel->pos();
-    const QPoint grip(200, 16); // the header's free space
-    const QPoint way(30, 40);
-    QTest::mousePress(panel->windowHandle(), Qt::LeftButton, {}, grip);
-    QTest::mouseMove(panel->windowHandle(), grip + way);
-    QTRY_COMPARE(panel->pos(), before + way);
-    QTest::mouseRelease(panel->windowHandle(), Qt::LeftButton, {}, grip);
-    QTest::mouseMove(panel->windowHandle(), grip + way);
-    QCOMPARE(panel->pos(), before + way);
-    QVERIFY(panel->isVisible());
-}
-
 void TestFloatingPanelController::growthBringsADraggedPanelBack_data()
 {
     QTest::addColumn<bool>("released");
@@ -214,52 +175,6 @@ void TestFloatingPanelController::escapeHidesAPinnedPanel()
     QTest::keyClick(m_controller->panel()->windowHandle(), Qt::Key_Escape);
     QVERIFY(!m_controller->panel()->isVisible());
     QTRY_COMPARE(m_session->phase().kind, Phase::Kind::Done); // goes on behind
-}
-
-void TestFloatingPanelController::theResultIsShownAndTheMainKeyReplaces()
-{
-    QString inserted;
-    m_session->insertHandler = [&](const QString &text) { inserted = text; };
-    m_server->enqueue(
-        eventStream({u"お見積"_s, u"もり"_s}, {.usage = localcloud::TokenCounts{2, 3}}));
-    showSelection(u"报价"_s);
-    QVERIFY(button(u"中文 → 日本語"_s));
-    QVERIFY(!button(u"复制译文"_s));
-    QTRY_VERIFY(button(u"⌘↩ 替换原文"_s));
-    QTRY_COMPARE(text(u"译文"_s), u"お見積もり"_s);
-    QVERIFY(button(u"复制译文"_s));
-    QTest::keyClick(m_controller->panel()->windowHandle(), Qt::Key_Return, Qt::ControlModifier);
-    QCOMPARE(inserted, u"お見積もり"_s);
-}
-
-void TestFloatingPanelController::anErrorIsShownWithAWayToTryAgain()
-{
-    m_server->enqueue(localcloud::Answer::html(500));
-    m_server->enqueue(eventStream({u"x"_s}));
-    showSelection(u"报价"_s);
-    QTRY_VERIFY(button(u"重试"_s));
-    QVERIFY(m_controller->panel()->grab().size().isValid());
-    QTest::mouseClick(button(u"重试"_s), Qt::LeftButton);
-    QTRY_VERIFY(button(u"⌘↩ 替换原文"_s));
-    QVERIFY(!button(u"重试"_s));
-}
-
-void TestFloatingPanelController::typingAndTheMainKeyTranslate()
-{
-    m_server->enqueue(eventStream({u"x"_s}));
-    m_session->prepareManualInput(false, std::nullopt);
-    m_controller->show(PanelMode::Compose, std::nullopt);
-    QVERIFY(QTest::qWaitForWindowActive(m_controller->panel()));
-    auto *editor = named<QPlainTextEdit>(u"原文"_s);
-    QTRY_VERIFY(editor->hasFocus());
-    QVERIFY(!button(u"翻译"_s)->isEnabled());
-    QTest::keyClicks(editor, u"hi"_s);
-    QCOMPARE(m_session->sourceText(), u"hi"_s);
-    QTest::keyClick(m_controller->panel()->windowHandle(), Qt::Key_Enter, Qt::ControlModifier);
-    QTRY_VERIFY(button(u"⌘↩ 复制"_s));
-    QTest::keyClick(m_controller->panel()->windowHandle(), Qt::Key_Return, Qt::ControlModifier);
-    QCOMPARE(m_desktop->clipboard.text(), u"x"_s);
-    QVERIFY(button(u"已复制"_s));
 }
 
 void TestFloatingPanelController::theEditorHoldsOnlyWhatWasTyped()

@@ -16,7 +16,6 @@ using namespace std::chrono_literals;
 using localcloud::eventStream;
 
 namespace {
-
 const auto pinButton = u"钉住"_s;
 const auto closeButton = u"关闭面板"_s;
 const auto contextButton = u"背景"_s;
@@ -40,12 +39,6 @@ struct Situation
     bool takesFeedback = false;
 };
 
-localcloud::Answer answerWith(const QString &text)
-{
-    const QJsonObject message{{u"message"_s, QJsonObject{{u"content"_s, text}}}};
-    return localcloud::Answer::json(200, QJsonObject{{u"choices"_s, QJsonArray{message}}});
-}
-
 } // namespace
 
 // What the panel shows when.
@@ -58,14 +51,10 @@ private Q_SLOTS:
 
     void eachStateHasItsControls_data();
     void eachStateHasItsControls();
-    void theHintInvitesToType();
-    void variantsAreOfferedAndTaken();
     void theFocusFollowsTheWork();
-    void aReplyTakesTheTextAsItsBackground();
     void theBackgroundIsEditedInAPopover();
     void feedbackIsSentAndThankedFor_data();
     void feedbackIsSentAndThankedFor();
-    void speechIsStartedAndStopped();
     void dictationTellsWhyItFails();
     void aPreeditTranslatesNothing();
     void strangeTextsAreShownWhole_data();
@@ -189,35 +178,6 @@ void TestPanelContent::eachStateHasItsControls()
     QVERIFY(m_controller->panel()->grab().size().isValid());
 }
 
-void TestPanelContent::theHintInvitesToType()
-{
-    const auto hint = u"输入文字，自动翻译。"_s;
-    enter({.mode = PanelMode::Compose, .live = true});
-    QVERIFY(named<QLabel>(hint));
-    m_session->editSource(u"a"_s);
-    QVERIFY(!named<QLabel>(hint));
-    m_session->editSource(u" \n"_s);
-    QVERIFY(named<QLabel>(hint));
-    m_settings->liveTranslate.set(false);
-    QVERIFY(!named<QLabel>(hint));
-}
-
-void TestPanelContent::variantsAreOfferedAndTaken()
-{
-    enter({.source = u"报价"_s, .outcome = Outcome::Translated, .answer = u"見積もり"_s});
-    m_server->enqueue(answerWith(u"お見積書\nR&Dの見積もり"_s));
-    button(variantsButton)->click();
-    QVERIFY(named<QLabel>(u"生成说法…"_s));
-    QTRY_VERIFY(button(u"R&Dの見積もり"_s));
-    QVERIFY(!named<QLabel>(u"生成说法…"_s));
-    QVERIFY(buttons().indexOf(u"R&Dの見積もり"_s) < buttons().indexOf(copyButton));
-    button(u"R&Dの見積もり"_s)->setFocus();
-    QTest::keyClick(button(u"R&Dの見積もり"_s), Qt::Key_Return);
-    QVERIFY(named(u"译文"_s)->hasFocus());
-    QTRY_COMPARE(text(u"译文"_s), u"R&Dの見積もり"_s);
-    QVERIFY(!button(u"お見積書"_s));
-}
-
 void TestPanelContent::theFocusFollowsTheWork()
 {
     enter({.source = u"报价"_s, .outcome = Outcome::Failed});
@@ -235,22 +195,6 @@ void TestPanelContent::theFocusFollowsTheWork()
     QTest::keyClick(button(u"翻译"_s), Qt::Key_Return);
     QVERIFY(!button(u"翻译中…"_s)->isEnabled());
     QVERIFY(named(u"原文"_s)->hasFocus());
-}
-
-void TestPanelContent::aReplyTakesTheTextAsItsBackground()
-{
-    enter({.source = u" Please send it. "_s,
-           .hasInsertTarget = false,
-           .outcome = Outcome::Translated,
-           .answer = u"请发送。"_s});
-    const QPoint place = m_controller->panel()->card().topLeft();
-    m_controller->panel()->move(300, 300);
-    button(u"以对方原文为背景，撰写并翻译你的回复"_s)->click();
-    QCOMPARE(m_session->mode(), PanelMode::Reply);
-    QCOMPARE(m_session->contextText(), u"Please send it."_s);
-    QCOMPARE(m_session->effectiveTarget(), Language::English);
-    QCOMPARE(m_controller->panel()->card().topLeft(), place);
-    QTRY_VERIFY(named(u"原文"_s)->hasFocus());
 }
 
 void TestPanelContent::theBackgroundIsEditedInAPopover()
@@ -280,20 +224,17 @@ void TestPanelContent::feedbackIsSentAndThankedFor_data()
 {
     QTest::addColumn<bool>("taken");
     QTest::addColumn<QString>("line");
-    QTest::addColumn<bool>("fromComment");
     QTest::addColumn<Qt::KeyboardModifier>("modifier");
-    QTest::newRow("taken") << true << u"已提交，感谢反馈"_s << true << Qt::NoModifier;
-    QTest::newRow("refused") << false << u"提交失败，请稍后再试"_s << false << Qt::NoModifier;
+    QTest::newRow("taken") << true << u"已提交，感谢反馈"_s << Qt::NoModifier;
+    QTest::newRow("refused") << false << u"提交失败，请稍后再试"_s << Qt::NoModifier;
     // The panel's key for its own action, which is not what is meant here.
-    QTest::newRow("by Control and Return")
-        << true << u"已提交，感谢反馈"_s << true << Qt::ControlModifier;
+    QTest::newRow("by Control and Return") << true << u"已提交，感谢反馈"_s << Qt::ControlModifier;
 }
 
 void TestPanelContent::feedbackIsSentAndThankedFor()
 {
     QFETCH(const bool, taken);
     QFETCH(const QString, line);
-    QFETCH(const bool, fromComment);
     QFETCH(const Qt::KeyboardModifier, modifier);
     int inserted = 0;
     m_session->insertHandler = [&](const QString &) { ++inserted; };
@@ -320,7 +261,7 @@ void TestPanelContent::feedbackIsSentAndThankedFor()
     QTRY_VERIFY(m_controller->panel()->height() > height);
     QTRY_COMPARE(gap(), atFirst);
     QTest::keyClicks(comment, u"rude"_s);
-    fromComment ? comment->setFocus() : reason->setFocus();
+    comment->setFocus();
     QVERIFY(QTest::qWaitForWindowActive(comment->window()));
     QTest::keyClick(comment->window()->windowHandle(), Qt::Key_Return, modifier);
     QCOMPARE(inserted, 0);
@@ -331,22 +272,6 @@ void TestPanelContent::feedbackIsSentAndThankedFor()
     button(taken ? u"完成"_s : u"取消"_s)->click();
     QVERIFY(!named<QLabel>(line));
     QCOMPARE(m_session->feedbackPhase(), FeedbackPhase::Idle);
-}
-
-void TestPanelContent::speechIsStartedAndStopped()
-{
-    m_desktop->speechSynthesizer.setVoices({{}});
-    enter({.source = u"报价"_s, .outcome = Outcome::Translated, .answer = u"見積もり"_s});
-    button(speakButton)->click();
-    QTRY_COMPARE(m_desktop->speechSynthesizer.utterances().size(), 1);
-    m_desktop->speechSynthesizer.startSpeaking();
-    QTRY_VERIFY(m_session->isSpeaking());
-    button(speakButton)->click();
-    QVERIFY(!m_session->isSpeaking());
-    button(speakButton)->click();
-    QTRY_VERIFY(m_desktop->speechSynthesizer.isBusy());
-    m_controller->hide(); // which ends what is being said
-    QVERIFY(!m_desktop->speechSynthesizer.isBusy());
 }
 
 void TestPanelContent::dictationTellsWhyItFails()
