@@ -22,7 +22,6 @@ using namespace Qt::Literals::StringLiterals;
 using localcloud::Answer;
 
 namespace {
-
 const auto service = u"app.nivora"_s;
 const auto tokenName = u"session-token"_s;
 const auto emailKey = u"accountEmail"_s;
@@ -167,34 +166,6 @@ private Q_SLOTS:
         QCOMPARE(changed.size(), 1);
         QCOMPARE(store.email(), token.isEmpty() ? QString() : u"me@x.org"_s);
         QCOMPARE(m_preferences.value(emailKey).has_value(), !token.isEmpty());
-    }
-
-    void theButtonInTheBrowserLeadsBack()
-    {
-        const platform::Task task = m_program->signIn.signInWithGoogle(done());
-        const QUrl page = m_browser.opened().value(0);
-        QCOMPARE(page, m_server->url().resolved(QUrl(u"/auth/google/start"_s)));
-        const auto load = [&](QNetworkReply *started) {
-            std::unique_ptr<QNetworkReply> reply(started);
-            [[maybe_unused]] const bool ended =
-                QTest::qWaitFor([&] { return reply->isFinished(); });
-            return reply;
-        };
-        const QString html =
-            QString::fromUtf8(load(m_network.get(QNetworkRequest(page)))->readAll());
-        QCOMPARE(html.count(u"<button"), 1);
-        static const QRegularExpression action(u"action=\"([^\"]*)\""_s);
-        QNetworkRequest press(page.resolved(QUrl(action.match(html).captured(1))));
-        press.setAttribute(QNetworkRequest::RedirectPolicyAttribute,
-                           QNetworkRequest::ManualRedirectPolicy);
-        press.setHeader(QNetworkRequest::ContentTypeHeader, "text/plain"_ba);
-        const QUrl link =
-            QUrl::fromEncoded(load(m_network.post(press, ""_ba))->rawHeader("Location"));
-        m_program->signIn.openLink(link);
-        QCOMPARE(m_outcomes, QStringList(u"signed in"_s));
-        QCOMPARE(m_program->store.email(), u"walker@example.com"_s);
-        QVERIFY(!storedToken().isEmpty() &&
-                link.toString().contains(QLatin1StringView(storedToken())));
     }
 
     void everyLinkHasItsOutcome_data()

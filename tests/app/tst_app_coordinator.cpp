@@ -19,7 +19,6 @@ using localcloud::eventStream;
 using platform::KeyEvent;
 
 namespace {
-
 const platform::ForeignWindow editor{77, 4711, u"Editor"_s, u"editor"_s};
 constexpr platform::KeyChord chord{Qt::Key_O, Qt::ControlModifier | Qt::AltModifier};
 
@@ -45,9 +44,7 @@ class TestAppCoordinator : public QObject
 private Q_SLOTS:
     void init();
 
-    void theChordWorksBeforeAccessIsGranted();
     void accessIsAskedForAndWaitedFor();
-    void accessGrantedElsewhereEndsTheQuestion();
     void aDesktopWithoutSettingsLeavesAWayToGrantAccess();
     void aScreenThatMayNotBeReadLeadsToTheSettings();
     void aTakenChordLeavesTheDoubleTap();
@@ -55,16 +52,12 @@ private Q_SLOTS:
     void nobodySignedInOpensNoPanel_data();
     void nobodySignedInOpensNoPanel();
     void thePlanIsAskedForAsTheProgramIsUsed();
-    void blanksOpenAnEmptyPanel();
-    void whetherAFieldWaitsFollowsTheElement_data();
-    void whetherAFieldWaitsFollowsTheElement();
     void aResultThatCannotGoBackIsToldOf();
     void aTriggerDuringACaptureIsIgnored();
     void aTriggerDuringAnInsertionWaitsForItsEnd();
     void theEmptyPanelReadsNoSelection();
     void settingsTakeEffectAtOnce();
     void usageIsCounted();
-    void aResultIsReadAndSpokenAndReported();
 
 private:
     void start();
@@ -140,15 +133,6 @@ void TestAppCoordinator::doubleTap()
     m_time += 5s;
 }
 
-void TestAppCoordinator::theChordWorksBeforeAccessIsGranted()
-{
-    m_desktop->accessibility.setTrusted(false);
-    start();
-    QVERIFY(!m_desktop->keyEventTap.isRunning());
-    QVERIFY(m_desktop->hotKey.press(chord));
-    QTRY_VERIFY(panelShown());
-}
-
 void TestAppCoordinator::accessIsAskedForAndWaitedFor()
 {
     m_desktop->accessibility.setTrusted(false);
@@ -164,17 +148,6 @@ void TestAppCoordinator::accessIsAskedForAndWaitedFor()
     QTRY_VERIFY(m_desktop->keyEventTap.isRunning());
     QVERIFY(m_coordinator->uiState().accessibilityTrusted());
     QCOMPARE(changed.count(), 1);
-}
-
-void TestAppCoordinator::accessGrantedElsewhereEndsTheQuestion()
-{
-    m_desktop->accessibility.setTrusted(false);
-    start();
-    QVERIFY(alertButton(u"开启"_s));
-    m_desktop->accessibility.setTrusted(true);
-    QTRY_VERIFY(m_desktop->keyEventTap.isRunning());
-    QVERIFY(!alertButton(u"开启"_s));
-    QCOMPARE(m_desktop->accessibility.trustRequests(), 0);
 }
 
 void TestAppCoordinator::aDesktopWithoutSettingsLeavesAWayToGrantAccess()
@@ -294,42 +267,6 @@ void TestAppCoordinator::thePlanIsAskedForAsTheProgramIsUsed()
     QCOMPARE(m_server->requests().size(), 4);
 }
 
-void TestAppCoordinator::blanksOpenAnEmptyPanel()
-{
-    start();
-    m_desktop->accessibility.setElement(field(u" \n"_s));
-    doubleTap();
-    QVERIFY(panelShown());
-    QCOMPARE(m_coordinator->viewModel().mode(), PanelMode::Compose);
-    QCOMPARE(m_coordinator->viewModel().sourceText(), QString());
-    QCOMPARE(m_coordinator->viewModel().lastFocusContext()->scene, u"write"_s);
-    QVERIFY(requests().isEmpty());
-}
-
-void TestAppCoordinator::whetherAFieldWaitsFollowsTheElement_data()
-{
-    QTest::addColumn<QString>("role");
-    QTest::addColumn<bool>("known");
-    QTest::addColumn<bool>("waits");
-    QTest::newRow("a field") << u"AXTextArea"_s << true << true;
-    QTest::newRow("a page") << u"AXStaticText"_s << true << false;
-    QTest::newRow("nothing known") << QString() << false << true;
-}
-
-void TestAppCoordinator::whetherAFieldWaitsFollowsTheElement()
-{
-    QFETCH(QString, role);
-    QFETCH(bool, known);
-    start();
-    if (known) {
-        auto element = field(u"hello"_s);
-        element.role = role;
-        m_desktop->accessibility.setElement(element);
-    }
-    doubleTap();
-    QTEST(m_coordinator->viewModel().hasInsertTarget(), "waits");
-}
-
 void TestAppCoordinator::aResultThatCannotGoBackIsToldOf()
 {
     start();
@@ -412,29 +349,6 @@ void TestAppCoordinator::usageIsCounted()
     m_coordinator->viewModel().setSource(u"hello"_s, false, std::nullopt);
     QTRY_COMPARE(m_coordinator->usageStore().promptTokens(), 5);
     QCOMPARE(m_coordinator->usageStore().requestCount(), 1);
-}
-
-void TestAppCoordinator::aResultIsReadAndSpokenAndReported()
-{
-    m_desktop->japaneseTokenizer.setTokens({{u"譯文"_s, u"ヤクブン"_s, u"ヤクブン"_s}});
-    m_desktop->preferences.set(u"autoSpeak"_s, true);
-    start();
-    TranslationViewModel &session = m_coordinator->viewModel();
-    session.setSource(u"报价"_s, false, std::nullopt);
-    QTRY_COMPARE(session.reading(), u"やくぶん"_s);
-    QTRY_COMPARE(m_desktop->speechSynthesizer.utterances().size(), 1);
-    session.toggleVoice();
-    QTRY_COMPARE(m_desktop->speechRecognizer.locales(), QStringList(u"zh-CN"_s));
-
-    m_server->enqueue(localcloud::Answer::json(200, {}));
-    session.submitFeedback(u"tone"_s, QString());
-    QTRY_COMPARE(session.feedbackPhase(), FeedbackPhase::Sent);
-    QCOMPARE(requests().last().path, "/v1/feedback"_ba);
-    QCOMPARE(requests().last().header("Authorization"), "Bearer token"_ba);
-    m_desktop->secrets.remove(u"app.nivora"_s, u"session-token"_s);
-    session.submitFeedback(u"tone"_s, QString());
-    QTRY_COMPARE(session.feedbackPhase(), FeedbackPhase::Failed);
-    QCOMPARE(requests().size(), 2); // the translation and the first report
 }
 
 QTEST_MAIN(TestAppCoordinator)

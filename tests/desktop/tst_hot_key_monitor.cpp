@@ -9,7 +9,6 @@ using namespace std::chrono_literals;
 using platform::KeyEvent;
 
 namespace {
-
 constexpr auto left = KeyEvent::Key::LeftShift;
 constexpr auto right = KeyEvent::Key::RightShift;
 constexpr auto other = KeyEvent::Key::Other;
@@ -40,8 +39,6 @@ class TestHotKeyMonitor : public QObject
 private Q_SLOTS:
     void doubleTapsAreToldFromTyping_data();
     void doubleTapsAreToldFromTyping();
-    void aNewThresholdCountsAtOnce();
-    void startingTwiceTapsOnce();
     void aRefusedTapMayBeTriedAgain();
 };
 
@@ -89,30 +86,6 @@ void TestHotKeyMonitor::doubleTapsAreToldFromTyping()
     for (const KeyEvent &event : events)
         tap.send(event);
     QTEST(triggers, "triggers");
-}
-
-void TestHotKeyMonitor::aNewThresholdCountsAtOnce()
-{
-    memory::MemoryKeyEventTap tap;
-    HotKeyMonitor monitor(tap);
-    int triggers = 0;
-    monitor.onDoubleShift = [&] { ++triggers; };
-    QVERIFY(monitor.start());
-    tap.send(press(left, 1s));
-    monitor.thresholdMs = 500.5;
-    tap.send(press(left, 1500ms));
-    QCOMPARE(triggers, 1);
-}
-
-void TestHotKeyMonitor::startingTwiceTapsOnce()
-{
-    memory::MemoryKeyEventTap tap;
-    HotKeyMonitor monitor(tap);
-    QVERIFY(monitor.start());
-    QVERIFY(monitor.start());
-    QCOMPARE(tap.startAttempts(), 1);
-    tap.send(press(left, 1s)); // nobody to call is no harm
-    tap.send(press(left, 1100ms));
 }
 
 void TestHotKeyMonitor::aRefusedTapMayBeTriedAgain()

@@ -13,10 +13,7 @@ using namespace std::chrono_literals;
 using memory::MemoryClipboard;
 using platform::FocusedElement;
 
-Q_DECLARE_METATYPE(nivora::platform::FocusedElement)
-
 namespace {
-
 constexpr qint64 editorProcess = 4711;
 
 platform::ForeignWindow editorWindow(const QString &className = u"Editor"_s)
@@ -56,10 +53,6 @@ private Q_SLOTS:
     void init();
 
     void aFieldIsReadSilently();
-    void editabilityIsTheFirstRuleThatMatches_data();
-    void editabilityIsTheFirstRuleThatMatches();
-    void aPlaceIsOnlyGivenWhereItHelps_data();
-    void aPlaceIsOnlyGivenWhereItHelps();
     void primaryCountsWhereNothingElseIsKnown_data();
     void primaryCountsWhereNothingElseIsKnown();
     void primaryIsNotTakenWhereItMayBeAPassword();
@@ -70,12 +63,9 @@ private Q_SLOTS:
     void aClipboardThatCannotBeKeptIsNotTouched();
     void aProgramThatHangsIsNotAskedToCopy();
     void aTerminalIsSentNoKeyThatCouldHarm();
-    void aTerminalTakesTextAtItsPromptAlone_data();
-    void aTerminalTakesTextAtItsPromptAlone();
     void ourOwnWindowIsSentNoKey();
     void aProgramThatShowsMoreOnRequestIsAsked();
     void aStuckProgramDoesNotHoldTheTrigger();
-    void focusReportsGoThroughJson();
 
 private:
     std::unique_ptr<memory::MemoryDesktop> m_desktop;
@@ -114,82 +104,6 @@ void TestSelectionService::aFieldIsReadSilently()
     QVERIFY(m_desktop->keySynthesizer.presses().empty());
     QCOMPARE(m_desktop->clipboard.changeCount(), before);
     QCOMPARE(m_desktop->primarySelection.reads(), 0);
-}
-
-void TestSelectionService::editabilityIsTheFirstRuleThatMatches_data()
-{
-    QTest::addColumn<FocusedElement>("element");
-    QTest::addColumn<std::optional<bool>>("editable");
-    const auto row = [](const char *name, auto change, std::optional<bool> expected) {
-        FocusedElement element;
-        change(element);
-        QTest::newRow(name) << element << expected;
-    };
-    row(
-        "text field", [](auto &e) { e.role = u"AXTextField"_s; }, true);
-    row(
-        "combo box", [](auto &e) { e.role = u"AXComboBox"_s; }, true);
-    row(
-        "password", [](auto &e) { e.subrole = u"AXSecureTextField"_s; }, true);
-    row(
-        "settable value", [](auto &e) { e.valueSettable = true; }, true);
-    row(
-        "settable selection", [](auto &e) { e.selectedTextSettable = true; }, true);
-    row(
-        "a range only", [](auto &e) { e.selectedTextRange.emplace(); }, false);
-    row(
-        "a count only", [](auto &e) { e.characterCount = 0; }, false);
-    row(
-        "a line only", [](auto &e) { e.insertionPointLine = 0; }, false);
-    row(
-        "nothing", [](auto &e) { e.role = u"AXButton"_s; }, std::nullopt);
-}
-
-void TestSelectionService::editabilityIsTheFirstRuleThatMatches()
-{
-    QFETCH(FocusedElement, element);
-    QTEST(SelectionService::editability(element), "editable");
-}
-
-void TestSelectionService::aPlaceIsOnlyGivenWhereItHelps_data()
-{
-    QTest::addColumn<bool>("editable");
-    QTest::addColumn<QRectF>("bounds");
-    QTest::addColumn<QRectF>("frame");
-    QTest::addColumn<std::optional<QRectF>>("place");
-    const QRectF text(1, 2, 30, 18);
-    const QRectF small(5, 6, 300, 40);
-    const std::optional<QRectF> none;
-    QTest::newRow("the text itself") << true << text << small << std::optional(text);
-    QTest::newRow("a bare insertion point")
-        << true << QRectF(1, 2, 0, 18) << small << std::optional(QRectF(1, 2, 0, 18));
-    QTest::newRow("an empty rectangle gives way")
-        << true << QRectF(1, 2, 0, 0) << small << std::optional(small);
-    QTest::newRow("tall text gives way")
-        << true << QRectF(0, 0, 9, 121) << small << std::optional(small);
-    QTest::newRow("text as tall as allowed")
-        << true << QRectF(0, 0, 9, 120) << small << std::optional(QRectF(0, 0, 9, 120));
-    QTest::newRow("a container is no place") << true << QRectF() << QRectF(0, 0, 300, 401) << none;
-    QTest::newRow("a field without width") << true << QRectF() << QRectF(0, 0, 0, 20) << none;
-    QTest::newRow("a frame stands in for fields only") << false << QRectF() << small << none;
-}
-
-void TestSelectionService::aPlaceIsOnlyGivenWhereItHelps()
-{
-    QFETCH(bool, editable);
-    QFETCH(QRectF, bounds);
-    QFETCH(QRectF, frame);
-    FocusedElement element = field(u"text"_s);
-    element.selectedTextBounds = bounds;
-    element.frame = frame;
-    if (!editable) {
-        element.role = u"AXStaticText"_s;
-        element.valueSettable = false;
-    }
-    m_desktop->accessibility.setElement(element);
-    const auto selection = capture();
-    QCOMPARE(selection.focusedEditable, editable);
-    QTEST(selection.screenRect, "place");
 }
 
 void TestSelectionService::primaryCountsWhereNothingElseIsKnown_data()
@@ -292,27 +206,6 @@ void TestSelectionService::aTerminalIsSentNoKeyThatCouldHarm()
     }
 }
 
-void TestSelectionService::aTerminalTakesTextAtItsPromptAlone_data()
-{
-    QTest::addColumn<QString>("className");
-    QTest::addColumn<QString>("selected");
-    QTest::addColumn<bool>("editable");
-    QTest::newRow("a selection cannot be replaced") << u"Xfce4-terminal"_s << u"text"_s << false;
-    QTest::newRow("nothing selected") << u"Xfce4-terminal"_s << u""_s << true;
-    QTest::newRow("blanks count as nothing") << u"Xfce4-terminal"_s << u"  "_s << true;
-    QTest::newRow("no keys to paste with") << u"XTerm"_s << u""_s << false;
-}
-
-void TestSelectionService::aTerminalTakesTextAtItsPromptAlone()
-{
-    QFETCH(QString, className);
-    QFETCH(QString, selected);
-    m_desktop->windowSystem.setActiveWindow(editorWindow(className));
-    m_desktop->accessibility.setElement(field(selected));
-    QFETCH(bool, editable);
-    QCOMPARE(capture().focusedEditable, editable);
-}
-
 void TestSelectionService::ourOwnWindowIsSentNoKey()
 {
     auto own = editorWindow();
@@ -355,21 +248,6 @@ void TestSelectionService::aStuckProgramDoesNotHoldTheTrigger()
         QVERIFY2(elapsed.elapsed() < 1100, qPrintable(QString::number(elapsed.elapsed())));
         // Too little time is left to see a copy through.
         QVERIFY(m_desktop->keySynthesizer.presses().empty());
-    }
-}
-
-void TestSelectionService::focusReportsGoThroughJson()
-{
-    const platform::FocusDiag diag{u"ed\"it"_s, u"AXTextArea"_s, {},       u"nil"_s,
-                                   true,        {u"AXValue"_s},  u"read"_s};
-    const QByteArray json = diag.toJson();
-    QCOMPARE(json, R"({"app":"ed\"it","role":"AXTextArea","subrole":"","editable":"nil",)"
-                   R"("manualAX":true,"attrs":["AXValue"],"scene":"read"})"_ba);
-    QCOMPARE(platform::FocusDiag::fromJson(json), diag);
-    for (const char *key : {"app", "role", "subrole", "editable", "manualAX", "attrs", "scene"}) {
-        QJsonObject object = QJsonDocument::fromJson(json).object();
-        object.remove(QLatin1StringView(key));
-        QVERIFY2(!platform::FocusDiag::fromJson(QJsonDocument(object).toJson()), key);
     }
 }
 

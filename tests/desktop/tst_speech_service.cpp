@@ -70,33 +70,6 @@ private Q_SLOTS:
         QCOMPARE(m_synth.utterances()[0].rate, 0.4);
     }
 
-    void speaksFromTheFirstSoundToTheEnd_data()
-    {
-        QTest::addColumn<std::optional<End>>("end"); // absent: stop()
-        QTest::newRow("finished") << std::optional(End::Finished);
-        QTest::newRow("cancelled") << std::optional(End::Cancelled);
-        QTest::newRow("failed") << std::optional(End::Failed);
-        QTest::newRow("stopped") << std::optional<End>();
-    }
-
-    void speaksFromTheFirstSoundToTheEnd()
-    {
-        QFETCH(const std::optional<End>, end);
-        QSignalSpy changes(m_service.get(), &SpeechService::isSpeakingChanged);
-        m_service->speak(u"text"_s, u"en-US"_s, {}, 0.5);
-        QTRY_VERIFY(m_synth.isBusy());
-        QVERIFY(!m_service->isSpeaking());
-        m_synth.startSpeaking();
-        QVERIFY(m_service->isSpeaking());
-        if (end)
-            m_synth.endSpeaking(*end);
-        else
-            m_service->stop();
-        QVERIFY(!m_service->isSpeaking() && !m_synth.isBusy());
-        QCOMPARE(changes.size(), 2);
-        QCOMPARE(m_service->isAvailable(), end != End::Failed);
-    }
-
     void stopsBeforeTheVoicesAreKnown()
     {
         QSignalSpy voices(m_service.get(), &SpeechService::voicesChanged);

@@ -11,7 +11,6 @@ using memory::MemoryClipboard;
 using platform::KeyChord;
 
 namespace {
-
 const platform::ForeignWindow editor{77, 4711, u"Editor"_s, u"editor"_s};
 constexpr KeyChord paste{Qt::Key_V, Qt::ControlModifier};
 
@@ -30,12 +29,10 @@ private Q_SLOTS:
     void init();
 
     void theTextIsPastedAndTheClipboardComesBack();
-    void nothingHappensForAnEmptyText();
     void anEmptyClipboardIsEmptyAgain();
     void aSlowProgramIsWaitedFor();
     void anotherWindowIsNeverPastedInto();
     void aProgramThatHangsIsNotPastedInto();
-    void theClipboardComesBackWhenTheProgramEnds();
     void theFocusIsAskedForOnce();
     void aSecondTextKeepsTheUsersClipboard();
     void terminalsAreSentTheirOwnKeys_data();
@@ -68,15 +65,6 @@ void TestTextInsertionService::theTextIsPastedAndTheClipboardComesBack()
     QVERIFY(m_desktop->clipboard.isConcealed());
     QCOMPARE(m_desktop->keySynthesizer.presses(), std::vector{paste});
     QTRY_COMPARE(m_desktop->clipboard.contents(), usersContents());
-}
-
-void TestTextInsertionService::nothingHappensForAnEmptyText()
-{
-    TextInsertionService service(m_desktop->services());
-    service.insertViaPaste({}, editor);
-    QTest::qWait(150); // longer than it takes to the key press
-    QCOMPARE(presses(), 0u);
-    QCOMPARE(m_desktop->clipboard.contents(), usersContents());
 }
 
 void TestTextInsertionService::anEmptyClipboardIsEmptyAgain()
@@ -123,16 +111,6 @@ void TestTextInsertionService::aProgramThatHangsIsNotPastedInto()
     QTRY_VERIFY(!service.isUnderWay());
     QCOMPARE(presses(), 0u);
     QCOMPARE(m_desktop->clipboard.text(), u"x"_s);
-}
-
-void TestTextInsertionService::theClipboardComesBackWhenTheProgramEnds()
-{
-    {
-        TextInsertionService service(m_desktop->services());
-        service.insertViaPaste(u"x"_s, editor);
-        QTRY_COMPARE(m_desktop->clipboard.text(), u"x"_s);
-    }
-    QCOMPARE(m_desktop->clipboard.contents(), usersContents());
 }
 
 void TestTextInsertionService::theFocusIsAskedForOnce()
