@@ -80,16 +80,6 @@ private Q_SLOTS:
         QCOMPARE(verify(third).status, 400);
     }
 
-    void theGoogleButtonLeadsToALinkWithAToken()
-    {
-        QVERIFY(bodyOf(ask("GET", "/auth/google/start")).contains("/auth/google/finish"));
-        const Answer answer = ask("POST", "/auth/google/finish");
-        const QUrl link = QUrl::fromEncoded(headerValue(answer.headers, "Location"));
-        QCOMPARE(link.scheme(), u"nivora"_s);
-        const QString token = QUrlQuery(link).queryItemValue(u"token"_s);
-        QCOMPARE(ask("GET", "/billing/status", {}, token.toLatin1()).status, 200);
-    }
-
     void whatIsTranslatedIsCountedAndThePagesChangeThePlan()
     {
         const QByteArray token = m_accounts.issueToken(u"you@x"_s);
@@ -110,21 +100,6 @@ private Q_SLOTS:
             QCOMPARE(status()[u"plan"], QJsonValue(plan));
             QCOMPARE(ask("POST", target).status, 404); // pressed once
         }
-    }
-
-    void nobodyElsesTokenCounts_data()
-    {
-        QTest::addColumn<QByteArray>("method");
-        for (const char *each : {"POST /v1/translate", "POST /v1/feedback", "GET /billing/status",
-                                 "POST /billing/checkout", "POST /billing/portal"})
-            QTest::newRow(each) << QByteArray(each);
-    }
-    void nobodyElsesTokenCounts()
-    {
-        QFETCH(const QByteArray, method);
-        const QByteArrayList words = method.split(' ');
-        for (const QByteArray &token : {""_ba, "t"_ba})
-            QCOMPARE(ask(words[0], words[1], {}, token).status, 401);
     }
 };
 

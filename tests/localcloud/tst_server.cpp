@@ -18,7 +18,6 @@ using namespace nivora::localcloud;
 using namespace std::chrono_literals;
 
 namespace {
-
 class Client : public QTcpSocket
 {
 public:
@@ -84,83 +83,6 @@ class TestServer : public QObject
 private Q_SLOTS:
     void initTestCase() { QVERIFY(m_server.listen()); }
 
-    void recordsTheRequest()
-    {
-        Client client(m_server);
-        client.write("POST /p HTTP/1.1\r\nContent-Length: 5\r\n\r\nhe");
-        QVERIFY(client.waitForBytesWritten());
-        client.write(QByteArray("llo") + get);
-        QTRY_COMPARE(m_server.requests().size(), 2);
-        const Request first = m_server.requests().at(0);
-        QCOMPARE(first.method, "POST");
-        QCOMPARE(first.body, "hello");
-        const Request second = m_server.requests().at(1);
-        QCOMPARE(second.path, "/a");
-        QCOMPARE(second.query, "b=c");
-        QCOMPARE(second.header("X-Case"), "Value");
-        QVERIFY(second.hasHeader("x-empty"));
-        QVERIFY(!second.hasHeader("x-none"));
-        QCOMPARE(second.connection, first.connection);
-        QVERIFY(second.arrival >= first.arrival);
-    }
-
-    void refusesWhatItCannotRead_data()
-    {
-        QTest::addColumn<QByteArray>("request");
-        QTest::addColumn<QByteArray>("status");
-        QTest::newRow("no HTTP") << "hello\r\n\r\n"_ba
-                                 << "400"_ba;
-        QTest::newRow("bad field") << "GET / HTTP/1.1\r\nno colon\r\n\r\n"_ba
-                                   << "400"_ba;
-        QTest::newRow("bad length") << "GET / HTTP/1.1\r\nContent-Length: -1\r\n\r\n"_ba
-                                    << "400"_ba;
-        QTest::newRow("old version") << "GET / HTTP/1.0\r\n\r\n"_ba
-                                     << "505"_ba;
-        QTest::newRow("large body") << "POST / HTTP/1.1\r\nContent-Length: 8388609\r\n\r\n"_ba
-                                    << "413"_ba;
-        QTest::newRow("endless head")
-            << "GET / HTTP/1.1\r\nA: "_ba + QByteArray(70'000, 'x') << "431"_ba;
-    }
-    void refusesWhatItCannotRead()
-    {
-        QFETCH(QByteArray, request);
-        QFETCH(QByteArray, status);
-        const auto before = m_server.requests().size();
-        Client client(m_server);
-        client.write(request);
-        QTRY_VERIFY(client.received().startsWith("HTTP/1.1 " + status));
-        QCOMPARE(m_server.requests().size(), before);
-    }
-
-    void framesTheBody_data()
-    {
-        QTest::addColumn<int>("framing");
-        QTest::addColumn<QByteArray>("end");
-        QTest::newRow("chunked")
-            << int(Answer::Framing::Chunked)
-            << "Transfer-Encoding: chunked\r\n\r\n2\r\nab\r\n1\r\nc\r\n0\r\n\r\n"_ba;
-        QTest::newRow("length") << int(Answer::Framing::Length)
-                                << "Content-Length: 3\r\n\r\nabc"_ba;
-        QTest::newRow("until close")
-            << int(Answer::Framing::UntilClose) << "Connection: close\r\n\r\nabc"_ba;
-    }
-    void framesTheBody()
-    {
-        QFETCH(int, framing);
-        QFETCH(QByteArray, end);
-        Answer answer;
-        answer.framing = static_cast<Answer::Framing>(framing);
-        answer.steps = {step::Send{"ab"}, step::Send{"c"}};
-        m_server.enqueue(answer);
-        Client client(m_server);
-        client.write(get);
-        QTRY_COMPARE(client.received(), "HTTP/1.1 200 OK\r\n" + end);
-        if (answer.framing == Answer::Framing::UntilClose)
-            QTRY_COMPARE(client.state(), QAbstractSocket::UnconnectedState);
-        else
-            QCOMPARE(client.state(), QAbstractSocket::ConnectedState);
-    }
-
     void endsAsScripted_data()
     {
         QTest::addColumn<Step>("step");
@@ -211,42 +133,6 @@ private Q_SLOTS:
         for (const QByteArray &read : std::as_const(client.reads))
             split += !QString::fromUtf8(read).contains(u"日"_s) && read.contains('\xE6');
         QVERIFY(split > 0);
-    }
-
-    void waitsBeforeTheStatusLine()
-    {
-        m_server.enqueue(Answer::plain(200, "x", "text/plain").delayedBy(80ms));
-        Client client(m_server);
-        client.write(get);
-        QTRY_VERIFY(client.received().endsWith("x"));
-        const auto taken = std::chrono::steady_clock::now() - m_server.requests().last().arrival;
-        QVERIFY(taken >= 80ms);
-    }
-
-    void survivesAClientThatVanishes()
-    {
-        m_server.enqueue(eventStream(QStringList(50, u"piece"_s), {.pause = 2ms}));
-        {
-            Client client(m_server);
-            client.write(get);
-            QTRY_VERIFY(!client.reads.isEmpty());
-            QVERIFY(!m_server.findChildren<QTimer *>().isEmpty());
-        }
-        QTRY_COMPARE(m_server.openConnections(), 0);
-        QVERIFY(m_server.findChildren<QTimer *>().isEmpty());
-        m_server.enqueue(Answer::html(503));
-        Client next(m_server);
-        next.write(get);
-        QTRY_VERIFY(next.received().startsWith("HTTP/1.1 503"));
-    }
-
-    void refusesConnectionsAtTheRefusedAddress()
-    {
-        const QUrl refused = m_server.refusedUrl();
-        QTcpSocket socket;
-        socket.connectToHost(refused.host(), static_cast<quint16>(refused.port()));
-        QTRY_COMPARE(socket.error(), QAbstractSocket::ConnectionRefusedError);
-        QCOMPARE(m_server.refusedUrl(), refused);
     }
 };
 
