@@ -80,6 +80,8 @@ bool X11HotKey::reserve(Reserved &reserved)
     // The new before the old goes, so that there is no moment without.
     if (!take(wanted)) {
         giveUp(wanted, {});
+        // Whoever is told of the refusal finds the chord free for others already.
+        connection().synchronise();
         wanted = {};
     }
     giveUp(std::exchange(reserved.keys, wanted), reserved.keys);
