@@ -302,12 +302,21 @@ bool DesktopSession::startKeyring()
     return waitUntil(hasDefaultCollection, startBound) || fail(u"no unlocked keyring"_s);
 }
 
+std::vector<qint64> DesktopSession::serverProcessIds() const
+{
+    std::vector<qint64> processes{m_processes.front()->processId()};
+    if (m_windowManager)
+        processes.push_back(m_windowManager->processId());
+    return processes;
+}
+
 bool DesktopSession::startWindowManager()
 {
     const auto configFile = m_folder.filePath(u"openbox.xml"_s);
     if (!writeFile(configFile, windowManagerConfig))
         return fail(u"cannot write "_s + configFile);
-    if (!launch(u"openbox"_s, {u"--config-file"_s, configFile}))
+    m_windowManager = launch(u"openbox"_s, {u"--config-file"_s, configFile});
+    if (!m_windowManager)
         return false;
 
     const XcbConnection connection(xcb_connect(m_displayName.constData(), nullptr));

@@ -96,9 +96,10 @@ bool Product::start(const QJsonObject &preferences, const QMap<QString, QString>
     QDBusConnection::disconnectFromBus(connectionName);
     endWatch();
     if (owned && m_isWatched) {
-        m_watchdog = std::make_unique<Watchdog>(
-            m_session.busAddress(), u"app.nivora"_s, u"/app/nivora"_s,
-            std::vector<qint64>{m_process->processId(), m_session.serverProcessId()});
+        std::vector<qint64> processes = m_session.serverProcessIds();
+        processes.push_back(m_process->processId());
+        m_watchdog = std::make_unique<Watchdog>(m_session.busAddress(), u"app.nivora"_s,
+                                                u"/app/nivora"_s, std::move(processes));
     }
     return owned;
 }

@@ -44,7 +44,8 @@ public:
     QString error() const { return m_error; }
 
     QByteArray displayName() const { return m_displayName; } // ":17"
-    qint64 serverProcessId() const { return m_processes.front()->processId(); }
+    // The X server and the window manager, which now and then keeps all others off it.
+    std::vector<qint64> serverProcessIds() const;
     QString busAddress() const { return m_busAddress; }
     // Empty without accessibility.
     QString accessibilityBusAddress() const { return m_accessibilityBusAddress; }
@@ -98,6 +99,7 @@ private:
     QString m_accessibilityBusAddress;
     QString m_error;
     std::vector<std::unique_ptr<QProcess>> m_processes; // in order of their start
+    QProcess *m_windowManager = nullptr;                // one of them
     QProcess *m_keyring = nullptr;                      // one of them
     int m_launches = 0;
 };
