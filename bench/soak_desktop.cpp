@@ -24,8 +24,9 @@ using namespace nivora::test;
 namespace {
 
 constexpr auto fine = 2ms;
-// Threads of a pool live half a minute longer than their work.
-constexpr auto settleBound = 45s;
+// Threads of a pool live half a minute longer than their work, and the rows of the
+// history a minute longer than its window.
+constexpr auto settleBound = 100s;
 constexpr auto settleTime = 2s;
 // The history of a user of some years. The newest rows, which the product keeps in
 // memory once its window was open, are like those that will take their place.
@@ -294,7 +295,8 @@ ProcessState Soak::settle(const std::optional<ProcessState> &before)
     const auto isQuiet = [&] {
         waitUntil([] { return false; }, settleTime);
         now = state();
-        return before && now.descriptors <= before->descriptors && now.threads <= before->threads &&
+        return before && now.privateKiB <= before->privateKiB &&
+               now.descriptors <= before->descriptors && now.threads <= before->threads &&
                now.serverResources <= before->serverResources;
     };
     waitUntil(isQuiet, settleBound);

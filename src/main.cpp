@@ -2,9 +2,10 @@
 
 #include "platform_linux/core_dumps.h"
 #include "platform_linux/dbus_application.h"
+#include "platform_linux/heap_limits.h"
+#include "platform_linux/heap_trimmer.h"
 #include "platform_linux/launch_links.h"
 #include "platform_linux/linux_backend.h"
-#include "platform_linux/memory_arenas.h"
 #include "platform_linux/termination_signals.h"
 
 #include <QApplication>
@@ -19,7 +20,7 @@ using namespace nivora;
 int main(int argc, char *argv[])
 {
     linuxdesktop::forbidCoreDumps();
-    linuxdesktop::shareMemoryArenas();
+    linuxdesktop::limitHeaps();
     const QStringList links = linuxdesktop::takeLaunchLinks(argc, argv);
 
     // Other programs' windows are reached through the X server, also where it is
@@ -35,6 +36,7 @@ int main(int argc, char *argv[])
     QApplication application(argc, argv);
     QApplication::setStyle(QStyleFactory::create(u"Fusion"_s));
 
+    const linuxdesktop::HeapTrimmer heapTrimmer(application);
     const linuxdesktop::TerminationSignals termination;
     QObject::connect(&termination, &linuxdesktop::TerminationSignals::received, &application,
                      &QCoreApplication::quit);
