@@ -11,7 +11,8 @@ namespace nivora {
 namespace {
 
 constexpr int firstRows = 40; // more than a window of usual height shows
-constexpr int furtherRows = 100;
+// Some milliseconds of laying out: the window answers meanwhile.
+constexpr int furtherRows = 20;
 
 // Where the entries begin to differ from the shown ones.
 int difference(const std::vector<HistoryEntry> &shown, int count,

@@ -31,6 +31,9 @@ constexpr QSize buttonSize(22, 18);
 // More than eight lines of a window as wide as a screen hold.
 constexpr int mostCharacters = 2000;
 constexpr int mostLines = 8;
+// In pixels: less than the narrowest letter and than any character of full width take.
+constexpr int narrowAdvance = 2;
+constexpr int wideAdvance = 10;
 
 constexpr qsizetype mostHeights = 20'000;
 
@@ -44,12 +47,37 @@ Language targetOf(const HistoryEntry &entry)
     return languageFromRawValue(entry.to).value_or(Language::Chinese);
 }
 
-QString beginning(const QString &text)
+QString beginning(const QString &text, qsizetype most = mostCharacters)
 {
-    if (text.size() <= mostCharacters)
+    if (text.size() <= most)
         return text;
-    const bool splits = text[mostCharacters - 1].isHighSurrogate();
-    return text.left(mostCharacters - (splits ? 1 : 0)) + u'…';
+    const bool splits = most > 0 && text[most - 1].isHighSurrogate();
+    return text.left(most - (splits ? 1 : 0)) + u'…';
+}
+
+// Kana, ideographs, syllables of Hangul: what is shown in full width by every font.
+bool isWide(QChar character)
+{
+    const char16_t code = character.unicode();
+    return (code >= 0x3041 && code < 0xA000) || (code >= 0xAC00 && code < 0xD7A4);
+}
+
+// How much of a text has room in all lines of this width, and rather more than less:
+// to lay out all of a long text takes its time.
+qsizetype roomFor(const QString &text, int width)
+{
+    int lines = 0;
+    int filled = 0;
+    qsizetype end = 0;
+    for (; end < text.size() && end < mostCharacters; ++end) {
+        filled += isWide(text[end]) ? wideAdvance : narrowAdvance;
+        if (text[end] == u'\n' || filled > width) {
+            filled = 0;
+            if (++lines > mostLines)
+                break;
+        }
+    }
+    return end;
 }
 
 void layOut(TextFlow &flow, const QString &text, Language language, int width)
@@ -61,7 +89,7 @@ void layOut(TextFlow &flow, const QString &text, Language language, int width)
         flow.append(shown);
         flow.layOut(QDeadlineTimer(QDeadlineTimer::Forever));
     };
-    set(beginning(text));
+    set(beginning(text, roomFor(text, width)));
     const QRectF line = flow.caretAt(0);
     const int most = qRound(line.top() + line.height() * mostLines);
     // The last line ends early enough for the mark, after a try or two.

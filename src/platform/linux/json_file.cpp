@@ -3,8 +3,9 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QSaveFile>
+#include <QTemporaryFile>
 
+#include <cstdio>
 #include <fcntl.h>
 #include <sys/file.h>
 #include <sys/stat.h>
@@ -32,6 +33,29 @@ QString followLinks(const QString &path)
         info.setFile(info.symLinkTarget());
     return info.filePath();
 }
+
+// Tells the disk to keep what is in this file, once it is run; a file that was replaced
+// before that need not be kept.
+class DiskSync final : public QRunnable
+{
+public:
+    explicit DiskSync(int descriptor)
+        : m_descriptor(::dup(descriptor))
+    {
+    }
+    ~DiskSync() override
+    {
+        if (m_descriptor >= 0)
+            ::close(m_descriptor);
+    }
+    DiskSync(const DiskSync &) = delete;
+    DiskSync &operator=(const DiskSync &) = delete;
+
+    void run() override { ::fdatasync(m_descriptor); }
+
+private:
+    int m_descriptor;
+};
 
 } // namespace
 
@@ -70,13 +94,26 @@ JsonFile::State JsonFile::read(QJsonObject &object) const
     return State::Object;
 }
 
-bool JsonFile::write(const QJsonObject &object) const
+JsonFile::JsonFile(QString path)
+    : m_path(std::move(path))
 {
-    QSaveFile file(followLinks(m_path));
-    if (!file.open(QIODevice::WriteOnly) || !file.setPermissions(ownerOnly))
+    m_disk.setMaxThreadCount(1);
+}
+
+bool JsonFile::write(const QJsonObject &object)
+{
+    const QString path = followLinks(m_path);
+    // Readable by the user alone, as all temporary files are.
+    QTemporaryFile file(path + ".XXXXXX"_L1);
+    const QByteArray text = QJsonDocument(object).toJson();
+    if (!file.open() || file.write(text) != text.size() || !file.flush() ||
+        std::rename(QFile::encodeName(file.fileName()).constData(),
+                    QFile::encodeName(path).constData()) != 0)
         return false;
-    file.write(QJsonDocument(object).toJson());
-    return file.commit();
+    file.setAutoRemove(false);
+    m_disk.clear();
+    m_disk.start(new DiskSync(file.handle()));
+    return true;
 }
 
 bool JsonFile::keepAside() const

@@ -2,6 +2,7 @@
 
 #include <QJsonObject>
 #include <QString>
+#include <QThreadPool>
 
 #include <functional>
 #include <optional>
@@ -57,18 +58,17 @@ public:
         bool operator==(const Stamp &) const = default;
     };
 
-    explicit JsonFile(QString path)
-        : m_path(std::move(path))
-    {
-    }
+    explicit JsonFile(QString path);
 
     // Fills `object` when the answer is State::Object.
     State read(QJsonObject &object) const;
     // What is there now; absent when nothing is.
     std::optional<Stamp> version() const;
     // Replaces the file in one step. False, with the old file intact, when that
-    // cannot be done.
-    bool write(const QJsonObject &object) const;
+    // cannot be done. The disk, which may be busy for seconds, is waited for by a
+    // thread: from here on every process reads the new text, and a crash costs nothing,
+    // but until then a power cut may.
+    bool write(const QJsonObject &object);
     // Gives the file a name that nothing has yet. False if it could not.
     bool keepAside() const;
     // Makes the folder if need be. False if it could not.
@@ -79,6 +79,7 @@ public:
 
 private:
     QString m_path;
+    QThreadPool m_disk; // at work on the last write, at most one thread
 };
 
 } // namespace nivora::linuxdesktop
