@@ -28,7 +28,6 @@ using test::Editor;
 using test::millisecondsBetween;
 
 namespace {
-
 struct Reading
 {
     std::optional<FocusedElement> element;
@@ -49,41 +48,7 @@ Reading read(AtspiAccessibility &accessibility)
     return reading;
 }
 
-// The session's windows as they are, except while one of ours is meant to be
-// active.
-class Windows final : public platform::WindowSystem
-{
-public:
-    explicit Windows(platform::WindowSystem &real)
-        : m_real(real)
-    {
-    }
-
-    std::optional<platform::ForeignWindow> activeWindow() const override
-    {
-        if (oursIsActive)
-            return platform::ForeignWindow{.id = 1,
-                                           .processId = QCoreApplication::applicationPid(),
-                                           .className = {},
-                                           .instanceName = {}};
-        return m_real.activeWindow();
-    }
-    bool hasInputFocus(platform::WindowId window) const override
-    {
-        return m_real.hasInputFocus(window);
-    }
-    void requestActivation(platform::WindowId window) override { m_real.requestActivation(window); }
-    bool isCompositing() const override { return m_real.isCompositing(); }
-
-    bool oursIsActive = false;
-
-private:
-    platform::WindowSystem &m_real;
-};
-
 } // namespace
-
-Q_DECLARE_METATYPE(Editor::Toolkit)
 
 // Against real editors on a desktop of its own.
 class tst_atspi_accessibility : public QObject
@@ -98,7 +63,6 @@ private Q_SLOTS:
         m_user = std::make_unique<test::X11Driver>(m_session->displayName());
         m_tree = std::make_unique<test::AccessibilityTree>(m_session->accessibilityBusAddress());
         m_x11 = std::make_unique<linuxdesktop::X11Desktop>(m_session->displayName());
-        m_windows = std::make_unique<Windows>(m_x11->windowSystem());
         m_editor = std::make_unique<Editor>(*m_session, *m_user, *m_tree);
     }
 
@@ -106,7 +70,6 @@ private Q_SLOTS:
     {
         m_accessibility.reset();
         m_editor.reset();
-        m_windows.reset();
         m_x11.reset();
         m_tree.reset();
         m_user.reset();
@@ -148,7 +111,7 @@ private Q_SLOTS:
         QCOMPARE(element->role, u"AXTextArea"_s);
         QVERIFY(element->valueSettable && element->selectedTextSettable);
         QVERIFY(element->attributes.contains(u"AXSelectedTextRange"_s));
-        QCOMPARE(element->processId, m_windows->activeWindow()->processId);
+        QCOMPARE(element->processId, m_x11->windowSystem().activeWindow()->processId);
         QCOMPARE(element->applicationId,
                  toolkit == Editor::Toolkit::Gtk ? u"mousepad"_s : u"focuswriter"_s);
         QVERIFY(!element->applicationName.isEmpty());
@@ -162,82 +125,12 @@ private Q_SLOTS:
         QCOMPARE(element->frame->toRect(), m_editor->textArea());
     }
 
-    void readsTheInsertionPoint_data()
-    {
-        QTest::addColumn<Editor::Toolkit>("toolkit");
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<quint32>("key");
-        for (const auto toolkit : {Editor::Toolkit::Gtk, Editor::Toolkit::Qt}) {
-            const char *name = toolkit == Editor::Toolkit::Gtk ? "GTK" : "Qt";
-            QTest::addRow("%s, start", name) << toolkit << u"word \U0001F388"_s << quint32(XK_Home);
-            QTest::addRow("%s, end", name) << toolkit << u"word \U0001F388"_s << quint32(XK_End);
-            QTest::addRow("%s, empty", name) << toolkit << QString() << quint32(XK_End);
-        }
-    }
-
-    void readsTheInsertionPoint()
-    {
-        QFETCH(const Editor::Toolkit, toolkit);
-        QFETCH(const QString, text);
-        QFETCH(const quint32, key);
-        start();
-        QVERIFY(m_editor->open(toolkit, text));
-
-        // FocusWriter puts the caret where it likes for a while after its start.
-        std::optional<FocusedElement> element;
-        const bool atEnd = key == XK_End && !text.isEmpty();
-        QVERIFY(test::waitUntil(
-            [&] {
-                m_user->press({XK_Control_L, key});
-                element = read(*m_accessibility).element;
-                return element && element->selectedTextRange &&
-                       (element->selectedTextRange->location > 0) == atEnd;
-            },
-            5s, 100ms));
-        QCOMPARE(element->selectedText, QString());
-        QCOMPARE(element->selectedTextRange->length, 0);
-        QVERIFY(element->frame);
-        if (toolkit == Editor::Toolkit::Qt && text.isEmpty()) {
-            // Qt knows of no place where there is no character.
-            QVERIFY(!element->selectedTextBounds);
-            return;
-        }
-        QVERIFY(element->selectedTextBounds);
-        QCOMPARE(element->selectedTextBounds->width(), 0);
-        QVERIFY(element->selectedTextBounds->height() > 5);
-        const auto inset = element->selectedTextBounds->left() - element->frame->left();
-        if (atEnd)
-            QVERIFY2(inset > 20, qPrintable(QString::number(inset)));
-    }
-
-    void timeOfReading()
-    {
-        start();
-        QVERIFY(m_editor->open(Editor::Toolkit::Gtk, u"a sentence of usual length"_s));
-        QVERIFY(m_editor->selectAll());
-        QBENCHMARK
-        {
-            QVERIFY(read(*m_accessibility).element);
-        }
-    }
-
-    void ourOwnWindowStandsForTheLastForeignOne()
-    {
-        start();
-        QVERIFY(m_editor->open(Editor::Toolkit::Gtk, u"behind"_s));
-        QVERIFY(m_editor->selectAll());
-        m_windows->oursIsActive = true;
-        const auto [element, took] = read(*m_accessibility);
-        QVERIFY(element);
-        QCOMPARE(element->selectedText, u"behind"_s);
-    }
-
     void stoppedApplicationCostsOneBound()
     {
         start();
         QVERIFY(m_editor->open(Editor::Toolkit::Gtk, u"asleep"_s));
         QVERIFY(read(*m_accessibility).element);
-        const auto process = static_cast<pid_t>(m_windows->activeWindow()->processId);
+        const auto process = static_cast<pid_t>(m_x11->windowSystem().activeWindow()->processId);
         ::kill(process, SIGSTOP);
         for (int i = 0; i < 2; ++i) {
             const auto [element, took] = read(*m_accessibility);
@@ -253,7 +146,7 @@ private Q_SLOTS:
         start();
         QVERIFY(m_editor->open(Editor::Toolkit::Gtk, u"asleep"_s));
         QVERIFY(read(*m_accessibility).element);
-        const auto process = static_cast<pid_t>(m_windows->activeWindow()->processId);
+        const auto process = static_cast<pid_t>(m_x11->windowSystem().activeWindow()->processId);
         ::kill(process, SIGSTOP);
         const auto task =
             m_accessibility->readFocusedElement([](const auto &) { QFAIL("not to be delivered"); });
@@ -261,19 +154,6 @@ private Q_SLOTS:
         m_accessibility.reset();
         QVERIFY(millisecondsBetween(begin, Clock::now()) < 500);
         ::kill(process, SIGCONT);
-    }
-
-    void closedApplicationIsAbsent()
-    {
-        start();
-        QVERIFY(m_editor->open(Editor::Toolkit::Gtk, u"short-lived"_s));
-        QVERIFY(read(*m_accessibility).element);
-        m_editor.reset();
-        QTRY_VERIFY(!m_windows->activeWindow());
-        m_windows->oursIsActive = true;
-        const auto [element, took] = read(*m_accessibility);
-        QVERIFY(!element);
-        QVERIFY(took < 100);
     }
 
     void trustFollowsTheSwitch()
@@ -306,7 +186,7 @@ private Q_SLOTS:
 
     void withoutABusItIsAbsentAtOnce()
     {
-        AtspiAccessibility accessibility(u"unix:path=/nonexistent/bus"_s, *m_windows,
+        AtspiAccessibility accessibility(u"unix:path=/nonexistent/bus"_s, m_x11->windowSystem(),
                                          [](qint64) { return 1; });
         const auto begin = Clock::now();
         QVERIFY(!accessibility.isTrusted());
@@ -320,8 +200,8 @@ private Q_SLOTS:
 private:
     void start()
     {
-        m_accessibility = std::make_unique<AtspiAccessibility>(m_session->busAddress(), *m_windows,
-                                                               [](qint64) { return 1; });
+        m_accessibility = std::make_unique<AtspiAccessibility>(
+            m_session->busAddress(), m_x11->windowSystem(), [](qint64) { return 1; });
         const auto begin = Clock::now();
         QVERIFY(m_accessibility->isTrusted());
         QVERIFY(millisecondsBetween(begin, Clock::now()) < 300);
@@ -357,7 +237,6 @@ private:
     std::unique_ptr<test::X11Driver> m_user;
     std::unique_ptr<test::AccessibilityTree> m_tree;
     std::unique_ptr<linuxdesktop::X11Desktop> m_x11;
-    std::unique_ptr<Windows> m_windows;
     std::unique_ptr<Editor> m_editor;
     std::unique_ptr<AtspiAccessibility> m_accessibility;
 };

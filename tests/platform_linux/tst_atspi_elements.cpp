@@ -18,8 +18,6 @@ using namespace std::chrono_literals;
 using namespace nivora;
 using platform::FocusedElement;
 
-Q_DECLARE_METATYPE(std::optional<QString>)
-
 namespace {
 
 // A program on the accessibility bus whose elements answer what the script says.
@@ -336,6 +334,9 @@ private Q_SLOTS:
             QVERIFY(found);
             QCOMPARE(found->role, u"AXTextField"_s);
         }
+        // Nor one that has closed.
+        m_session.end(std::exchange(m_process, nullptr));
+        QTRY_VERIFY(!read());
         QDBusConnection::disconnectFromBus(u"program"_s);
     }
 

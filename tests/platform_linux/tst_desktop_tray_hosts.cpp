@@ -16,7 +16,6 @@ using namespace nivora;
 using namespace nivora::test;
 
 namespace {
-
 // Takes calls and never answers.
 class Silence : public QDBusVirtualObject
 {
@@ -37,28 +36,6 @@ private Q_SLOTS:
         QVERIFY2(m_session.start({.windowManager = false, .accessibility = false}),
                  qUtf8Printable(m_session.error()));
         qputenv("DBUS_SESSION_BUS_ADDRESS", m_session.busAddress().toUtf8());
-    }
-
-    void bothKindsOfTrayAreSeenToComeAndGo()
-    {
-        linuxdesktop::X11Desktop x11(m_session.displayName());
-        linuxdesktop::DesktopTrayHosts hosts(x11.trayManager());
-        std::optional<bool> present;
-        const auto watch = hosts.watch([&](bool now) { present = now; });
-        QVERIFY(!present);
-        QTRY_COMPARE(present, std::optional(false));
-
-        StatusNotifierHost host(m_session.busAddress());
-        QVERIFY(host.appear());
-        QTRY_COMPARE(present, std::optional(true));
-        host.vanish();
-        QTRY_COMPARE(present, std::optional(false));
-
-        std::optional<X11Peer> tray(m_session.displayName());
-        tray->own(tray->atom("_NET_SYSTEM_TRAY_S0"), tray->createWindow(0));
-        QTRY_COMPARE(present, std::optional(true));
-        tray.reset();
-        QTRY_COMPARE(present, std::optional(false));
     }
 
     // To show an icon would mean to wait for it.

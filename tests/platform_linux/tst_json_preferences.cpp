@@ -16,10 +16,7 @@ using linuxdesktop::JsonPreferences;
 using platform::PreferenceChange;
 using platform::PreferenceValue;
 
-Q_DECLARE_METATYPE(PreferenceValue)
-
 namespace {
-
 // The other process of the tests below, in this same program.
 int writeNumbers(const QString &path, const QString &prefix, int count)
 {
@@ -150,12 +147,6 @@ private Q_SLOTS:
                  owner | QFile::ExeOwner | QFile::ExeUser);
     }
 
-    void readingWritesNothing()
-    {
-        QVERIFY(!JsonPreferences(m_path).value(u"key"_s));
-        QVERIFY(!QFileInfo::exists(QFileInfo(m_path).path()));
-    }
-
     void corruptFileIsKeptAside_data()
     {
         QTest::addColumn<QByteArray>("content");
@@ -211,17 +202,6 @@ private Q_SLOTS:
         }
     }
 
-    void twoInstancesKeepEachOthersChanges()
-    {
-        JsonPreferences one(m_path);
-        JsonPreferences two(m_path);
-        one.set(u"a"_s, 1);
-        two.set(u"b"_s, 2);
-        one.remove(u"a"_s);
-        two.set(u"c"_s, 3);
-        QCOMPARE(readObject(), (QJsonObject{{u"b"_s, 2}, {u"c"_s, 3}}));
-    }
-
     void twoProcessesKeepEachOthersChanges()
     {
         const auto one = startWriter(m_path, u"one"_s, 200);
@@ -259,19 +239,6 @@ private Q_SLOTS:
         QCOMPARE(JsonPreferences(m_path).integer(u"key"_s), 4);
     }
 
-    void busyProcessDelaysAChange()
-    {
-        JsonPreferences preferences(m_path);
-        preferences.set(u"key"_s, 1);
-        QFile lock(m_path + u".lock"_s);
-        QVERIFY(lock.open(QIODevice::ReadWrite));
-        QCOMPARE(::flock(lock.handle(), LOCK_EX | LOCK_NB), 0);
-        preferences.set(u"key"_s, 2);
-        QCOMPARE(JsonPreferences(m_path).integer(u"key"_s), 1);
-        lock.close();
-        QTRY_COMPARE(JsonPreferences(m_path).integer(u"key"_s), 2);
-    }
-
     void withoutAFolderItWorksInMemoryUntilThereIsOne()
     {
         QFile blocker(QFileInfo(m_path).path());
@@ -295,18 +262,6 @@ private Q_SLOTS:
         preferences.set(u"one"_s, 1);
         QCOMPARE(preferences.integer(u"one"_s), 1);
         QVERIFY(QFileInfo(m_path).isDir());
-    }
-
-    void timeOfOneChange()
-    {
-        JsonPreferences preferences(m_path);
-        for (int i = 0; i < 60; ++i)
-            preferences.set(u"key%1"_s.arg(i), u"a value of usual length"_s);
-        QBENCHMARK
-        {
-            preferences.set(u"key1"_s, true);
-        }
-        QCOMPARE(JsonPreferences(m_path).boolean(u"key1"_s), true);
     }
 
 private:

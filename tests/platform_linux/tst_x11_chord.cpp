@@ -21,13 +21,10 @@ private Q_SLOTS:
     }
     void cleanup() { closeWindow(); }
 
-    void firesWhateverTheLocks_data();
-    void firesWhateverTheLocks();
     void firesOncePerPress();
     void isLeftToAnotherProgramThatHasIt();
     void followsTheLayout_data();
     void followsTheLayout();
-    void worksOnALayoutWithoutLatinLetters();
     void pressInAnswerReachesTheWindow();
 
 private:
@@ -53,33 +50,6 @@ private:
 
     int m_fired = 0;
 };
-
-void TestX11Chord::firesWhateverTheLocks_data()
-{
-    QTest::addColumn<Symbols>("locks");
-    QTest::newRow("none") << Symbols{};
-    QTest::newRow("CapsLock") << Symbols{XK_Caps_Lock};
-    QTest::newRow("NumLock") << Symbols{XK_Num_Lock};
-    QTest::newRow("both") << Symbols{XK_Caps_Lock, XK_Num_Lock};
-}
-
-void TestX11Chord::firesWhateverTheLocks()
-{
-    QFETCH(const Symbols, locks);
-    QVERIFY(grab());
-
-    for (const auto lock : locks)
-        m_user->press({lock});
-    m_user->press({XK_Control_L, XK_Alt_L, XK_o});
-    m_user->press({XK_Control_L, XK_Alt_L, XK_o});
-    m_user->press({XK_Control_L, XK_o});
-    for (const auto lock : locks)
-        m_user->press({lock});
-
-    // The last, with one modifier less, belongs to the window.
-    QTRY_VERIFY(m_window->typed.size() > 0);
-    QTRY_COMPARE(m_fired, 2);
-}
 
 void TestX11Chord::firesOncePerPress()
 {
@@ -155,25 +125,6 @@ void TestX11Chord::followsTheLayout()
     }
     QVERIFY(setLayouts({u"us"_s}));
     QTRY_VERIFY(fires(XK_o));
-}
-
-void TestX11Chord::worksOnALayoutWithoutLatinLetters()
-{
-    const auto restore = qScopeGuard([&] { setLayouts({u"us"_s, u"-option"_s}); });
-    QVERIFY(grab());
-    QVERIFY(setLayouts({u"us,ru"_s, u"-option"_s, u"grp:caps_toggle"_s}));
-    m_user->press({XK_Caps_Lock}); // changes to the second layout now
-    constexpr int secondLayout = 1 << 13;
-    const auto pointer = X11Peer::hold(xcb_query_pointer_reply(
-        m_window->peer().xcb(), xcb_query_pointer(m_window->peer().xcb(), m_window->peer().root()),
-        nullptr));
-    QVERIFY(pointer->mask & secondLayout);
-
-    QTRY_VERIFY(fires(XK_o));
-    m_window->typed.clear();
-    QVERIFY(m_desktop->keySynthesizer().press({Qt::Key_V, Qt::ControlModifier}));
-    QTRY_COMPARE(m_window->typed.value(1), m_window->code(XK_v, XCB_MOD_MASK_CONTROL));
-    m_user->press({XK_Caps_Lock}); // back to the first
 }
 
 void TestX11Chord::pressInAnswerReachesTheWindow()

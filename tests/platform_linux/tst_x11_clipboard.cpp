@@ -1,6 +1,6 @@
-#include "clipboard_reading.h"
 #include "platform_linux/x11_desktop.h"
 #include "support/clipboard_peer.h"
+#include "support/clipboard_reading.h"
 #include "support/desktop_session.h"
 
 #include <QElapsedTimer>
@@ -35,11 +35,7 @@ private Q_SLOTS:
     void sixMegabytesComeFromAndGoToOtherPrograms();
     void textIsOfferedInTheFormsThatFitIt_data();
     void textIsOfferedInTheFormsThatFitIt();
-    void concealedTextAsksManagersToLookAway();
-    void fetchesOfDataByOthersAreCounted();
     void severalTargetsAreConvertedAtOnce();
-    void emptyContentsEmptyTheClipboard();
-    void changesAreCounted();
     void managerTakesOverAtTheEnd_data();
     void managerTakesOverAtTheEnd();
 
@@ -133,31 +129,6 @@ void TestX11Clipboard::textIsOfferedInTheFormsThatFitIt()
     QCOMPARE(readText(clipboard()), text);
 }
 
-void TestX11Clipboard::concealedTextAsksManagersToLookAway()
-{
-    clipboard().setText(u"lent"_s, Clipboard::Privacy::Concealed);
-    const test::ClipboardPeer reader(m_session);
-    QTRY_COMPARE(reader.read("x-kde-passwordManagerHint"), QByteArray("secret"));
-    QCOMPARE(clipboard().fetchCount(), 0); // a manager that looks has not used the text
-    QCOMPARE(reader.text(), u"lent"_s);
-}
-
-void TestX11Clipboard::fetchesOfDataByOthersAreCounted()
-{
-    const test::ClipboardPeer reader(m_session);
-    clipboard().setText(u"text"_s);
-    QTRY_VERIFY(reader.formats().contains("UTF8_STRING"));
-    QCOMPARE(readText(clipboard()), u"text"_s);
-    QCOMPARE(clipboard().fetchCount(), 0);
-    QVERIFY(reader.text());
-    QTRY_COMPARE(clipboard().fetchCount(), 1);
-    QVERIFY(reader.read("STRING"));
-    QTRY_COMPARE(clipboard().fetchCount(), 2);
-    QCOMPARE(clipboard().fetchCount(QCoreApplication::applicationPid()), 0); // not by this one
-    clipboard().setText(u"another"_s);
-    QCOMPARE(clipboard().fetchCount(), 0);
-}
-
 void TestX11Clipboard::severalTargetsAreConvertedAtOnce()
 {
     clipboard().setText(u"text"_s);
@@ -186,42 +157,6 @@ void TestX11Clipboard::severalTargetsAreConvertedAtOnce()
     const xcb_atom_t struck[] = {pairs[0], pairs[1], pairs[2], XCB_NONE};
     QCOMPARE(peer.property(window, list),
              QByteArray(reinterpret_cast<const char *>(struck), sizeof struck));
-}
-
-void TestX11Clipboard::emptyContentsEmptyTheClipboard()
-{
-    const test::ClipboardPeer reader(m_session);
-    test::ClipboardPeer owner(m_session);
-    QVERIFY(owner.offerText(u"another's"_s));
-    clipboard().setContents({});
-    QCOMPARE(readAll(clipboard()), ClipboardContents{});
-    QVERIFY(!owner.owns());
-
-    clipboard().setText(u"ours"_s);
-    QCOMPARE(readText(clipboard()), u"ours"_s);
-    clipboard().setContents({});
-    QCOMPARE(readAll(clipboard()), ClipboardContents{});
-    QCOMPARE(readText(clipboard()), std::nullopt);
-    QVERIFY(reader.formats().isEmpty());
-}
-
-void TestX11Clipboard::changesAreCounted()
-{
-    test::ClipboardPeer other(m_session);
-    QCOMPARE(clipboard().changeCount(), 0u);
-    clipboard().setText(u"ours"_s);
-    QCOMPARE(clipboard().changeCount(), 1u);
-    QVERIFY(other.offerText(u"another's"_s));
-    QTRY_COMPARE(clipboard().changeCount(), 2u);
-    QVERIFY(other.offerText(u"another's again"_s));
-    QTRY_COMPARE(clipboard().changeCount(), 3u);
-    clipboard().setContents({});
-    QCOMPARE(clipboard().changeCount(), 4u);
-    clipboard().setText(u"ours"_s);
-    // By the time that this is answered all of the above has been seen.
-    QCOMPARE(readText(clipboard()), u"ours"_s);
-    QVERIFY(other.offerText(u"another's"_s));
-    QTRY_COMPARE(clipboard().changeCount(), 6u);
 }
 
 void TestX11Clipboard::managerTakesOverAtTheEnd_data()

@@ -1,5 +1,7 @@
 #include "keyboard_test.h"
 
+#include "platform/idle_monitor.h"
+
 #include <xcb/xcbext.h>
 
 // Its members bear a name that C++ has taken.
@@ -16,7 +18,6 @@ using namespace Qt::Literals::StringLiterals;
 using platform::KeyEvent;
 
 namespace {
-
 // "D" for a key, "M" for a modifier; "L", "R" or "-" for the key; "^" if Shift is held.
 QString describe(const KeyEvent &event)
 {
@@ -59,12 +60,11 @@ private Q_SLOTS:
     void tapReports();
     void tapMissesNothingWhileTheProgramIsBusy_data();
     void tapMissesNothingWhileTheProgramIsBusy();
-    void tapSeesKeysWhileAnotherProgramHasTheKeyboard();
     void tapDoesNotReportOwnKeys();
-    void tapLosesNothingToTheChord();
     void pressArrivesAlone_data();
     void pressArrivesAlone();
     void pressOfAKeyThatIsMissingFails();
+    void aTouchPutsTheIdleAlarmOff();
 
 private:
     QStringList m_events;
@@ -155,20 +155,6 @@ void TestX11Keys::tapMissesNothingWhileTheProgramIsBusy()
     }
 }
 
-void TestX11Keys::tapSeesKeysWhileAnotherProgramHasTheKeyboard()
-{
-    X11Peer &peer = m_window->peer();
-    const auto grab = X11Peer::hold(
-        xcb_grab_keyboard_reply(peer.xcb(),
-                                xcb_grab_keyboard(peer.xcb(), 0, peer.root(), XCB_CURRENT_TIME,
-                                                  XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC),
-                                nullptr));
-    QCOMPARE(int(grab->status), int(XCB_GRAB_STATUS_SUCCESS));
-    m_user->press({XK_Shift_L});
-    m_user->press({XK_Shift_L});
-    QTRY_COMPARE(m_events.join(u' '), u"ML^ ML ML^ ML"_s);
-}
-
 void TestX11Keys::tapDoesNotReportOwnKeys()
 {
     m_user->hold(XK_Shift_L);
@@ -178,17 +164,6 @@ void TestX11Keys::tapDoesNotReportOwnKeys()
     // Another program's are as good as the user's, on the very same keys.
     m_user->press({XK_Control_L, XK_v});
     QTRY_COMPARE(m_events.join(u' '), u"ML^ M- D- M-"_s);
-}
-
-void TestX11Keys::tapLosesNothingToTheChord()
-{
-    int fired = 0;
-    QVERIFY(m_desktop->hotKey().grab(chordO, [&] { ++fired; }));
-    m_user->press({XK_Control_L, XK_Shift_L});
-    m_user->press({XK_Control_L, XK_Alt_L, XK_o});
-    m_user->press({XK_Shift_L});
-    QTRY_COMPARE(fired, 1);
-    QTRY_COMPARE(m_events.join(u' '), u"M- ML^ ML M- M- M- D- M- M- ML^ ML"_s);
 }
 
 void TestX11Keys::pressArrivesAlone_data()
@@ -257,6 +232,29 @@ void TestX11Keys::pressOfAKeyThatIsMissingFails()
     QVERIFY(!m_desktop->keySynthesizer().press({Qt::Key_Hangul, Qt::NoModifier}));
     m_user->press({XK_F12});
     QTRY_COMPARE(m_window->typed, QStringList{m_window->code(XK_F12, 0)});
+}
+
+void TestX11Keys::aTouchPutsTheIdleAlarmOff()
+{
+    bool idle = false;
+    const auto wait = m_desktop->idleMonitor().whenIdle(1500ms, [&] { idle = true; });
+    QVERIFY(!idle);
+    const auto lastTouch = [&] {
+        Clock::time_point time;
+        for (int i = 0; i < 12; ++i) { // together longer than the span
+            m_user->press({XK_a});
+            time = Clock::now();
+            waitUntil([&] { return idle; }, 200ms);
+        }
+        return time;
+    }();
+    QVERIFY(!idle);
+    QTRY_VERIFY(idle);
+    QVERIFY(Clock::now() - lastTouch > 1400ms);
+    // Nobody has come back since.
+    bool still = false;
+    const auto again = m_desktop->idleMonitor().whenIdle(1500ms, [&] { still = true; });
+    QTRY_VERIFY_WITH_TIMEOUT(still, 1000);
 }
 
 QTEST_GUILESS_MAIN(TestX11Keys)

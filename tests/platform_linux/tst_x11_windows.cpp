@@ -16,7 +16,6 @@ using linuxdesktop::X11Desktop;
 using test::X11Peer;
 
 namespace {
-
 xcb_window_t openWindow(X11Peer &peer, const QByteArray &classes)
 {
     const xcb_window_t window = peer.createWindow(0);
@@ -42,13 +41,12 @@ private Q_SLOTS:
     void initTestCase();
 
     void activeWindowIsDescribed();
-    void focusFollowsActivation();
     void windowWithoutAManagerIsFoundByTheFocus();
     void focusIsMovedWhereNobodyElseDoes();
-    void keysWithoutAFocusGoToThePointer_data();
-    void keysWithoutAFocusGoToThePointer();
     void launcherThatTookTheKeysIsActive();
     void windowsMayVanishAtAnyTime();
+    void programThatHandlesItsEventsAnswers_data();
+    void programThatHandlesItsEventsAnswers();
     void everythingIsHarmlessWithoutAServer();
     void everythingIsHarmlessOnceTheServerIsGone();
 
@@ -75,45 +73,6 @@ void TestX11Windows::activeWindowIsDescribed()
     const platform::ForeignWindow expected{window, QCoreApplication::applicationPid(), u"Letter"_s,
                                            u"letter"_s};
     QCOMPARE(windows.activeWindow(), expected);
-
-    QProcess *terminal = m_managed.launch(u"xterm"_s);
-    QVERIFY(terminal);
-    // The first start of a program on a machine may have to read all its fonts.
-    QTRY_COMPARE_WITH_TIMEOUT(windows.activeWindow().value_or(expected).className, u"XTerm"_s,
-                              20'000);
-    QCOMPARE(windows.activeWindow()->processId, terminal->processId());
-    m_managed.end(terminal);
-}
-
-void TestX11Windows::focusFollowsActivation()
-{
-    X11Desktop desktop(m_managed.displayName());
-    auto &windows = desktop.windowSystem();
-    X11Peer peer(m_managed.displayName());
-    const auto first = openWindow(peer, QByteArray("a\0A", 4));
-    QTRY_VERIFY(windows.hasInputFocus(first));
-    const auto second = openWindow(peer, QByteArray("b\0B", 4));
-    QTRY_VERIFY(windows.hasInputFocus(second));
-    QVERIFY(!windows.hasInputFocus(first));
-
-    windows.requestActivation(first);
-    QTRY_VERIFY(windows.hasInputFocus(first));
-    QVERIFY(!windows.hasInputFocus(second));
-
-    // A field inside the window has the keys: they still go to the window.
-    const auto field = peer.createWindow(0, first);
-    xcb_map_window(peer.xcb(), field);
-    xcb_set_input_focus(peer.xcb(), XCB_INPUT_FOCUS_PARENT, field, XCB_CURRENT_TIME);
-    peer.synchronise();
-    QVERIFY(windows.hasInputFocus(first));
-    QVERIFY(!windows.hasInputFocus(field));
-
-    xcb_destroy_window(peer.xcb(), first);
-    peer.synchronise();
-    QTRY_VERIFY(windows.hasInputFocus(second));
-    QVERIFY(!windows.hasInputFocus(first));
-    windows.requestActivation(first);
-    QVERIFY(windows.hasInputFocus(second));
 }
 
 void TestX11Windows::windowWithoutAManagerIsFoundByTheFocus()
@@ -183,34 +142,6 @@ void TestX11Windows::focusIsMovedWhereNobodyElseDoes()
     QCOMPARE(focus(), editor);
 }
 
-void TestX11Windows::keysWithoutAFocusGoToThePointer_data()
-{
-    QTest::addColumn<bool>("onRoot");
-    QTest::newRow("focus follows the pointer") << false;
-    QTest::newRow("focus on the root") << true;
-}
-
-void TestX11Windows::keysWithoutAFocusGoToThePointer()
-{
-    QFETCH(const bool, onRoot);
-    X11Desktop desktop(m_bare.displayName());
-    auto &windows = desktop.windowSystem();
-    X11Peer peer(m_bare.displayName());
-    // A frame, as older window managers put around a program's window.
-    const auto frame = peer.createWindow(0);
-    const auto window = peer.createWindow(0, frame);
-    peer.setProperty(window, XCB_ATOM_WM_CLASS, XCB_ATOM_STRING, QByteArray("a\0A", 4));
-    xcb_map_window(peer.xcb(), window);
-    xcb_map_window(peer.xcb(), frame);
-    xcb_warp_pointer(peer.xcb(), XCB_NONE, window, 0, 0, 0, 0, 20, 20);
-    xcb_set_input_focus(peer.xcb(), XCB_INPUT_FOCUS_NONE,
-                        onRoot ? peer.root() : xcb_window_t(XCB_INPUT_FOCUS_POINTER_ROOT),
-                        XCB_CURRENT_TIME);
-    peer.synchronise();
-    QCOMPARE(activeId(desktop, windows), window);
-    QVERIFY(windows.hasInputFocus(window));
-}
-
 void TestX11Windows::launcherThatTookTheKeysIsActive()
 {
     X11Desktop desktop(m_managed.displayName());
@@ -265,6 +196,55 @@ void TestX11Windows::windowsMayVanishAtAnyTime()
     QVERIFY(other->wait(5000));
     QVERIFY(desktop.isValid());
     QVERIFY(enough);
+}
+
+void TestX11Windows::programThatHandlesItsEventsAnswers_data()
+{
+    QTest::addColumn<bool>("takesQuestions");
+    QTest::addColumn<bool>("handlesEvents");
+    QTest::addColumn<bool>("responding");
+    QTest::newRow("one that answers") << true << true << true;
+    QTest::newRow("one that hangs") << true << false << false;
+    QTest::newRow("one that takes no questions") << false << false << true;
+}
+
+void TestX11Windows::programThatHandlesItsEventsAnswers()
+{
+    QFETCH(const bool, takesQuestions);
+    QFETCH(const bool, handlesEvents);
+    QFETCH(const bool, responding);
+    X11Desktop desktop(m_bare.displayName());
+    X11Peer program(m_bare.displayName());
+    const auto window = program.createWindow(0);
+    const auto protocols = program.atom("WM_PROTOCOLS");
+    const auto ping = program.atom("_NET_WM_PING");
+    if (takesQuestions)
+        xcb_change_property(program.xcb(), XCB_PROP_MODE_REPLACE, window, protocols, XCB_ATOM_ATOM,
+                            32, 1, &ping);
+    program.onEvent = [&](const xcb_generic_event_t &event) {
+        if (!handlesEvents || (event.response_type & 0x7f) != XCB_CLIENT_MESSAGE)
+            return;
+        auto message = reinterpret_cast<const xcb_client_message_event_t &>(event);
+        if (message.type != protocols || message.data.data32[0] != ping)
+            return;
+        // By the convention the question goes on to the root window.
+        message.window = program.root();
+        xcb_send_event(program.xcb(), 0, program.root(),
+                       XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY | XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT,
+                       reinterpret_cast<const char *>(&message));
+    };
+    program.synchronise();
+
+    std::optional<bool> answer;
+    const auto asked = test::Clock::now();
+    const auto bound = responding ? 5000ms : 150ms;
+    const platform::Task task =
+        desktop.windowSystem().isResponding(window, bound, [&](bool given) { answer = given; });
+    QVERIFY(!answer);
+    QVERIFY(test::waitUntil([&] { return answer.has_value(); }, 10s, 200us));
+    QCOMPARE(answer, responding);
+    const double took = test::millisecondsBetween(asked, test::Clock::now());
+    QVERIFY2(responding ? took < 1000 : took >= 149, qPrintable(QString::number(took)));
 }
 
 void TestX11Windows::everythingIsHarmlessWithoutAServer()

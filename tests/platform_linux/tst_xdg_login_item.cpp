@@ -12,27 +12,11 @@ class TestXdgLoginItem : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void switchingOnAndOffIsReadBack();
     void theDesktopsOwnSettingsCount_data();
     void theDesktopsOwnSettingsCount();
     void unusualPathsAreQuoted();
     void aFolderThatCannotBeMadeIsReported();
 };
-
-void TestXdgLoginItem::switchingOnAndOffIsReadBack()
-{
-    const QTemporaryDir folder;
-    XdgLoginItem item(folder.filePath(u"autostart"_s), u"/usr/bin/nivora"_s);
-    QVERIFY(!item.isEnabled());
-    QCOMPARE(item.setEnabled(false), std::nullopt); // off already
-    for (int i = 0; i < 2; ++i) {
-        QCOMPARE(item.setEnabled(true), std::nullopt);
-        QVERIFY(item.isEnabled());
-    }
-    QCOMPARE(item.setEnabled(false), std::nullopt);
-    QVERIFY(!item.isEnabled());
-    QVERIFY(!QFile::exists(folder.filePath(u"autostart/app.nivora.desktop"_s)));
-}
 
 void TestXdgLoginItem::theDesktopsOwnSettingsCount_data()
 {

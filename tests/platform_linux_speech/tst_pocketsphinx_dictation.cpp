@@ -1,5 +1,4 @@
-// A sentence spoken into a real sound server's microphone, through Qt Multimedia and
-// PocketSphinx to text.
+// Qt Multimedia's microphones of a real sound server, and what PocketSphinx makes of sound.
 
 #include "platform_linux_speech/audio_qt_input.h"
 #include "platform_linux_speech/speech_offline_recognizer.h"
@@ -39,44 +38,6 @@ private Q_SLOTS:
         QCOMPARE(*failure, Failure::NoDevice);
     }
 
-    void aSpokenSentenceBecomesText()
-    {
-        QVERIFY(m_sound.plugInMicrophone());
-        linuxdesktop::OfflineSpeechRecognizer recognizer;
-        QStringList partial;
-        std::optional<QString> text;
-        const auto recognition = recognizer.recognize(u"en-US"_s, [&](const Result &result) {
-            QCOMPARE(result.failure, Result::Failure::None);
-            if (result.isFinal)
-                text = result.text;
-            else
-                partial.append(result.text);
-        });
-        QVERIFY2(recognition, "pocketsphinx-en-us is not installed");
-        qsizetype heard = 0;
-        std::optional<Failure> failure;
-        // The list of microphones may lag behind the sound server.
-        platform::Task recording;
-        QTRY_VERIFY_WITH_TIMEOUT(
-            (recording.isRunning() || (recording = m_microphone.record(
-                                           [&](const QByteArray &samples) {
-                                               heard += samples.size();
-                                               recognition->append(samples);
-                                           },
-                                           [&](Failure what) { failure = what; }),
-                                       true)) &&
-                heard > 0,
-            20000);
-        QProcess *const voice = m_sound.say(u"the weather is very nice today"_s);
-        QVERIFY(voice);
-        QTRY_COMPARE_WITH_TIMEOUT(voice->state(), QProcess::NotRunning, 20000);
-        QTRY_VERIFY_WITH_TIMEOUT(!partial.isEmpty() && partial.back().contains(u"today"), 20000);
-        recording.cancel();
-        recognition->endAudio();
-        QTRY_VERIFY_WITH_TIMEOUT(text, 20000);
-        QVERIFY2(text->contains(u"weather") && text->contains(u"nice today"), qPrintable(*text));
-    }
-
     void aSentenceIsUnderstoodWheneverItBegins_data()
     {
         QTest::addColumn<double>("pause");
@@ -113,19 +74,6 @@ private Q_SLOTS:
         recognition->endAudio();
         QTRY_VERIFY_WITH_TIMEOUT(text, 20000);
         QCOMPARE(*text, u"please send me the report tomorrow"_s);
-    }
-
-    void aMicrophoneThatIsUnpluggedIsLost()
-    {
-        qsizetype heard = 0;
-        std::optional<Failure> failure;
-        const auto recording =
-            m_microphone.record([&](const QByteArray &samples) { heard += samples.size(); },
-                                [&](Failure what) { failure = what; });
-        QTRY_VERIFY_WITH_TIMEOUT(heard > 0, 10000);
-        QVERIFY(!failure && m_sound.unplugMicrophone());
-        QTRY_VERIFY_WITH_TIMEOUT(failure, 10000);
-        QCOMPARE(*failure, Failure::Lost);
     }
 };
 

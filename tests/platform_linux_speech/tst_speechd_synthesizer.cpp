@@ -24,7 +24,6 @@ using platform::Utterance;
 using End = platform::SpeechSynthesizer::End;
 
 namespace {
-
 // A speech service that keeps what it is told and says nothing.
 class ListeningService
 {
@@ -143,24 +142,6 @@ private Q_SLOTS:
             *voices, [](const SpeechVoice &voice) { return voice.name.contains(u'+'); }));
     }
 
-    void speechStartsAndEnds_fasterAtHigherRates()
-    {
-        std::vector<qint64> durations;
-        for (const double rate : {0.3, 0.5, 0.7}) {
-            Course course;
-            speak(*m_synthesizer, course, {sentence, u"en-US"_s, american, rate});
-            QTRY_COMPARE_WITH_TIMEOUT(course.starts, 1, 20000);
-            QElapsedTimer sinceStart;
-            sinceStart.start();
-            QTRY_VERIFY_WITH_TIMEOUT(course.end, 30000);
-            QCOMPARE(*course.end, End::Finished);
-            durations.push_back(sinceStart.elapsed());
-        }
-        QVERIFY2(
-            durations[0] > durations[1] * 5 / 4 && durations[1] > durations[2] * 5 / 4,
-            qPrintable(u"%1 %2 %3 ms"_s.arg(durations[0]).arg(durations[1]).arg(durations[2])));
-    }
-
     void aDroppedTaskIsSilentAndANewTextReplacesTheOld()
     {
         Course dropped, replaced, last;
@@ -176,21 +157,6 @@ private Q_SLOTS:
         QTRY_VERIFY_WITH_TIMEOUT(last.end && replaced.end, 20000);
         QCOMPARE(*replaced.end, End::Cancelled);
         QCOMPARE(*last.end, End::Finished);
-    }
-
-    void theNextSentenceFindsAServiceThatWasKilled()
-    {
-        Course killed, next;
-        speak(*m_synthesizer, killed, {sentence.repeated(20), u"en-US"_s, american});
-        QTRY_VERIFY_WITH_TIMEOUT(killed.starts, 20000);
-        QTest::ignoreMessage(QtWarningMsg, "The speech service is gone");
-        const auto pid = pid_t(servicePid());
-        QVERIFY(pid > 0 && kill(pid, SIGKILL) == 0);
-        QTRY_VERIFY_WITH_TIMEOUT(killed.end, 10000);
-        QCOMPARE(*killed.end, End::Failed);
-        speak(*m_synthesizer, next, {u"Yes."_s, u"en-US"_s, american});
-        QTRY_VERIFY_WITH_TIMEOUT(next.end, 20000);
-        QCOMPARE(*next.end, End::Finished);
     }
 
     void tellsTheServiceVoiceRateAndText_data()

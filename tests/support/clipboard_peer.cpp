@@ -3,9 +3,7 @@
 #include "child_process.h"
 #include "support/desktop_session.h"
 #include "support/wait.h"
-#include "xcb_handle.h"
-
-#include <QSocketNotifier>
+#include "support/x11_peer.h"
 
 #include <algorithm>
 
@@ -17,69 +15,27 @@ using namespace std::chrono_literals;
 struct ClipboardPeer::Owner
 {
     explicit Owner(const QByteArray &displayName)
-        : connection(xcb_connect(displayName.constData(), nullptr))
-        , notifier(xcb_get_file_descriptor(connection.get()), QSocketNotifier::Read)
+        : peer(displayName)
+        , window(peer.createWindow(0))
     {
-        const auto *screen = xcb_setup_roots_iterator(xcb_get_setup(connection.get())).data;
-        window = xcb_generate_id(connection.get());
-        xcb_create_window(connection.get(), XCB_COPY_FROM_PARENT, window, screen->root, 0, 0, 1, 1,
-                          0, XCB_WINDOW_CLASS_INPUT_ONLY, XCB_COPY_FROM_PARENT, 0, nullptr);
-        clipboard = atom("CLIPBOARD");
-        targets = atom("TARGETS");
-        QObject::connect(&notifier, &QSocketNotifier::activated, &notifier, [this] { serve(); });
+        peer.onEvent = [this](const xcb_generic_event_t &event) {
+            if ((event.response_type & 0x7f) == XCB_SELECTION_REQUEST)
+                answer(reinterpret_cast<const xcb_selection_request_event_t &>(event));
+        };
     }
 
-    xcb_atom_t atom(const QByteArray &name) const
+    void answer(const xcb_selection_request_event_t &request) const
     {
-        const auto reply = holdReply(xcb_intern_atom_reply(
-            connection.get(),
-            xcb_intern_atom(connection.get(), false, uint16_t(name.size()), name.constData()),
-            nullptr));
-        return reply ? reply->atom : xcb_atom_t(XCB_ATOM_NONE);
-    }
-
-    bool owns() const
-    {
-        const auto reply = holdReply(xcb_get_selection_owner_reply(
-            connection.get(), xcb_get_selection_owner(connection.get(), clipboard), nullptr));
-        return reply && reply->owner == window;
-    }
-
-    void serve()
-    {
-        while (const auto event = holdReply(xcb_poll_for_event(connection.get()))) {
-            if ((event->response_type & 0x7f) == XCB_SELECTION_REQUEST)
-                answer(*reinterpret_cast<const xcb_selection_request_event_t *>(event.get()));
-        }
-    }
-
-    void answer(const xcb_selection_request_event_t &request)
-    {
-        xcb_selection_notify_event_t notice{};
-        notice.response_type = XCB_SELECTION_NOTIFY;
-        notice.time = request.time;
-        notice.requestor = request.requestor;
-        notice.selection = request.selection;
-        notice.target = request.target;
-        notice.property = XCB_ATOM_NONE;
-
         const auto offered = std::ranges::find(offers, request.target, &Item::type);
         if (request.target == targets) {
             std::vector<xcb_atom_t> all{targets};
             std::ranges::transform(offers, std::back_inserter(all), &Item::type);
-            xcb_change_property(connection.get(), XCB_PROP_MODE_REPLACE, request.requestor,
-                                request.property, XCB_ATOM_ATOM, 32, uint32_t(all.size()),
-                                all.data());
-            notice.property = request.property;
+            peer.answer(request, all);
         } else if (offered != offers.end()) {
-            xcb_change_property(connection.get(), XCB_PROP_MODE_REPLACE, request.requestor,
-                                request.property, offered->type, 8, uint32_t(offered->data.size()),
-                                offered->data.constData());
-            notice.property = request.property;
+            peer.answer(request, offered->type, offered->data);
+        } else {
+            peer.notify(request, XCB_ATOM_NONE);
         }
-        xcb_send_event(connection.get(), false, request.requestor, XCB_EVENT_MASK_NO_EVENT,
-                       reinterpret_cast<const char *>(&notice));
-        xcb_flush(connection.get());
     }
 
     struct Item
@@ -88,11 +44,10 @@ struct ClipboardPeer::Owner
         QByteArray data;
     };
 
-    XcbConnection connection;
-    QSocketNotifier notifier;
-    xcb_window_t window = XCB_WINDOW_NONE;
-    xcb_atom_t clipboard = XCB_ATOM_NONE;
-    xcb_atom_t targets = XCB_ATOM_NONE;
+    X11Peer peer;
+    xcb_window_t window;
+    xcb_atom_t clipboard = peer.atom("CLIPBOARD");
+    xcb_atom_t targets = peer.atom("TARGETS");
     std::vector<Item> offers;
 };
 
@@ -108,9 +63,8 @@ bool ClipboardPeer::offer(std::vector<Offer> offers)
 {
     m_owner->offers.clear();
     for (auto &[format, data] : offers)
-        m_owner->offers.push_back({m_owner->atom(format), std::move(data)});
-    xcb_set_selection_owner(m_owner->connection.get(), m_owner->window, m_owner->clipboard,
-                            XCB_CURRENT_TIME);
+        m_owner->offers.push_back({m_owner->peer.atom(format), std::move(data)});
+    m_owner->peer.own(m_owner->clipboard, m_owner->window);
     return owns();
 }
 
@@ -123,9 +77,9 @@ bool ClipboardPeer::offerText(const QString &text)
 
 bool ClipboardPeer::owns() const
 {
-    const bool owning = m_owner->owns();
+    const bool owning = m_owner->peer.owns(m_owner->clipboard, m_owner->window);
     // The reply may have brought requests along that no longer wake the notifier.
-    m_owner->serve();
+    m_owner->peer.serve();
     return owning;
 }
 

@@ -112,36 +112,6 @@ bool Editor::selectAll()
     return waitUntil(pressAndLook, 5s);
 }
 
-QString Editor::text() const
-{
-    return m_area ? m_area->text() : QString();
-}
-
-QString Editor::selectedText() const
-{
-    return m_area ? m_area->selectedText() : QString();
-}
-
-QRect Editor::selectionBounds() const
-{
-    return m_area ? m_area->selectionBounds() : QRect();
-}
-
-int Editor::cursor() const
-{
-    return m_area ? m_area->cursor() : -1;
-}
-
-QRect Editor::cursorBounds() const
-{
-    return m_area ? m_area->cursorBounds() : QRect();
-}
-
-QRect Editor::textArea() const
-{
-    return m_area ? m_area->frame() : QRect();
-}
-
 bool Editor::waitForText(const QString &expected, std::chrono::milliseconds bound) const
 {
     return waitUntil([&] { return text() == expected; }, bound);

@@ -36,12 +36,13 @@ public:
     // By the keyboard; false when the editor does not show it as selected.
     bool selectAll();
 
-    QString text() const;
-    QString selectedText() const;
-    QRect selectionBounds() const; // pixels of the screen
-    int cursor() const;            // in characters
-    QRect cursorBounds() const;    // the same, without a width
-    QRect textArea() const;        // pixels of the screen
+    QString text() const { return m_area ? m_area->text() : QString(); }
+    QString selectedText() const { return m_area ? m_area->selectedText() : QString(); }
+    int cursor() const { return m_area ? m_area->cursor() : -1; } // in characters
+    // In pixels of the screen; of the cursor without a width.
+    QRect selectionBounds() const { return m_area ? m_area->selectionBounds() : QRect(); }
+    QRect cursorBounds() const { return m_area ? m_area->cursorBounds() : QRect(); }
+    QRect textArea() const { return m_area ? m_area->frame() : QRect(); }
     bool waitForText(const QString &text, std::chrono::milliseconds bound) const;
 
     X11Driver::WindowId window() const { return m_window; }

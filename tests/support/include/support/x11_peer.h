@@ -94,6 +94,13 @@ public:
         synchronise();
     }
 
+    bool owns(xcb_atom_t selection, xcb_window_t window) const
+    {
+        const auto reply = hold(xcb_get_selection_owner_reply(
+            m_connection, xcb_get_selection_owner(m_connection, selection), nullptr));
+        return reply && reply->owner == window;
+    }
+
     // Answers a request for a selection; XCB_NONE as property refuses it.
     void notify(const xcb_selection_request_event_t &request, xcb_atom_t property) const
     {
