@@ -4,7 +4,7 @@
 #include "desktop_configurations.h"
 #include "screen_grab.h"
 #include "support/wait.h"
-#include "xcb_handle.h"
+#include "support/x11_peer.h"
 
 #include <QDBusConnection>
 #include <QDBusConnectionInterface>
@@ -319,22 +319,10 @@ bool DesktopSession::startWindowManager()
     if (!m_windowManager)
         return false;
 
-    const XcbConnection connection(xcb_connect(m_displayName.constData(), nullptr));
-    if (xcb_connection_has_error(connection.get()))
-        return fail(u"cannot reach the X server"_s);
-    constexpr char name[] = "_NET_SUPPORTING_WM_CHECK";
-    const auto atom = holdReply(xcb_intern_atom_reply(
-        connection.get(), xcb_intern_atom(connection.get(), false, sizeof name - 1, name),
-        nullptr));
-    const auto root = xcb_setup_roots_iterator(xcb_get_setup(connection.get())).data->root;
-    const auto announced = [&] {
-        const auto property = holdReply(xcb_get_property_reply(
-            connection.get(),
-            xcb_get_property(connection.get(), false, root, atom->atom, XCB_ATOM_WINDOW, 0, 1),
-            nullptr));
-        return property && xcb_get_property_value_length(property.get()) > 0;
-    };
-    return (atom && waitUntil(announced, startBound)) || fail(u"openbox did not come up"_s);
+    const X11Peer peer(m_displayName);
+    const auto sign = peer.atom("_NET_SUPPORTING_WM_CHECK");
+    const auto announced = [&] { return !peer.property(peer.root(), sign).isEmpty(); };
+    return waitUntil(announced, startBound) || fail(u"openbox did not come up"_s);
 }
 
 QProcess *DesktopSession::launch(const QString &program, const QStringList &arguments)
@@ -378,12 +366,9 @@ void DesktopSession::end(QProcess *process)
 
 QImage DesktopSession::screenshot() const
 {
-    const XcbConnection connection(xcb_connect(m_displayName.constData(), nullptr));
-    if (xcb_connection_has_error(connection.get()))
-        return {};
-    const auto *screen = xcb_setup_roots_iterator(xcb_get_setup(connection.get())).data;
-    return grabScreen(connection.get(), screen->root,
-                      {0, 0, screen->width_in_pixels, screen->height_in_pixels});
+    const X11Peer peer(m_displayName);
+    const auto *screen = xcb_setup_roots_iterator(xcb_get_setup(peer.xcb())).data;
+    return grabScreen(peer, {0, 0, screen->width_in_pixels, screen->height_in_pixels});
 }
 
 bool DesktopSession::fail(const QString &what)

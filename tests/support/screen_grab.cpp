@@ -1,16 +1,16 @@
 #include "screen_grab.h"
 
-#include "xcb_handle.h"
+#include "support/x11_peer.h"
 
 #include <cstring>
 
 namespace nivora::test {
 
-QImage grabScreen(xcb_connection_t *connection, xcb_window_t root, const QRect &rectangle)
+QImage grabScreen(const X11Peer &peer, const QRect &rectangle)
 {
-    const auto reply = holdReply(xcb_get_image_reply(
-        connection,
-        xcb_get_image(connection, XCB_IMAGE_FORMAT_Z_PIXMAP, root, int16_t(rectangle.x()),
+    const auto reply = X11Peer::hold(xcb_get_image_reply(
+        peer.xcb(),
+        xcb_get_image(peer.xcb(), XCB_IMAGE_FORMAT_Z_PIXMAP, peer.root(), int16_t(rectangle.x()),
                       int16_t(rectangle.y()), uint16_t(rectangle.width()),
                       uint16_t(rectangle.height()), ~0U),
         nullptr));

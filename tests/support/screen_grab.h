@@ -3,11 +3,11 @@
 #include <QImage>
 #include <QRect>
 
-#include <xcb/xcb.h>
-
 namespace nivora::test {
 
+class X11Peer;
+
 // What a 24-bit screen shows in this rectangle; null when it lies outside.
-QImage grabScreen(xcb_connection_t *connection, xcb_window_t root, const QRect &rectangle);
+QImage grabScreen(const X11Peer &peer, const QRect &rectangle);
 
 } // namespace nivora::test

@@ -1,7 +1,7 @@
 #include "support/x11_driver.h"
 
 #include "screen_grab.h"
-#include "xcb_handle.h"
+#include "support/x11_peer.h"
 
 #include <X11/keysym.h>
 #include <xcb/xcb_keysyms.h>
@@ -32,87 +32,51 @@ struct FreeKeySymbols
     void operator()(xcb_key_symbols_t *symbols) const { xcb_key_symbols_free(symbols); }
 };
 
-enum Atom { NetWmName, WindowRole, Utf8String, NetActiveWindow, AtomCount };
-constexpr std::array<const char *, AtomCount> atomNames{"_NET_WM_NAME", "WM_WINDOW_ROLE",
-                                                        "UTF8_STRING", "_NET_ACTIVE_WINDOW"};
-
 } // namespace
 
 struct X11Driver::Private
 {
     explicit Private(const QByteArray &displayName)
-        : connection(xcb_connect(displayName.constData(), nullptr))
+        : peer(displayName)
+        , symbols(xcb_key_symbols_alloc(peer.xcb()))
     {
-        if (xcb_connection_has_error(connection.get()))
-            return;
-        root = xcb_setup_roots_iterator(xcb_get_setup(connection.get())).data->root;
-        symbols.reset(xcb_key_symbols_alloc(connection.get()));
-        for (std::size_t i = 0; i < AtomCount; ++i) {
-            const auto name = QByteArrayView(atomNames[i]);
-            const auto reply = holdReply(xcb_intern_atom_reply(
-                connection.get(),
-                xcb_intern_atom(connection.get(), false, uint16_t(name.size()), name.data()),
-                nullptr));
-            atoms[i] = reply ? reply->atom : xcb_atom_t(XCB_ATOM_NONE);
-        }
     }
 
-    // Until the server has seen everything sent so far.
-    void synchronise() const
+    void fake(uint8_t type, uint8_t detail, QPoint place = {})
     {
-        holdReply(xcb_get_input_focus_reply(connection.get(), xcb_get_input_focus(connection.get()),
-                                            nullptr));
-    }
-
-    void fake(uint8_t type, uint8_t detail, QPoint place = {}) const
-    {
-        xcb_test_fake_input(connection.get(), type, detail, XCB_CURRENT_TIME, root,
+        xcb_test_fake_input(peer.xcb(), type, detail, XCB_CURRENT_TIME, peer.root(),
                             int16_t(place.x()), int16_t(place.y()), 0);
-        synchronise();
+        peer.synchronise();
     }
 
-    void fakeKey(uint8_t type, Symbol key) const
+    void fakeKey(uint8_t type, Symbol key)
     {
-        const XcbReply<xcb_keycode_t> codes(xcb_key_symbols_get_keycode(symbols.get(), key));
+        const auto codes = X11Peer::hold(xcb_key_symbols_get_keycode(symbols.get(), key));
         if (codes && codes.get()[0] != XCB_NO_SYMBOL)
             fake(type, codes.get()[0]);
     }
 
-    QByteArray property(WindowId window, xcb_atom_t name) const
-    {
-        const auto reply =
-            holdReply(xcb_get_property_reply(connection.get(),
-                                             xcb_get_property(connection.get(), false, window, name,
-                                                              XCB_GET_PROPERTY_TYPE_ANY, 0, 1024),
-                                             nullptr));
-        if (!reply)
-            return {};
-        return QByteArray(static_cast<const char *>(xcb_get_property_value(reply.get())),
-                          xcb_get_property_value_length(reply.get()));
-    }
-
     std::optional<Window> describe(WindowId id) const
     {
-        const auto names = property(id, XCB_ATOM_WM_CLASS).split('\0');
+        const auto names = peer.property(id, XCB_ATOM_WM_CLASS).split('\0');
         if (names.size() < 2)
             return {};
-        const auto attributes = holdReply(xcb_get_window_attributes_reply(
-            connection.get(), xcb_get_window_attributes(connection.get(), id), nullptr));
-        const auto size = holdReply(xcb_get_geometry_reply(
-            connection.get(), xcb_get_geometry(connection.get(), id), nullptr));
-        const auto origin = holdReply(xcb_translate_coordinates_reply(
-            connection.get(), xcb_translate_coordinates(connection.get(), id, root, 0, 0),
-            nullptr));
+        const auto attributes = X11Peer::hold(xcb_get_window_attributes_reply(
+            peer.xcb(), xcb_get_window_attributes(peer.xcb(), id), nullptr));
+        const auto size = X11Peer::hold(
+            xcb_get_geometry_reply(peer.xcb(), xcb_get_geometry(peer.xcb(), id), nullptr));
+        const auto origin = X11Peer::hold(xcb_translate_coordinates_reply(
+            peer.xcb(), xcb_translate_coordinates(peer.xcb(), id, peer.root(), 0, 0), nullptr));
         if (!attributes || !size || !origin)
             return {};
-        auto title = property(id, atoms[NetWmName]);
+        auto title = peer.property(id, netWmName);
         if (title.isEmpty())
-            title = property(id, XCB_ATOM_WM_NAME);
+            title = peer.property(id, XCB_ATOM_WM_NAME);
         return Window{
             .id = id,
             .instanceName = QString::fromLatin1(names[0]),
             .className = QString::fromLatin1(names[1]),
-            .role = QString::fromLatin1(property(id, atoms[WindowRole])),
+            .role = QString::fromLatin1(peer.property(id, windowRole)),
             .title = QString::fromUtf8(title),
             .mapped = attributes->map_state == XCB_MAP_STATE_VIEWABLE,
             .geometry = {origin->dst_x, origin->dst_y, int(size->width), int(size->height)}};
@@ -121,8 +85,8 @@ struct X11Driver::Private
     // A program's windows lie right below the root or inside one frame.
     void collect(WindowId parent, int depth, std::vector<Window> &found) const
     {
-        const auto tree = holdReply(xcb_query_tree_reply(
-            connection.get(), xcb_query_tree(connection.get(), parent), nullptr));
+        const auto tree = X11Peer::hold(
+            xcb_query_tree_reply(peer.xcb(), xcb_query_tree(peer.xcb(), parent), nullptr));
         if (!tree)
             return;
         const auto *children = xcb_query_tree_children(tree.get());
@@ -134,10 +98,11 @@ struct X11Driver::Private
         }
     }
 
-    XcbConnection connection;
+    X11Peer peer;
     std::unique_ptr<xcb_key_symbols_t, FreeKeySymbols> symbols;
-    xcb_window_t root = XCB_WINDOW_NONE;
-    std::array<xcb_atom_t, AtomCount> atoms{};
+    xcb_atom_t netWmName = peer.atom("_NET_WM_NAME");
+    xcb_atom_t windowRole = peer.atom("WM_WINDOW_ROLE");
+    xcb_atom_t netActiveWindow = peer.atom("_NET_ACTIVE_WINDOW");
 };
 
 X11Driver::X11Driver(const QByteArray &displayName)
@@ -149,7 +114,7 @@ X11Driver::~X11Driver() = default;
 
 bool X11Driver::isValid() const
 {
-    return d->symbols && !xcb_connection_has_error(d->connection.get());
+    return d->symbols && !xcb_connection_has_error(d->peer.xcb());
 }
 
 void X11Driver::hold(Symbol key)
@@ -226,7 +191,7 @@ void X11Driver::drag(QPoint from, QPoint to)
 std::vector<X11Driver::Window> X11Driver::windows() const
 {
     std::vector<Window> found;
-    d->collect(d->root, 3, found);
+    d->collect(d->peer.root(), 3, found);
     return found;
 }
 
@@ -255,7 +220,7 @@ bool X11Driver::waitForGone(const Condition &condition, std::chrono::millisecond
 
 X11Driver::WindowId X11Driver::activeWindow() const
 {
-    const auto bytes = d->property(d->root, d->atoms[NetActiveWindow]);
+    const auto bytes = d->peer.property(d->peer.root(), d->netActiveWindow);
     WindowId window = 0;
     if (bytes.size() == qsizetype(sizeof window))
         std::memcpy(&window, bytes.constData(), sizeof window);
@@ -269,7 +234,7 @@ bool X11Driver::waitForActive(WindowId window, std::chrono::milliseconds bound) 
 
 QImage X11Driver::picture(const QRect &rectangle) const
 {
-    return grabScreen(d->connection.get(), d->root, rectangle);
+    return grabScreen(d->peer, rectangle);
 }
 
 X11Driver::Condition X11Driver::ofClass(const QString &className, const QString &role)

@@ -21,6 +21,8 @@ public:
         : m_connection(xcb_connect(displayName.constData(), nullptr))
         , m_notifier(xcb_get_file_descriptor(m_connection), QSocketNotifier::Read)
     {
+        if (xcb_connection_has_error(m_connection))
+            return;
         m_root = xcb_setup_roots_iterator(xcb_get_setup(m_connection)).data->root;
         QObject::connect(&m_notifier, &QSocketNotifier::activated, &m_notifier,
                          [this] { serve(); });
