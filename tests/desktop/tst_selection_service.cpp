@@ -50,206 +50,187 @@ class TestSelectionService : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void init();
+    void init()
+    {
+        m_desktop = std::make_unique<memory::MemoryDesktop>();
+        m_desktop->windowSystem.setActiveWindow(editorWindow());
+    }
 
-    void aFieldIsReadSilently();
-    void primaryCountsWhereNothingElseIsKnown_data();
-    void primaryCountsWhereNothingElseIsKnown();
-    void primaryIsNotTakenWhereItMayBeAPassword();
-    void aSimulatedCopyGivesTheClipboardBack();
-    void aCopyOfBlanksCountsAsNothing();
-    void aCopyWithoutTextGivesTheClipboardBack();
-    void aProgramThatIgnoresTheCopyKeepsItsClipboard();
-    void aClipboardThatCannotBeKeptIsNotTouched();
-    void aProgramThatHangsIsNotAskedToCopy();
-    void aTerminalIsSentNoKeyThatCouldHarm();
-    void ourOwnWindowIsSentNoKey();
-    void aProgramThatShowsMoreOnRequestIsAsked();
-    void aStuckProgramDoesNotHoldTheTrigger();
+    void aFieldIsReadSilently()
+    {
+        m_desktop->accessibility.setElement(field(u"  请发一下报价 "_s));
+        m_desktop->clipboard.putForeignContents(richContents());
+        const quint64 before = m_desktop->clipboard.changeCount();
+        const auto selection = capture();
+        QCOMPARE(selection.text, u"  请发一下报价 "_s);
+        QCOMPARE(selection.screenRect, QRectF(100, 200, 50, 18));
+        QCOMPARE(selection.focusedEditable, true);
+        QCOMPARE(selection.diag->app, u"editor"_s);
+        QCOMPARE(selection.diag->editable, u"true"_s);
+        QCOMPARE(selection.window, editorWindow());
+        QVERIFY(m_desktop->keySynthesizer.presses().empty());
+        QCOMPARE(m_desktop->clipboard.changeCount(), before);
+        QCOMPARE(m_desktop->primarySelection.reads(), 0);
+    }
+
+    void primaryCountsWhereNothingElseIsKnown_data()
+    {
+        QTest::addColumn<bool>("known");
+        QTest::addColumn<bool>("stale");
+        QTest::addColumn<qint64>("owner");
+        QTest::addColumn<QString>("text");
+        QTest::newRow("fresh, of the front program") << false << false << editorProcess << u"选"_s;
+        QTest::newRow("stale") << false << true << editorProcess << u""_s;
+        QTest::newRow("of another program") << false << false << editorProcess + 1 << u""_s;
+        QTest::newRow("of nobody known") << false << false << qint64(0) << u""_s;
+        // Accessibility says that nothing is selected, and it knows better.
+        QTest::newRow("contradicted") << true << false << editorProcess << u""_s;
+    }
+
+    void primaryCountsWhereNothingElseIsKnown()
+    {
+        QFETCH(bool, known);
+        QFETCH(bool, stale);
+        QFETCH(qint64, owner);
+        if (known)
+            m_desktop->accessibility.setElement(field(u""_s));
+        m_desktop->primarySelection.setSelection(platform::PrimarySelection{u"选"_s, owner, stale});
+        const auto selection = capture();
+        QTEST(selection.text, "text");
+        QCOMPARE(selection.focusedEditable.has_value(), known);
+    }
+
+    // Chromium offers a selected password there, and refuses to copy it.
+    void primaryIsNotTakenWhereItMayBeAPassword()
+    {
+        m_desktop->windowSystem.setActiveWindow(
+            platform::ForeignWindow{78, editorProcess, u"Chromium"_s, u"chromium"_s});
+        m_desktop->primarySelection.setSelection(
+            platform::PrimarySelection{u"secret"_s, editorProcess, false});
+        QCOMPARE(capture().text, QString());
+        copiesOnRequest(u"copied"_s);
+        QCOMPARE(capture().text, u"copied"_s);
+    }
+
+    void aSimulatedCopyGivesTheClipboardBack()
+    {
+        m_desktop->clipboard.putForeignContents(richContents());
+        copiesOnRequest(u" copied "_s);
+        const auto selection = capture();
+        QCOMPARE(selection.text, u" copied "_s);
+        QVERIFY(!selection.screenRect && !selection.focusedEditable && !selection.diag);
+        QCOMPARE(m_desktop->clipboard.contents(), richContents());
+    }
+
+    void aCopyOfBlanksCountsAsNothing()
+    {
+        copiesOnRequest(u" \n"_s);
+        QCOMPARE(capture().text, QString());
+        QVERIFY(m_desktop->clipboard.contents().items.empty()); // empty as before
+    }
+
+    void aCopyWithoutTextGivesTheClipboardBack()
+    {
+        m_desktop->clipboard.putForeignContents(richContents());
+        m_desktop->keySynthesizer.setTarget([this](const auto &) {
+            m_desktop->clipboard.putForeignContents({{{"image/png", "image/png", 8, "png"}}});
+        });
+        QCOMPARE(capture().text, QString());
+        QCOMPARE(m_desktop->clipboard.contents(), richContents());
+    }
+
+    void aProgramThatIgnoresTheCopyKeepsItsClipboard()
+    {
+        m_desktop->clipboard.putForeignContents(richContents());
+        const quint64 before = m_desktop->clipboard.changeCount();
+        QCOMPARE(capture().text, QString());
+        QCOMPARE(m_desktop->keySynthesizer.presses().size(), 1u);
+        QCOMPARE(m_desktop->clipboard.changeCount(), before);
+    }
+
+    void aClipboardThatCannotBeKeptIsNotTouched()
+    {
+        m_desktop->clipboard.putForeignContents(richContents(), MemoryClipboard::Owner::Silent);
+        copiesOnRequest(u"copied"_s);
+        QCOMPARE(capture().text, QString());
+        QVERIFY(m_desktop->keySynthesizer.presses().empty());
+    }
+
+    void aProgramThatHangsIsNotAskedToCopy()
+    {
+        m_desktop->windowSystem.setResponding(false);
+        copiesOnRequest(u"copied"_s);
+        QCOMPARE(capture().text, QString());
+        QVERIFY(m_desktop->keySynthesizer.presses().empty());
+    }
+
+    void aTerminalIsSentNoKeyThatCouldHarm()
+    {
+        for (const QString &name : {u"XTerm"_s, u"Alacritty"_s}) {
+            m_desktop->windowSystem.setActiveWindow(editorWindow(name));
+            QCOMPARE(capture().text, QString());
+            QVERIFY(m_desktop->keySynthesizer.presses().empty());
+        }
+    }
+
+    void ourOwnWindowIsSentNoKey()
+    {
+        auto own = editorWindow();
+        own.processId = QCoreApplication::applicationPid();
+        m_desktop->windowSystem.setActiveWindow(own);
+        m_desktop->accessibility.setElement(field(u"behind"_s));
+        auto selection = capture();
+        QCOMPARE(selection.text, u"behind"_s); // of the program behind
+        QVERIFY(selection.overOwnWindow && !selection.window);
+
+        m_desktop->accessibility.setElement(std::nullopt);
+        m_desktop->primarySelection.setSelection(
+            platform::PrimarySelection{u"x"_s, own.processId, false});
+        QCOMPARE(capture().text, QString());
+        QVERIFY(m_desktop->keySynthesizer.presses().empty());
+    }
+
+    void aProgramThatShowsMoreOnRequestIsAsked()
+    {
+        FocusedElement vague;
+        vague.processId = editorProcess;
+        m_desktop->accessibility.setElement(vague);
+        m_desktop->accessibility.setExposure(
+            true, [this] { m_desktop->accessibility.setElement(field(u"shown"_s)); });
+        const auto selection = capture();
+        QCOMPARE(selection.text, u"shown"_s);
+        QCOMPARE(selection.diag->manualAX, true);
+    }
+
+    void aStuckProgramDoesNotHoldTheTrigger()
+    {
+        m_desktop->accessibility.setLatency(10s);
+        m_desktop->primarySelection.setLatency(10s);
+        copiesOnRequest(u"copied"_s);
+        for (const auto owner : {MemoryClipboard::Owner::Silent, MemoryClipboard::Owner::Prompt}) {
+            m_desktop->clipboard.putForeignContents(richContents(), owner);
+            QElapsedTimer elapsed;
+            elapsed.start();
+            QCOMPARE(capture().text, QString());
+            QVERIFY2(elapsed.elapsed() < 1100, qPrintable(QString::number(elapsed.elapsed())));
+            // Too little time is left to see a copy through.
+            QVERIFY(m_desktop->keySynthesizer.presses().empty());
+        }
+    }
 
 private:
     std::unique_ptr<memory::MemoryDesktop> m_desktop;
 
     platform::Selection capture() { return SelectionService(m_desktop->services()).capture(); }
     // The front program copies this at the copy gesture.
-    void copiesOnRequest(const QString &text);
+    void copiesOnRequest(const QString &text)
+    {
+        m_desktop->keySynthesizer.setTarget([this, text](const platform::KeyChord &chord) {
+            if (chord == platform::KeyChord{Qt::Key_Insert, Qt::ControlModifier})
+                m_desktop->clipboard.putForeignText(text);
+        });
+    }
 };
-
-void TestSelectionService::init()
-{
-    m_desktop = std::make_unique<memory::MemoryDesktop>();
-    m_desktop->windowSystem.setActiveWindow(editorWindow());
-}
-
-void TestSelectionService::copiesOnRequest(const QString &text)
-{
-    m_desktop->keySynthesizer.setTarget([this, text](const platform::KeyChord &chord) {
-        if (chord == platform::KeyChord{Qt::Key_Insert, Qt::ControlModifier})
-            m_desktop->clipboard.putForeignText(text);
-    });
-}
-
-void TestSelectionService::aFieldIsReadSilently()
-{
-    m_desktop->accessibility.setElement(field(u"  请发一下报价 "_s));
-    m_desktop->clipboard.putForeignContents(richContents());
-    const quint64 before = m_desktop->clipboard.changeCount();
-    const auto selection = capture();
-    QCOMPARE(selection.text, u"  请发一下报价 "_s);
-    QCOMPARE(selection.screenRect, QRectF(100, 200, 50, 18));
-    QCOMPARE(selection.focusedEditable, true);
-    QCOMPARE(selection.diag->app, u"editor"_s);
-    QCOMPARE(selection.diag->editable, u"true"_s);
-    QCOMPARE(selection.window, editorWindow());
-    QVERIFY(m_desktop->keySynthesizer.presses().empty());
-    QCOMPARE(m_desktop->clipboard.changeCount(), before);
-    QCOMPARE(m_desktop->primarySelection.reads(), 0);
-}
-
-void TestSelectionService::primaryCountsWhereNothingElseIsKnown_data()
-{
-    QTest::addColumn<bool>("known");
-    QTest::addColumn<bool>("stale");
-    QTest::addColumn<qint64>("owner");
-    QTest::addColumn<QString>("text");
-    QTest::newRow("fresh, of the front program") << false << false << editorProcess << u"选"_s;
-    QTest::newRow("stale") << false << true << editorProcess << u""_s;
-    QTest::newRow("of another program") << false << false << editorProcess + 1 << u""_s;
-    QTest::newRow("of nobody known") << false << false << qint64(0) << u""_s;
-    // Accessibility says that nothing is selected, and it knows better.
-    QTest::newRow("contradicted") << true << false << editorProcess << u""_s;
-}
-
-void TestSelectionService::primaryCountsWhereNothingElseIsKnown()
-{
-    QFETCH(bool, known);
-    QFETCH(bool, stale);
-    QFETCH(qint64, owner);
-    if (known)
-        m_desktop->accessibility.setElement(field(u""_s));
-    m_desktop->primarySelection.setSelection(platform::PrimarySelection{u"选"_s, owner, stale});
-    const auto selection = capture();
-    QTEST(selection.text, "text");
-    QCOMPARE(selection.focusedEditable.has_value(), known);
-}
-
-// Chromium offers a selected password there, and refuses to copy it.
-void TestSelectionService::primaryIsNotTakenWhereItMayBeAPassword()
-{
-    m_desktop->windowSystem.setActiveWindow(
-        platform::ForeignWindow{78, editorProcess, u"Chromium"_s, u"chromium"_s});
-    m_desktop->primarySelection.setSelection(
-        platform::PrimarySelection{u"secret"_s, editorProcess, false});
-    QCOMPARE(capture().text, QString());
-    copiesOnRequest(u"copied"_s);
-    QCOMPARE(capture().text, u"copied"_s);
-}
-
-void TestSelectionService::aSimulatedCopyGivesTheClipboardBack()
-{
-    m_desktop->clipboard.putForeignContents(richContents());
-    copiesOnRequest(u" copied "_s);
-    const auto selection = capture();
-    QCOMPARE(selection.text, u" copied "_s);
-    QVERIFY(!selection.screenRect && !selection.focusedEditable && !selection.diag);
-    QCOMPARE(m_desktop->clipboard.contents(), richContents());
-}
-
-void TestSelectionService::aCopyOfBlanksCountsAsNothing()
-{
-    copiesOnRequest(u" \n"_s);
-    QCOMPARE(capture().text, QString());
-    QVERIFY(m_desktop->clipboard.contents().items.empty()); // empty as before
-}
-
-void TestSelectionService::aCopyWithoutTextGivesTheClipboardBack()
-{
-    m_desktop->clipboard.putForeignContents(richContents());
-    m_desktop->keySynthesizer.setTarget([this](const auto &) {
-        m_desktop->clipboard.putForeignContents({{{"image/png", "image/png", 8, "png"}}});
-    });
-    QCOMPARE(capture().text, QString());
-    QCOMPARE(m_desktop->clipboard.contents(), richContents());
-}
-
-void TestSelectionService::aProgramThatIgnoresTheCopyKeepsItsClipboard()
-{
-    m_desktop->clipboard.putForeignContents(richContents());
-    const quint64 before = m_desktop->clipboard.changeCount();
-    QCOMPARE(capture().text, QString());
-    QCOMPARE(m_desktop->keySynthesizer.presses().size(), 1u);
-    QCOMPARE(m_desktop->clipboard.changeCount(), before);
-}
-
-void TestSelectionService::aClipboardThatCannotBeKeptIsNotTouched()
-{
-    m_desktop->clipboard.putForeignContents(richContents(), MemoryClipboard::Owner::Silent);
-    copiesOnRequest(u"copied"_s);
-    QCOMPARE(capture().text, QString());
-    QVERIFY(m_desktop->keySynthesizer.presses().empty());
-}
-
-void TestSelectionService::aProgramThatHangsIsNotAskedToCopy()
-{
-    m_desktop->windowSystem.setResponding(false);
-    copiesOnRequest(u"copied"_s);
-    QCOMPARE(capture().text, QString());
-    QVERIFY(m_desktop->keySynthesizer.presses().empty());
-}
-
-void TestSelectionService::aTerminalIsSentNoKeyThatCouldHarm()
-{
-    for (const QString &name : {u"XTerm"_s, u"Alacritty"_s}) {
-        m_desktop->windowSystem.setActiveWindow(editorWindow(name));
-        QCOMPARE(capture().text, QString());
-        QVERIFY(m_desktop->keySynthesizer.presses().empty());
-    }
-}
-
-void TestSelectionService::ourOwnWindowIsSentNoKey()
-{
-    auto own = editorWindow();
-    own.processId = QCoreApplication::applicationPid();
-    m_desktop->windowSystem.setActiveWindow(own);
-    m_desktop->accessibility.setElement(field(u"behind"_s));
-    auto selection = capture();
-    QCOMPARE(selection.text, u"behind"_s); // of the program behind
-    QVERIFY(selection.overOwnWindow && !selection.window);
-
-    m_desktop->accessibility.setElement(std::nullopt);
-    m_desktop->primarySelection.setSelection(
-        platform::PrimarySelection{u"x"_s, own.processId, false});
-    QCOMPARE(capture().text, QString());
-    QVERIFY(m_desktop->keySynthesizer.presses().empty());
-}
-
-void TestSelectionService::aProgramThatShowsMoreOnRequestIsAsked()
-{
-    FocusedElement vague;
-    vague.processId = editorProcess;
-    m_desktop->accessibility.setElement(vague);
-    m_desktop->accessibility.setExposure(
-        true, [this] { m_desktop->accessibility.setElement(field(u"shown"_s)); });
-    const auto selection = capture();
-    QCOMPARE(selection.text, u"shown"_s);
-    QCOMPARE(selection.diag->manualAX, true);
-}
-
-void TestSelectionService::aStuckProgramDoesNotHoldTheTrigger()
-{
-    m_desktop->accessibility.setLatency(10s);
-    m_desktop->primarySelection.setLatency(10s);
-    copiesOnRequest(u"copied"_s);
-    for (const auto owner : {MemoryClipboard::Owner::Silent, MemoryClipboard::Owner::Prompt}) {
-        m_desktop->clipboard.putForeignContents(richContents(), owner);
-        QElapsedTimer elapsed;
-        elapsed.start();
-        QCOMPARE(capture().text, QString());
-        QVERIFY2(elapsed.elapsed() < 1100, qPrintable(QString::number(elapsed.elapsed())));
-        // Too little time is left to see a copy through.
-        QVERIFY(m_desktop->keySynthesizer.presses().empty());
-    }
-}
 
 QTEST_GUILESS_MAIN(TestSelectionService)
 #include "tst_selection_service.moc"
