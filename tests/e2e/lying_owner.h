@@ -31,13 +31,7 @@ public:
         m_peer.own(m_peer.atom("CLIPBOARD"), m_window);
     }
 
-    bool owns() const
-    {
-        const auto owner = X11Peer::hold(xcb_get_selection_owner_reply(
-            m_peer.xcb(), xcb_get_selection_owner(m_peer.xcb(), m_peer.atom("CLIPBOARD")),
-            nullptr));
-        return owner && owner->owner == m_window;
-    }
+    bool owns() const { return m_peer.owns(m_peer.atom("CLIPBOARD"), m_window); }
 
 private:
     void answer(const xcb_selection_request_event_t &request)

@@ -1,17 +1,30 @@
 #include "road.h"
 
+#include "localcloud/event_stream.h"
+
+#include <QDBusConnection>
+#include <QDBusMessage>
 #include <QJsonArray>
 #include <QJsonDocument>
+#include <QTest>
+#include <QUuid>
 
 #include <X11/keysym.h>
 
 namespace nivora::test {
 
 using namespace Qt::Literals::StringLiterals;
+using namespace std::chrono_literals;
 
 Road::Road(const DesktopSession::Options &options)
     : m_options(options)
 {
+}
+
+Road::~Road()
+{
+    if (QTest::currentTestFailed())
+        qWarning().noquote() << problem();
 }
 
 bool Road::prepare(quint16 port)
@@ -52,6 +65,16 @@ bool Road::open(Editor::Toolkit toolkit, const QString &text, bool selected)
     return !selected || editor->selectAll() || fail(u"the text cannot be selected"_s);
 }
 
+bool Road::translate(const QString &text, const QString &translation, Editor::Toolkit toolkit,
+                     Trigger trigger)
+{
+    server.enqueue(localcloud::eventStream({translation}));
+    if (!open(toolkit, text))
+        return false;
+    pull(trigger);
+    return product->waitForPanel(patience) && product->waitForTranslation(translation, patience);
+}
+
 QString Road::problem() const
 {
     QString all = m_problem;
@@ -66,6 +89,30 @@ void Road::pull(Trigger trigger)
         user->tapShiftTwice();
     else
         user->press({XK_Control_L, XK_Alt_L, XK_o});
+}
+
+bool Road::ask(const QString &action) const
+{
+    const auto name = QUuid::createUuid().toString();
+    auto call = QDBusMessage::createMethodCall(
+        u"app.nivora"_s, u"/app/nivora"_s, u"org.freedesktop.Application"_s, u"ActivateAction"_s);
+    call.setArguments({action, QVariantList(), QVariantMap()});
+    // What this thread serves may be what the product waits for.
+    const auto answer = QDBusConnection::connectToBus(session.busAddress(), name)
+                            .call(call, QDBus::BlockWithGui, int(patience / 1ms));
+    QDBusConnection::disconnectFromBus(name);
+    return answer.type() == QDBusMessage::ReplyMessage;
+}
+
+bool Road::waitForWindow(const QString &role) const
+{
+    const auto window = user->waitForMapped(X11Driver::ofClass(u"Nivora"_s, role), patience);
+    return window && user->waitForActive(window->id, patience);
+}
+
+bool Road::waitForGone(const QString &role) const
+{
+    return user->waitForGone(X11Driver::ofClass(u"Nivora"_s, role), patience);
 }
 
 void Road::type(QByteArrayView text)
@@ -97,6 +144,21 @@ bool Road::choose(const std::vector<int> &entries)
     }
     user->press({XK_Return});
     return user->waitForGone(menu, patience) || fail(u"the menu stays"_s);
+}
+
+QByteArray Road::secretTool(const QString &command, const QString &account,
+                            const QByteArray &input) const
+{
+    QStringList arguments{command, u"service"_s, u"app.nivora"_s, u"account"_s, account};
+    if (command == u"store"_s)
+        arguments.insert(1, u"--label=Nivora"_s);
+    QProcess process;
+    process.setProcessEnvironment(session.environment());
+    process.start(u"secret-tool"_s, arguments);
+    process.write(input);
+    process.closeWriteChannel();
+    waitUntil([&] { return process.state() == QProcess::NotRunning; }, patience);
+    return process.readAllStandardOutput().trimmed();
 }
 
 QString Road::prompt(qsizetype request) const

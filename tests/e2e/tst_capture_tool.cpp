@@ -21,7 +21,6 @@ using namespace std::chrono_literals;
 using namespace nivora::test;
 
 namespace {
-
 constexpr auto patience = 10s;
 
 const X11Driver::Condition overlay = [](const X11Driver::Window &window) {
@@ -95,37 +94,6 @@ private Q_SLOTS:
         QCOMPARE(taken.size(), region.size());
         QCOMPARE(taken.convertToFormat(QImage::Format_RGB32),
                  shown.copy(region).convertToFormat(QImage::Format_RGB32));
-    }
-
-    void beginsAnewWhenScreensChange()
-    {
-        Stage stage({.screenSize = {1280, 800}, .secondScreen = {1600, 900}});
-        QVERIFY(stage.begin());
-        QCOMPARE(stage.user->find(overlay)->geometry, QRect(0, 0, 2880, 1700));
-        stage.session.launch(u"xrandr"_s, {u"--output"_s, u"DUMMY1"_s, u"--off"_s});
-        const auto covers = [&](const X11Driver::Window &window) {
-            return overlay(window) && window.geometry == QRect(0, 0, 1280, 800);
-        };
-        QVERIFY(stage.user->waitForMapped(covers, patience));
-        stage.user->drag({1100, 700}, {1199, 749});
-        QCOMPARE(stage.end(), 0);
-        QCOMPARE(QImage(stage.path).size(), QSize(100, 50));
-    }
-
-    void spaceMovesTheRegion()
-    {
-        Stage stage({});
-        QVERIFY(stage.begin());
-        stage.user->movePointer({100, 100});
-        stage.user->press({XK_Return});
-        stage.user->movePointer({199, 149});
-        stage.user->hold(XK_space);
-        stage.user->movePointer({20, 149}); // to the left edge and no further
-        stage.user->release(XK_space);
-        stage.user->press({XK_Shift_L, XK_Right});
-        stage.user->press({XK_Return});
-        QCOMPARE(stage.end(), 0);
-        QCOMPARE(QImage(stage.path).size(), QSize(101, 50));
     }
 
     void givesUpWhereAMenuKeepsTheMouse()

@@ -2,8 +2,6 @@
 
 #include "localcloud/event_stream.h"
 
-#include <QDBusConnection>
-#include <QDBusMessage>
 #include <QJsonArray>
 #include <QRegularExpression>
 #include <QTest>
@@ -18,17 +16,6 @@ using namespace nivora::test;
 class TestLanguages : public QObject
 {
     Q_OBJECT
-
-    static void ask(const Road &road, const QString &action)
-    {
-        const auto bus = QDBusConnection::connectToBus(road.session.busAddress(), u"languages"_s);
-        auto call =
-            QDBusMessage::createMethodCall(u"app.nivora"_s, u"/app/nivora"_s,
-                                           u"org.freedesktop.Application"_s, u"ActivateAction"_s);
-        call.setArguments({action, QVariantList(), QVariantMap()});
-        QCOMPARE(bus.call(call).type(), QDBusMessage::ReplyMessage);
-        QDBusConnection::disconnectFromBus(u"languages"_s);
-    }
 
     // All that the program's windows show and say, hidden parts of them included.
     static QStringList texts(const Road &road)
@@ -53,45 +40,21 @@ class TestLanguages : public QObject
     }
 
 private Q_SLOTS:
-    void theUsersLanguageCounts_data()
-    {
-        QTest::addColumn<QString>("desktop");
-        QTest::addColumn<QJsonArray>("chosen");
-        QTest::addColumn<QString>("title");
-        QTest::newRow("Japanese desktop") << u"ja_JP:en"_s << QJsonArray() << u"Nivora の設定"_s;
-        QTest::newRow("Hong Kong") << u"zh_HK"_s << QJsonArray() << u"Nivora 設定"_s;
-        QTest::newRow("Singapore") << u"zh_SG"_s << QJsonArray() << u"Nivora 设置"_s;
-        QTest::newRow("German desktop") << u"de"_s << QJsonArray() << u"Nivora settings"_s;
-        QTest::newRow("chosen") << u"de"_s << QJsonArray{u"ja"_s} << u"Nivora の設定"_s;
-    }
-    void theUsersLanguageCounts()
-    {
-        QFETCH(const QString, desktop);
-        QFETCH(const QJsonArray, chosen);
-        QFETCH(const QString, title);
-        Road road;
-        QVERIFY2(road.prepare(), qUtf8Printable(road.problem()));
-        QVERIFY(road.product->start({{u"AppleLanguages"_s, chosen}}, {{u"LANGUAGE"_s, desktop}}));
-        ask(road, u"settings"_s);
-        QVERIFY2(road.product->waitForControl(title, patience), qUtf8Printable(road.problem()));
-    }
 
     void theEnglishInterfaceIsEnglish()
     {
         Road road;
         // What the model is told is no text of the interface.
-        QVERIFY2(road.begin({{u"AppleLanguages"_s, QJsonArray{u"en"_s}},
-                             {u"byoPromptTemplate"_s, u"{{text}}"_s},
-                             {u"closeOnResignFocus"_s, false}}),
-                 qUtf8Printable(road.problem()));
+        QVERIFY(road.begin({{u"AppleLanguages"_s, QJsonArray{u"en"_s}},
+                            {u"byoPromptTemplate"_s, u"{{text}}"_s},
+                            {u"closeOnResignFocus"_s, false}}));
         road.server.enqueue(localcloud::eventStream({u"Hi"_s}));
-        ask(road, u"panel"_s);
+        QVERIFY(road.ask(u"panel"_s));
         const auto source = road.product->waitForControl(u"Source text"_s, patience);
-        QVERIFY2(source && source->setText(u"hello"_s), qUtf8Printable(road.problem()));
+        QVERIFY(source && source->setText(u"hello"_s));
         QVERIFY(road.product->waitForPanel(patience));
         road.user->press({XK_Control_L, XK_Return});
-        QVERIFY2(road.product->waitForControl(u"Ctrl+↩ Copy"_s, patience),
-                 qUtf8Printable(road.problem()));
+        QVERIFY(road.product->waitForControl(u"Ctrl+↩ Copy"_s, patience));
 
         const std::pair<QString, QString> windows[] = {
             {u"sign-in"_s, u"Sign in to Nivora"_s},
@@ -101,8 +64,8 @@ private Q_SLOTS:
             {u"settings"_s, u"Follow system"_s}};
         QStringList expected{u"Ctrl+↩ Copy"_s};
         for (const auto &[action, text] : windows) {
-            ask(road, action);
-            QVERIFY2(road.product->waitForControl(text, patience), qUtf8Printable(road.problem()));
+            QVERIFY(road.ask(action));
+            QVERIFY(road.product->waitForControl(text, patience));
             expected.append(text);
         }
         for (const auto &[tab, text] :
@@ -111,8 +74,7 @@ private Q_SLOTS:
                 road.tree->find(road.product->processId(), [&](const AccessibleElement &element) {
                     return element.name() == tab && element.role() == u"page tab";
                 });
-            QVERIFY2(found && found->press() && road.product->waitForControl(text, patience),
-                     qUtf8Printable(road.problem()));
+            QVERIFY(found && found->press() && road.product->waitForControl(text, patience));
             expected.append(text);
         }
         const QStringList all = texts(road);
@@ -125,11 +87,9 @@ private Q_SLOTS:
     void theFirstStartIsEnglish()
     {
         Road road;
-        QVERIFY2(road.begin({{u"AppleLanguages"_s, QJsonArray{u"en"_s}},
-                             {u"hasCompletedOnboarding"_s, false}}),
-                 qUtf8Printable(road.problem()));
-        QVERIFY2(road.product->waitForControl(u"Welcome to Nivora"_s, patience),
-                 qUtf8Printable(road.problem()));
+        QVERIFY(road.begin(
+            {{u"AppleLanguages"_s, QJsonArray{u"en"_s}}, {u"hasCompletedOnboarding"_s, false}}));
+        QVERIFY(road.product->waitForControl(u"Welcome to Nivora"_s, patience));
         QCOMPARE(eastAsian(texts(road)), QStringList());
     }
 };

@@ -3,7 +3,6 @@
 #include "support/status_notifier_host.h"
 
 #include <QFile>
-#include <QProcess>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -87,19 +86,6 @@ class TestMenu : public QObject
         QFile file(m_folder.filePath(u"opened"_s));
         return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
     }
-    QByteArray secretTool(const QString &command, const QStringList &options = {}) const
-    {
-        QProcess process;
-        process.setProcessEnvironment(m_road->session.environment());
-        process.start(u"secret-tool"_s, QStringList(command) + options +
-                                            QStringList{u"service"_s, u"app.nivora"_s, u"account"_s,
-                                                        u"session-token"_s});
-        process.write("token");
-        process.closeWriteChannel();
-        waitUntil([&] { return process.state() == QProcess::NotRunning; }, patience);
-        return process.readAllStandardOutput();
-    }
-
 private Q_SLOTS:
     void initTestCase()
     {
@@ -112,8 +98,6 @@ private Q_SLOTS:
     }
     void cleanup()
     {
-        if (QTest::currentTestFailed())
-            qWarning().noquote() << m_road->problem();
         hideTray();
         m_road.reset();
         QFile::remove(m_folder.filePath(u"opened"_s));
@@ -174,8 +158,8 @@ private Q_SLOTS:
         m_road = std::make_unique<Road>(DesktopSession::Options{
             .screenSize{1280, 800}, .accessibility = false, .keyring = true});
         QVERIFY(m_road->prepare());
-        secretTool(u"store"_s, {u"--label=Nivora"_s});
-        QCOMPARE(secretTool(u"lookup"_s), "token"_ba);
+        m_road->secretTool(u"store"_s, u"session-token"_s, "token"_ba);
+        QCOMPARE(m_road->secretTool(u"lookup"_s, u"session-token"_s), "token"_ba);
         QVERIFY(m_road->product->start({{u"appLanguage"_s, u"zh-Hans"_s},
                                         {u"hasCompletedOnboarding"_s, true},
                                         {u"hasToldOfMissingTray"_s, true},
@@ -192,7 +176,7 @@ private Q_SLOTS:
         }
 
         QVERIFY(press({u"登出"_s, {8}}));
-        QTRY_COMPARE(secretTool(u"lookup"_s), ""_ba);
+        QTRY_COMPARE(m_road->secretTool(u"lookup"_s, u"session-token"_s), ""_ba);
         QVERIFY(press({u"登录…"_s, {8}})); // in its place
         QVERIFY(m_road->user->waitForMapped(windowOf(u"login"_s), patience));
     }

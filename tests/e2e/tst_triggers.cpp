@@ -54,6 +54,12 @@ class TestTriggers : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
+    void cleanup()
+    {
+        if (QTest::currentTestFailed())
+            m_road.reset();
+    }
+
     void opensThePanel_data()
     {
         QTest::addColumn<QStringList>("layout"); // arguments of setxkbmap
@@ -71,6 +77,7 @@ private Q_SLOTS:
         row("right, then left", {u"us"_s}, {}, {XK_Shift_R, XK_Shift_L});
         row("CapsLock on", {u"us"_s}, {XK_Caps_Lock});
         row("NumLock on", {u"us"_s}, {XK_Num_Lock});
+        row("both on", {u"us"_s}, {XK_Caps_Lock, XK_Num_Lock});
         row("German", {u"de"_s});
         row("Russian", {u"ru"_s});
         row("Japanese", {u"jp"_s});
@@ -88,7 +95,7 @@ private Q_SLOTS:
         QFETCH(const Keys, taps);
         QFETCH(const X11Driver::Symbol, placeOfO);
         Road &road = sharedRoad();
-        QVERIFY2(road.editor, qUtf8Printable(road.problem()));
+        QVERIFY(road.editor);
         // No options of the row before.
         QVERIFY(setLayout(road, {u"-option"_s, QString()}));
         QVERIFY(setLayout(road, layout));
@@ -102,9 +109,9 @@ private Q_SLOTS:
                 road.user->press({key});
                 waitUntil([] { return false; }, 80ms);
             }
-            QVERIFY2(opensAndCloses(road), qUtf8Printable(road.problem().right(900)));
+            QVERIFY(opensAndCloses(road));
             road.user->press({XK_Control_L, XK_Alt_L, placeOfO});
-            QVERIFY2(opensAndCloses(road), qUtf8Printable(road.problem().right(900)));
+            QVERIFY(opensAndCloses(road));
         }
         for (const auto lock : locks)
             road.user->press({lock});
@@ -113,7 +120,7 @@ private Q_SLOTS:
     void aShiftThatIsHeldIsNoDoubleTap()
     {
         Road &road = sharedRoad();
-        QVERIFY2(road.editor, qUtf8Printable(road.problem()));
+        QVERIFY(road.editor);
         QVERIFY(setLayout(road, {u"us"_s, u"-option"_s, QString()}));
         const auto calls = [&] { return road.product->log().count(u"快捷键唤起"_s); };
         const auto before = calls();
@@ -123,14 +130,14 @@ private Q_SLOTS:
         QVERIFY(!road.user->find(Product::panel()));
         QCOMPARE(calls(), before);
         road.pull(Trigger::DoubleShift);
-        QVERIFY2(opensAndCloses(road), qUtf8Printable(road.problem().right(900)));
+        QVERIFY(opensAndCloses(road));
         QCOMPARE(calls(), before + 1);
     }
 
     void opensThePanelOverAMenu()
     {
         Road &road = sharedRoad();
-        QVERIFY2(road.editor, qUtf8Printable(road.problem()));
+        QVERIFY(road.editor);
         QVERIFY(setLayout(road, {u"us"_s, u"-option"_s, QString()}));
         const auto before = road.user->windows().size();
         const auto menuIsOpen = [&] { return road.user->windows().size() > before; };
@@ -138,8 +145,7 @@ private Q_SLOTS:
         QVERIFY(waitUntil(menuIsOpen, patience));
 
         road.pull(Trigger::DoubleShift);
-        QVERIFY2(road.user->waitForMapped(Product::panel(), patience),
-                 qUtf8Printable(road.problem()));
+        QVERIFY(road.user->waitForMapped(Product::panel(), patience));
         // The menu has the keys and closes first.
         const auto escapes = [&] {
             road.user->press({XK_Escape});
@@ -149,7 +155,7 @@ private Q_SLOTS:
         QVERIFY(road.user->waitForActive(road.editor->window(), patience));
         for (const auto trigger : {Trigger::Chord, Trigger::DoubleShift}) {
             road.pull(trigger);
-            QVERIFY2(opensAndCloses(road), qUtf8Printable(road.problem().right(900)));
+            QVERIFY(opensAndCloses(road));
         }
     }
 
@@ -157,28 +163,31 @@ private Q_SLOTS:
     {
         QTest::addColumn<Editor::Toolkit>("toolkit");
         QTest::addColumn<QString>("layout");
-        QTest::newRow("GTK, none") << Editor::Toolkit::Gtk << u"ru"_s;
-        QTest::newRow("GTK, in the third") << Editor::Toolkit::Gtk << u"ru,gr,us"_s;
-        QTest::newRow("Qt, none") << Editor::Toolkit::Qt << u"ru"_s;
-        QTest::newRow("Qt, in the third") << Editor::Toolkit::Qt << u"ru,gr,us"_s;
+        QTest::addColumn<Trigger>("trigger");
+        QTest::newRow("GTK, none") << Editor::Toolkit::Gtk << u"ru"_s << Trigger::DoubleShift;
+        QTest::newRow("GTK, in the third")
+            << Editor::Toolkit::Gtk << u"ru,gr,us"_s << Trigger::Chord;
+        QTest::newRow("Qt, none") << Editor::Toolkit::Qt << u"ru"_s << Trigger::Chord;
+        QTest::newRow("Qt, in the third")
+            << Editor::Toolkit::Qt << u"ru,gr,us"_s << Trigger::DoubleShift;
     }
 
     void replacesWithoutLatinLetters()
     {
         QFETCH(const Editor::Toolkit, toolkit);
         QFETCH(const QString, layout);
+        QFETCH(const Trigger, trigger);
         Road road;
-        QVERIFY2(road.begin(), qUtf8Printable(road.problem()));
+        QVERIFY(road.begin());
         answerAlways(road);
-        QVERIFY2(road.open(toolkit, source), qUtf8Printable(road.problem()));
+        QVERIFY(road.open(toolkit, source));
         QVERIFY(setLayout(road, {layout}));
-        road.pull(Trigger::DoubleShift);
-        QVERIFY2(road.product->waitForPanel(patience), qUtf8Printable(road.problem()));
-        QVERIFY2(road.product->waitForTranslation(translation, patience),
-                 qUtf8Printable(road.problem()));
+        road.pull(trigger);
+        QVERIFY(road.product->waitForPanel(patience));
+        QVERIFY(road.product->waitForTranslation(translation, patience));
         road.user->press({XK_Control_L, XK_Return});
         QVERIFY2(road.editor->waitForText(translation, patience),
-                 qUtf8Printable(road.editor->text() + road.problem()));
+                 qUtf8Printable(road.editor->text()));
     }
 
     void worksWithoutAWindowManager_data()
@@ -192,7 +201,7 @@ private Q_SLOTS:
     {
         QFETCH(const bool, killed);
         Road road({.windowManager = killed});
-        QVERIFY2(road.begin(), qUtf8Printable(road.problem()));
+        QVERIFY(road.begin());
         answerAlways(road);
         road.user->movePointer({300, 200});
         // Without one, the editor waits in vain to be told that it is active.
@@ -208,15 +217,14 @@ private Q_SLOTS:
                 road.user->press({XK_Control_L, XK_a});
                 return waitUntil([&] { return road.clipboard->selection() == source; }, 500ms);
             };
-            QVERIFY2(waitUntil(isSelected, patience), qUtf8Printable(road.problem()));
+            QVERIFY(waitUntil(isSelected, patience));
         }
 
         road.pull(Trigger::DoubleShift);
-        QVERIFY2(road.product->waitForTranslation(translation, patience),
-                 qUtf8Printable(road.problem()));
+        QVERIFY(road.product->waitForTranslation(translation, patience));
         QVERIFY2(road.prompt(0).endsWith(u"\n\n"_s + source), qUtf8Printable(road.prompt(0)));
         const auto replace = road.product->waitForControl(u"Ctrl+↩ 替换原文"_s, patience);
-        QVERIFY2(replace && replace->press(), qUtf8Printable(road.problem()));
+        QVERIFY(replace && replace->press());
         // The translation has taken the selection's place.
         const auto isReplaced = [&] {
             const auto area = road.tree->find(
@@ -224,27 +232,27 @@ private Q_SLOTS:
                 [](const AccessibleElement &each) { return each.text() == translation; });
             return area.has_value();
         };
-        QVERIFY2(waitUntil(isReplaced, patience), qUtf8Printable(road.problem()));
+        QVERIFY(waitUntil(isReplaced, patience));
     }
 
     void keepsTheKeysWhenTheWindowManagerDies()
     {
         Road road;
-        QVERIFY2(road.begin(), qUtf8Printable(road.problem()));
+        QVERIFY(road.begin());
         answerAlways(road);
-        QVERIFY2(road.open(Editor::Toolkit::Gtk, source), qUtf8Printable(road.problem()));
+        QVERIFY(road.open(Editor::Toolkit::Gtk, source));
         road.user->movePointer({1000, 700}); // where the keys would go
         road.pull(Trigger::DoubleShift);
-        QVERIFY2(road.product->waitForPanel(patience), qUtf8Printable(road.problem()));
+        QVERIFY(road.product->waitForPanel(patience));
         QVERIFY(road.product->waitForTranslation(translation, patience));
         QVERIFY(killWindowManager(road.session));
         const auto pin = road.product->waitForControl(u"钉住"_s, patience);
-        QVERIFY2(pin, qUtf8Printable(road.problem()));
+        QVERIFY(pin);
         const auto isReached = [&] { // by Tab, which comes to every control
             road.user->press({XK_Tab});
             return waitUntil([&] { return pin->isFocused(); }, 200ms);
         };
-        QVERIFY2(waitUntil(isReached, patience), qUtf8Printable(road.problem()));
+        QVERIFY(waitUntil(isReached, patience));
         road.user->press({XK_Control_L, XK_Return});
         QVERIFY(road.product->waitForPanelGone(patience));
         QVERIFY2(road.editor->waitForText(translation, patience),
