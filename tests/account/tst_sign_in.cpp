@@ -12,8 +12,6 @@
 #include "stores/keychain_store.h"
 
 #include <QNetworkAccessManager>
-#include <QNetworkReply>
-#include <QRegularExpression>
 #include <QSignalSpy>
 #include <QTest>
 

@@ -5,6 +5,9 @@
 #include "localcloud/server.h"
 
 #include <QElapsedTimer>
+#include <QTest>
+
+#include <memory>
 
 namespace nivora::test {
 
@@ -78,6 +81,20 @@ struct Run
     int ends = 0;
     int misplaced = 0;   // deliveries in the wrong order
     platform::Task task; // gone first, so that nothing calls into the rest
+};
+
+// A server for each test. `init` calls start().
+class EngineTest : public QObject
+{
+protected:
+    void start()
+    {
+        m_server = std::make_unique<localcloud::Server>();
+        QVERIFY(m_server->listen());
+    }
+
+    TranslationEngine m_engine;
+    std::unique_ptr<localcloud::Server> m_server;
 };
 
 } // namespace nivora::test

@@ -40,19 +40,12 @@ struct OneShot
 
 } // namespace
 
-class TestOneShot : public QObject
+class TestOneShot : public EngineTest
 {
     Q_OBJECT
 
-    TranslationEngine m_engine;
-    std::unique_ptr<Server> m_server;
-
 private Q_SLOTS:
-    void init()
-    {
-        m_server = std::make_unique<Server>();
-        QVERIFY(m_server->listen());
-    }
+    void init() { start(); }
 
     void sendsTheBody_data()
     {

@@ -22,19 +22,12 @@ const QByteArray usage34 = R"("usage":{"prompt_tokens":3,"completion_tokens":4})
 
 } // namespace
 
-class TestTranslationEngine : public QObject
+class TestTranslationEngine : public EngineTest
 {
     Q_OBJECT
 
-    TranslationEngine m_engine;
-    std::unique_ptr<Server> m_server;
-
 private Q_SLOTS:
-    void init()
-    {
-        m_server = std::make_unique<Server>();
-        QVERIFY(m_server->listen());
-    }
+    void init() { start(); }
 
     void readsTheStream_data()
     {

@@ -17,12 +17,9 @@ constexpr auto idleTimeout = 250ms;
 
 } // namespace
 
-class TestTranslationEngineFaults : public QObject
+class TestTranslationEngineFaults : public EngineTest
 {
     Q_OBJECT
-
-    TranslationEngine m_engine;
-    std::unique_ptr<Server> m_server;
 
     // How long after the first request the second one came.
     std::chrono::milliseconds gap() const
@@ -32,11 +29,7 @@ class TestTranslationEngineFaults : public QObject
     }
 
 private Q_SLOTS:
-    void init()
-    {
-        m_server = std::make_unique<Server>();
-        QVERIFY(m_server->listen());
-    }
+    void init() { start(); }
 
     void failsAtOnceOnAnErrorStatus_data()
     {

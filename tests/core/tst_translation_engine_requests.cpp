@@ -11,19 +11,12 @@ using namespace nivora;
 using namespace nivora::localcloud;
 using namespace nivora::test;
 
-class TestTranslationEngineRequests : public QObject
+class TestTranslationEngineRequests : public EngineTest
 {
     Q_OBJECT
 
-    TranslationEngine m_engine;
-    std::unique_ptr<Server> m_server;
-
 private Q_SLOTS:
-    void init()
-    {
-        m_server = std::make_unique<Server>();
-        QVERIFY(m_server->listen());
-    }
+    void init() { start(); }
 
     void sendsTheToken_data()
     {

@@ -6,7 +6,6 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QTest>
-#include <QUrlQuery>
 
 using namespace Qt::Literals::StringLiterals;
 using namespace nivora::localcloud;

@@ -7,7 +7,6 @@
 
 #include <QAbstractButton>
 #include <QAccessible>
-#include <QApplication>
 #include <QLabel>
 #include <QTest>
 

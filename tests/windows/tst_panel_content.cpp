@@ -4,9 +4,6 @@
 
 #include <QComboBox>
 #include <QInputMethodEvent>
-#include <QJsonArray>
-#include <QJsonDocument>
-#include <QJsonObject>
 #include <QPlainTextEdit>
 
 using namespace nivora;
