@@ -58,6 +58,34 @@ private Q_SLOTS:
         QCOMPARE(windows.activeWindow(), expected);
     }
 
+    void focusFollowsActivation()
+    {
+        X11Desktop desktop(m_managed.displayName());
+        auto &windows = desktop.windowSystem();
+        X11Peer peer(m_managed.displayName());
+        const auto first = openWindow(peer, QByteArray("a\0A", 4));
+        QTRY_VERIFY(windows.hasInputFocus(first));
+        const auto second = openWindow(peer, QByteArray("b\0B", 4));
+        QTRY_VERIFY(windows.hasInputFocus(second));
+        QVERIFY(!windows.hasInputFocus(first));
+        windows.requestActivation(first);
+        QTRY_VERIFY(windows.hasInputFocus(first));
+
+        // A field inside the window has the keys: they still go to the window.
+        const auto field = peer.createWindow(0, first);
+        xcb_map_window(peer.xcb(), field);
+        xcb_set_input_focus(peer.xcb(), XCB_INPUT_FOCUS_PARENT, field, XCB_CURRENT_TIME);
+        peer.synchronise();
+        QVERIFY(windows.hasInputFocus(first));
+        QVERIFY(!windows.hasInputFocus(field));
+
+        xcb_destroy_window(peer.xcb(), first);
+        peer.synchronise();
+        QTRY_VERIFY(windows.hasInputFocus(second));
+        windows.requestActivation(first);
+        QVERIFY(windows.hasInputFocus(second));
+    }
+
     void windowWithoutAManagerIsFoundByTheFocus()
     {
         X11Desktop desktop(m_bare.displayName());
