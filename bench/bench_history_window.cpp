@@ -166,6 +166,22 @@ BENCHMARK(openWindow)
     ->UseRealTime()
     ->Iterations(3);
 
+// A new width, until what shows has taken it up.
+void resizeWindow(benchmark::State &state)
+{
+    Window window(small);
+    window.open();
+    QWidget &widget = window.window();
+    const int width = widget.width();
+    begin();
+    for (auto _ : state) {
+        widget.resize(widget.width() == width ? width + 40 : width, widget.height());
+        QCoreApplication::processEvents();
+    }
+    report(state);
+}
+BENCHMARK(resizeWindow)->Unit(benchmark::kMillisecond)->UseRealTime();
+
 } // namespace
 
 int main(int argc, char *argv[])

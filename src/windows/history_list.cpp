@@ -7,17 +7,20 @@
 
 #include <QClipboard>
 #include <QContextMenuEvent>
+#include <QDeadlineTimer>
 #include <QGuiApplication>
 #include <QHelpEvent>
 #include <QKeyEvent>
 #include <QMenu>
 #include <QPainter>
+#include <QScrollBar>
 #include <QStyledItemDelegate>
 #include <QToolTip>
 
 #include <algorithm>
 
 using namespace Qt::Literals::StringLiterals;
+using namespace std::chrono_literals;
 
 namespace nivora {
 
@@ -29,6 +32,9 @@ constexpr QSize symbolSize(14, 14);
 constexpr qreal radius = 5;
 constexpr int ringInset = 3;
 constexpr int dateGap = 8;
+
+// Between two looks at what else there is to do.
+constexpr auto settlingSlice = 5ms;
 
 } // namespace
 
@@ -131,6 +137,85 @@ HistoryList::HistoryList(HistoryModel &model, QWidget *parent)
     setMouseTracking(true);
     viewport()->setAutoFillBackground(false);
     setAccessibleName(tr("翻译历史"));
+}
+
+// A new width changes the height of every row, and to lay out some thousand rows takes
+// a second: those that do not show keep the height of before until their turn comes.
+void HistoryList::doItemsLayout()
+{
+    place();
+    settleVisible();
+    settleRest();
+}
+
+void HistoryList::place()
+{
+    const bool isCurrentShown = viewport()->rect().intersects(visualRect(currentIndex()));
+    const QModelIndex fixed = isCurrentShown ? currentIndex() : indexAt(QPoint(0, 0));
+    const int before = visualRect(fixed).top();
+    QListView::doItemsLayout();
+    // Above the first row there is nothing that could move it.
+    if (fixed.row() > 0)
+        verticalScrollBar()->setValue(verticalScrollBar()->value() + visualRect(fixed).top() -
+                                      before);
+}
+
+bool HistoryList::settleVisible()
+{
+    const int width = viewport()->width();
+    // Rows that turn out lower than they were make room for others.
+    for (bool settled = false;; settled = true) {
+        bool isNew = false;
+        for (QModelIndex index = indexAt(QPoint(0, 0));
+             index.isValid() && visualRect(index).top() < viewport()->height();
+             index = index.siblingAtRow(index.row() + 1)) {
+            const HistoryEntry &entry = m_model.entry(index.row());
+            if (m_rows.isSettled(entry, width))
+                continue;
+            m_rows.row(entry, width);
+            isNew = true;
+        }
+        if (!isNew)
+            return settled;
+        place();
+    }
+}
+
+void HistoryList::settleRest()
+{
+    m_settling = platform::delay(0ms, [this] {
+        const QDeadlineTimer slice(settlingSlice);
+        const int width = viewport()->width();
+        for (int row = 0; row < m_model.rowCount(); ++row) {
+            const HistoryEntry &entry = m_model.entry(row);
+            if (m_rows.isSettled(entry, width))
+                continue;
+            if (slice.hasExpired())
+                return settleRest();
+            m_rows.row(entry, width);
+            m_unplaced = true;
+        }
+        // Once for all: it paints everything anew.
+        if (std::exchange(m_unplaced, false))
+            place();
+    });
+}
+
+void HistoryList::scrollTo(const QModelIndex &index, ScrollHint hint)
+{
+    const int width = viewport()->width();
+    if (index.isValid() && !m_rows.isSettled(m_model.entry(index.row()), width)) {
+        m_rows.row(m_model.entry(index.row()), width);
+        place();
+    }
+    QListView::scrollTo(index, hint);
+}
+
+void HistoryList::resizeEvent(QResizeEvent *event)
+{
+    QListView::resizeEvent(event);
+    if (event->size().width() != event->oldSize().width())
+        doItemsLayout();
 }
 
 HistoryList::Spot HistoryList::spotAt(const QPoint &place)
@@ -262,6 +347,8 @@ void HistoryList::leaveEvent(QEvent *event)
 
 bool HistoryList::viewportEvent(QEvent *event)
 {
+    if (event->type() == QEvent::Paint)
+        settleVisible(); // what was scrolled to
     if (event->type() == QEvent::ToolTip) {
         const auto *help = static_cast<QHelpEvent *>(event);
         if (spotAt(help->pos()).kind == Spot::Kind::CopyButton)

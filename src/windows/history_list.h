@@ -2,6 +2,8 @@
 
 #include "history_row.h"
 
+#include "platform/task.h"
+
 #include <QListView>
 #include <QPersistentModelIndex>
 
@@ -18,6 +20,9 @@ class HistoryList : public QListView
 public:
     HistoryList(HistoryModel &model, QWidget *parent);
 
+    void doItemsLayout() override;
+    void scrollTo(const QModelIndex &index, ScrollHint hint = EnsureVisible) override;
+
 Q_SIGNALS:
     void copyRequested(const QString &text);
     void deleteRequested(const QUuid &id);
@@ -31,6 +36,7 @@ protected:
     void mouseMoveEvent(QMouseEvent *event) override;
     void mousePressEvent(QMouseEvent *event) override;
     void mouseReleaseEvent(QMouseEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
     bool viewportEvent(QEvent *event) override;
 
 private:
@@ -45,6 +51,14 @@ private:
         int position = 0; // in the text
     };
 
+    // Lays all rows out by the heights that are known. The current row stays where it
+    // shows, or else the one at the top.
+    void place();
+    // Lays out what shows in the width of now. False if that was the case already.
+    bool settleVisible();
+    // The same for all others, in slices.
+    void settleRest();
+
     Spot spotAt(const QPoint &place);
     int positionIn(const QModelIndex &row, HistoryText which, const QPoint &place);
     void point(const Spot &spot);
@@ -54,6 +68,8 @@ private:
 
     HistoryModel &m_model;
     HistoryRows m_rows;
+    platform::Task m_settling;
+    bool m_unplaced = false;         // rows are settled that place() does not know of
     QPersistentModelIndex m_hovered; // the row whose button is below the pointer
     QPersistentModelIndex m_pressed; // the row whose button is held
     // The selected text.

@@ -175,30 +175,28 @@ QRect HistoryRow::place(HistoryText which) const
     return {sideMargin, top + m_source.height() + gap, width, m_translation.height()};
 }
 
-void HistoryRows::forget(int width)
-{
-    if (m_width == width && m_heights.size() < mostHeights)
-        return;
-    m_width = width;
-    m_heights.clear();
-    m_rows.clear();
-}
-
 int HistoryRows::height(const HistoryEntry &entry, int width)
 {
-    forget(width);
     const auto known = m_heights.constFind(entry.id);
-    return known != m_heights.constEnd() ? *known : row(entry, width).height();
+    return known != m_heights.constEnd() ? known->height : row(entry, width).height();
+}
+
+bool HistoryRows::isSettled(const HistoryEntry &entry, int width) const
+{
+    const auto known = m_heights.constFind(entry.id);
+    return known != m_heights.constEnd() && known->width == width;
 }
 
 const HistoryRow &HistoryRows::row(const HistoryEntry &entry, int width)
 {
-    forget(width);
-    if (const HistoryRow *known = m_rows.object(entry.id))
+    const HistoryRow *known = m_rows.object(entry.id);
+    if (known && known->width() == width)
         return *known;
     auto *made = new HistoryRow(entry, width);
     m_rows.insert(entry.id, made);
-    m_heights.insert(entry.id, made->height());
+    if (m_heights.size() >= mostHeights)
+        m_heights.clear();
+    m_heights.insert(entry.id, {width, made->height()});
     return *made;
 }
 

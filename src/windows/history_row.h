@@ -28,6 +28,7 @@ class HistoryRow
 public:
     HistoryRow(const HistoryEntry &entry, int width);
 
+    int width() const { return m_width; }
     int height() const { return m_height; }
     QRect header() const; // one line, as wide as the texts
     QRect copyButton() const;
@@ -48,20 +49,26 @@ private:
     int m_height;
 };
 
-// The rows that were laid out last, and the heights of all that ever were in this
-// width.
+// The rows that were laid out last, and the heights of all that ever were.
 class HistoryRows
 {
 public:
+    // In this width, or where the row was never laid out in it, in the last one in which
+    // it was.
     int height(const HistoryEntry &entry, int width);
-    // Until the next call of either.
+    // Whether height() is that in this width.
+    bool isSettled(const HistoryEntry &entry, int width) const;
+    // Until the next call of this or height().
     const HistoryRow &row(const HistoryEntry &entry, int width);
 
 private:
-    void forget(int width);
+    struct Height
+    {
+        int width;
+        int height;
+    };
 
-    int m_width = 0;
-    QHash<QUuid, int> m_heights;
+    QHash<QUuid, Height> m_heights;
     QCache<QUuid, HistoryRow> m_rows{64};
 };
 

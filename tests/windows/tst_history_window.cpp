@@ -65,6 +65,26 @@ private Q_SLOTS:
         QCOMPARE(m_list->verticalScrollBar()->value(), 0);
     }
 
+    void everyRowFollowsTheWidth()
+    {
+        Sql(m_history->path)("UPDATE history SET translation=replace(hex(zeroblob(40)),'0','ab ')"
+                             "||translation;");
+        m_history->store->applySearch(u"ab"_s);
+        QTRY_COMPARE(m_list->model()->rowCount(), HistoryStore::displayLimit);
+        QTRY_VERIFY(row(0).contains(u"ab ab"_s));
+        const auto height = [this](int number) {
+            return m_list->visualRect(m_list->model()->index(number, 0)).height();
+        };
+        QWidget *window = m_list->window();
+        const int wide = height(0);
+        window->resize(window->width() / 2, window->height());
+        QTRY_VERIFY(height(0) > wide);
+        m_list->setCurrentIndex(m_list->model()->index(900, 0));
+        QTRY_COMPARE(height(900), height(0)); // and those between it and the top
+        QTRY_COMPARE(height(1999), height(0));
+        QVERIFY(m_list->viewport()->rect().contains(m_list->visualRect(m_list->currentIndex())));
+    }
+
     void foreignAndEndlessEntriesAreShown()
     {
         Sql(m_history->path)(
