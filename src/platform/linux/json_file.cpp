@@ -22,6 +22,8 @@ namespace {
 
 // A lock that is taken again and again is free for moments only.
 constexpr auto lockPause = 200us;
+// Of the main thread, for a disk. Mostly it takes a fraction of a millisecond.
+constexpr auto longestWait = 50ms;
 
 constexpr auto ownerOnly = QFileDevice::ReadOwner | QFileDevice::WriteOwner;
 
@@ -34,20 +36,29 @@ QString followLinks(const QString &path)
     return info.filePath();
 }
 
-// Tells the disk to keep what is in this file, once it is run; a file that was replaced
-// before that need not be kept.
+// Gives a copy of the descriptor of the new file, or -1 with the old file intact.
+int replace(const QString &path, const QByteArray &text)
+{
+    // Readable by the user alone, as all temporary files are.
+    QTemporaryFile file(path + ".XXXXXX"_L1);
+    if (!file.open() || file.write(text) != text.size() || !file.flush() ||
+        std::rename(QFile::encodeName(file.fileName()).constData(),
+                    QFile::encodeName(path).constData()) != 0)
+        return -1;
+    file.setAutoRemove(false);
+    return ::dup(file.handle());
+}
+
+// A file that was replaced before its turn need not be kept.
 class DiskSync final : public QRunnable
 {
 public:
+    // Takes the descriptor over.
     explicit DiskSync(int descriptor)
-        : m_descriptor(::dup(descriptor))
+        : m_descriptor(descriptor)
     {
     }
-    ~DiskSync() override
-    {
-        if (m_descriptor >= 0)
-            ::close(m_descriptor);
-    }
+    ~DiskSync() override { ::close(m_descriptor); }
     DiskSync(const DiskSync &) = delete;
     DiskSync &operator=(const DiskSync &) = delete;
 
@@ -97,23 +108,35 @@ JsonFile::State JsonFile::read(QJsonObject &object) const
 JsonFile::JsonFile(QString path)
     : m_path(std::move(path))
 {
-    m_disk.setMaxThreadCount(1);
+    m_syncing.setMaxThreadCount(1);
+    m_writing.setMaxThreadCount(1);
 }
 
-bool JsonFile::write(const QJsonObject &object)
+JsonFile::Writing JsonFile::write(const QJsonObject &object, FileLock lock)
 {
-    const QString path = followLinks(m_path);
-    // Readable by the user alone, as all temporary files are.
-    QTemporaryFile file(path + ".XXXXXX"_L1);
-    const QByteArray text = QJsonDocument(object).toJson();
-    if (!file.open() || file.write(text) != text.size() || !file.flush() ||
-        std::rename(QFile::encodeName(file.fileName()).constData(),
-                    QFile::encodeName(path).constData()) != 0)
-        return false;
-    file.setAutoRemove(false);
-    m_disk.clear();
-    m_disk.start(new DiskSync(file.handle()));
-    return true;
+    const auto result = std::make_shared<std::promise<bool>>();
+    m_written = result->get_future();
+    m_writing.start([this, result, path = followLinks(m_path),
+                     text = QJsonDocument(object).toJson(),
+                     lock = std::make_shared<FileLock>(std::move(lock))]() mutable {
+        const int descriptor = replace(path, text);
+        lock.reset();
+        result->set_value(descriptor >= 0);
+        if (descriptor < 0)
+            return;
+        m_syncing.clear();
+        m_syncing.start(new DiskSync(descriptor));
+    });
+    return writing(longestWait);
+}
+
+JsonFile::Writing JsonFile::writing(std::chrono::milliseconds wait) const
+{
+    if (!m_written.valid())
+        return Writing::Done;
+    if (m_written.wait_for(wait) != std::future_status::ready)
+        return Writing::Pending;
+    return m_written.get() ? Writing::Done : Writing::Failed;
 }
 
 bool JsonFile::keepAside() const

@@ -4,7 +4,9 @@
 #include <QString>
 #include <QThreadPool>
 
+#include <chrono>
 #include <functional>
+#include <future>
 #include <optional>
 
 #include <sys/types.h>
@@ -64,11 +66,19 @@ public:
     State read(QJsonObject &object) const;
     // What is there now; absent when nothing is.
     std::optional<Stamp> version() const;
-    // Replaces the file in one step. False, with the old file intact, when that
-    // cannot be done. The disk, which may be busy for seconds, is waited for by a
-    // thread: from here on every process reads the new text, and a crash costs nothing,
-    // but until then a power cut may.
-    bool write(const QJsonObject &object);
+    enum class Writing {
+        Done,
+        Failed,  // the old file is intact
+        Pending, // the disk is busy
+    };
+    // Replaces the file in one step, by a thread, for which this waits at most 50 ms; the
+    // lock is held until it is through. Not to be called while a write is pending. Once it
+    // is done, every process reads the new text and a crash costs nothing; until another
+    // thread has got the disk to keep it, a power cut may.
+    Writing write(const QJsonObject &object, FileLock lock);
+    // What has become of the last write, after waiting for it so long. Done before the
+    // first.
+    Writing writing(std::chrono::milliseconds wait = {}) const;
     // Gives the file a name that nothing has yet. False if it could not.
     bool keepAside() const;
     // Makes the folder if need be. False if it could not.
@@ -79,7 +89,9 @@ public:
 
 private:
     QString m_path;
-    QThreadPool m_disk; // at work on the last write, at most one thread
+    std::shared_future<bool> m_written; // of the last write
+    QThreadPool m_syncing;              // one thread each
+    QThreadPool m_writing;
 };
 
 } // namespace nivora::linuxdesktop

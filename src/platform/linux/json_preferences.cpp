@@ -86,12 +86,18 @@ void JsonPreferences::apply(std::span<const platform::PreferenceChange> changes)
 // each time: two versions can have the same number, size and time.
 void JsonPreferences::save(Patience patience)
 {
+    if (!finishWriting(patience)) {
+        m_retry.start();
+        return;
+    }
+    if (m_unsaved.isEmpty())
+        return;
     if (!m_file->makeFolder()) {
         warnOnce("cannot be written");
         return;
     }
     watchFolder();
-    const auto lock = takeLock(patience);
+    auto lock = takeLock(patience);
     // To write without the lock is to lose what the other process writes.
     if (lock.isTaken() && patience == Patience::Some && !m_refused.hasExpired(deadAfter.count())) {
         m_retry.start();
@@ -101,10 +107,29 @@ void JsonPreferences::save(Patience patience)
         keepFileAside();
     if (!m_usable)
         return;
-    if (!m_file->write(m_values))
+    if (!lock.isTaken())
+        m_written = m_unsaved; // otherwise the other process may yet overwrite them
+    m_file->write(m_values, std::move(lock));
+    if (!finishWriting(patience))
+        m_retry.start();
+}
+
+bool JsonPreferences::finishWriting(Patience patience)
+{
+    switch (m_file->writing(patience == Patience::None ? deadAfter : 0ms)) {
+    case JsonFile::Writing::Pending:
+        return false;
+    case JsonFile::Writing::Failed:
         warnOnce("cannot be written");
-    else if (!lock.isTaken())
-        m_unsaved.clear(); // otherwise the other process may yet overwrite them
+        break;
+    case JsonFile::Writing::Done:
+        for (const auto &[key, value] : m_written.asKeyValueRange()) {
+            if (m_unsaved.value(key) == value)
+                m_unsaved.remove(key);
+        }
+    }
+    m_written.clear();
+    return true;
 }
 
 void JsonPreferences::startWatching()

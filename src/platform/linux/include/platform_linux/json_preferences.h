@@ -19,6 +19,9 @@ class JsonFile;
 // replaced as a whole by every apply(). Members that this program does not know
 // are kept. The file is readable by the user alone.
 //
+// An apply() waits at most 50 ms for the disk; a write that takes longer goes on by
+// itself, and what changes meanwhile is written after it.
+//
 // Several processes may use one file: each change is merged into what the file
 // holds by then. An apply() waits at most 100 ms for another process that is in
 // the middle of writing, and at most 500 ms while others write one after the
@@ -53,6 +56,8 @@ private:
     void keepFileAside();
     enum class Patience { None, Some };
     void save(Patience patience = Patience::Some);
+    // False while a write is pending.
+    bool finishWriting(Patience patience);
     FileLock takeLock(Patience patience = Patience::Some);
     void warnOnce(const char *what);
 
@@ -60,6 +65,7 @@ private:
     QJsonObject m_values;
     // What has not reached the file yet; an undefined value removes the key.
     QHash<QString, QJsonValue> m_unsaved;
+    QHash<QString, QJsonValue> m_written;          // of these, what a pending write holds
     bool m_watching = false;                       // somebody wants to be told
     std::unique_ptr<QFileSystemWatcher> m_watcher; // null while there is no folder
     QTimer m_look;
