@@ -49,20 +49,19 @@ int replace(const QString &path, const QByteArray &text)
     return ::dup(file.handle());
 }
 
-// A file that was replaced before its turn need not be kept.
-class DiskSync final : public QRunnable
+// Open for as long as the object lives.
+class Descriptor
 {
 public:
-    // Takes the descriptor over.
-    explicit DiskSync(int descriptor)
+    explicit Descriptor(int descriptor)
         : m_descriptor(descriptor)
     {
     }
-    ~DiskSync() override { ::close(m_descriptor); }
-    DiskSync(const DiskSync &) = delete;
-    DiskSync &operator=(const DiskSync &) = delete;
+    ~Descriptor() { ::close(m_descriptor); }
+    Descriptor(const Descriptor &) = delete;
+    Descriptor &operator=(const Descriptor &) = delete;
 
-    void run() override { ::fdatasync(m_descriptor); }
+    int get() const { return m_descriptor; }
 
 private:
     int m_descriptor;
@@ -124,8 +123,9 @@ JsonFile::Writing JsonFile::write(const QJsonObject &object, FileLock lock)
         result->set_value(descriptor >= 0);
         if (descriptor < 0)
             return;
-        m_syncing.clear();
-        m_syncing.start(new DiskSync(descriptor));
+        const auto written = std::make_shared<Descriptor>(descriptor);
+        m_syncing.clear(); // a file that was replaced before its turn need not be kept
+        m_syncing.start([written] { ::fdatasync(written->get()); });
     });
     return writing(longestWait);
 }
