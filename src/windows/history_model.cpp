@@ -10,7 +10,7 @@ namespace nivora {
 
 namespace {
 
-constexpr int firstRows = 40; // more than a window of usual height shows
+constexpr int firstRows = 16; // more than a window of usual height shows
 // Some milliseconds of laying out: the window answers meanwhile.
 constexpr int furtherRows = 20;
 
