@@ -160,12 +160,12 @@ void HistoryList::place()
                                       before);
 }
 
-bool HistoryList::settleVisible()
+void HistoryList::settleVisible()
 {
     const int width = viewport()->width();
     // Rows that turn out lower than they were make room for others.
-    for (bool settled = false;; settled = true) {
-        bool isNew = false;
+    for (bool isNew = true; isNew;) {
+        isNew = false;
         for (QModelIndex index = indexAt(QPoint(0, 0));
              index.isValid() && visualRect(index).top() < viewport()->height();
              index = index.siblingAtRow(index.row() + 1)) {
@@ -175,9 +175,8 @@ bool HistoryList::settleVisible()
             m_rows.row(entry, width);
             isNew = true;
         }
-        if (!isNew)
-            return settled;
-        place();
+        if (isNew)
+            place();
     }
 }
 

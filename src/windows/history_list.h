@@ -54,8 +54,8 @@ private:
     // Lays all rows out by the heights that are known. The current row stays where it
     // shows, or else the one at the top.
     void place();
-    // Lays out what shows in the width of now. False if that was the case already.
-    bool settleVisible();
+    // Lays out what shows in the width of now.
+    void settleVisible();
     // The same for all others, in slices.
     void settleRest();
 

@@ -36,36 +36,26 @@ QString followLinks(const QString &path)
     return info.filePath();
 }
 
-// Gives a copy of the descriptor of the new file, or -1 with the old file intact.
-int replace(const QString &path, const QByteArray &text)
+// False with the old file intact.
+bool replace(const QString &path, const QByteArray &text)
 {
     // Readable by the user alone, as all temporary files are.
     QTemporaryFile file(path + ".XXXXXX"_L1);
     if (!file.open() || file.write(text) != text.size() || !file.flush() ||
         std::rename(QFile::encodeName(file.fileName()).constData(),
                     QFile::encodeName(path).constData()) != 0)
-        return -1;
+        return false;
     file.setAutoRemove(false);
-    return ::dup(file.handle());
+    return true;
 }
 
-// Open for as long as the object lives.
-class Descriptor
+// Returns once the disk has it.
+void synchronise(const QString &path)
 {
-public:
-    explicit Descriptor(int descriptor)
-        : m_descriptor(descriptor)
-    {
-    }
-    ~Descriptor() { ::close(m_descriptor); }
-    Descriptor(const Descriptor &) = delete;
-    Descriptor &operator=(const Descriptor &) = delete;
-
-    int get() const { return m_descriptor; }
-
-private:
-    int m_descriptor;
-};
+    QFile file(path);
+    if (file.open(QIODevice::ReadOnly))
+        ::fdatasync(file.handle());
+}
 
 } // namespace
 
@@ -118,14 +108,12 @@ JsonFile::Writing JsonFile::write(const QJsonObject &object, FileLock lock)
     m_writing.start([this, result, path = followLinks(m_path),
                      text = QJsonDocument(object).toJson(),
                      lock = std::make_shared<FileLock>(std::move(lock))]() mutable {
-        const int descriptor = replace(path, text);
+        const bool replaced = replace(path, text);
         lock.reset();
-        result->set_value(descriptor >= 0);
-        if (descriptor < 0)
-            return;
-        const auto written = std::make_shared<Descriptor>(descriptor);
-        m_syncing.clear(); // a file that was replaced before its turn need not be kept
-        m_syncing.start([written] { ::fdatasync(written->get()); });
+        result->set_value(replaced);
+        m_syncing.clear(); // the one that is there by then is enough
+        if (replaced)
+            m_syncing.start([path] { synchronise(path); });
     });
     return writing(longestWait);
 }
