@@ -32,7 +32,8 @@ bool AuthStore::settle()
     if (presence == Presence::Unknown)
         return false;
     m_isSettled = true;
-    if (presence == Presence::Stored)
+    m_wasSignedIn = presence == Presence::Stored;
+    if (m_wasSignedIn)
         m_email = m_preferences.string(emailKey).value_or(QString());
     else if (m_preferences.value(emailKey))
         m_preferences.remove(emailKey);
@@ -42,7 +43,10 @@ bool AuthStore::settle()
 
 bool AuthStore::isSignedIn() const
 {
-    return m_keychain.presence(KeychainStore::sessionTokenAccount()) == Presence::Stored;
+    const auto presence = m_keychain.presence(KeychainStore::sessionTokenAccount());
+    if (presence != Presence::Unknown)
+        m_wasSignedIn = presence == Presence::Stored;
+    return m_wasSignedIn;
 }
 
 bool AuthStore::signIn(const AuthSession &session)
@@ -53,6 +57,7 @@ bool AuthStore::signIn(const AuthSession &session)
     if (m_keychain.read(account) != token)
         return false;
     m_isSettled = true;
+    m_wasSignedIn = true;
     m_email = session.email;
     m_preferences.set(emailKey, m_email);
     Q_EMIT changed();
@@ -63,6 +68,7 @@ void AuthStore::signOut()
 {
     m_keychain.write(KeychainStore::sessionTokenAccount(), std::nullopt);
     m_isSettled = true;
+    m_wasSignedIn = false;
     m_email.clear();
     m_preferences.remove(emailKey);
     Q_EMIT changed();

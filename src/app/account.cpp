@@ -2,6 +2,8 @@
 
 #include "account/billing_summary.h"
 
+#include "stores/keychain_store.h"
+
 #include <QLocale>
 
 using namespace std::chrono_literals;
@@ -16,6 +18,7 @@ Account::Account(platform::Preferences &preferences, KeychainStore &keychain,
     , m_billingStore(endpoint, keychain, browser)
 {
     connect(&m_authStore, &AuthStore::changed, this, &Account::refreshBilling);
+    m_watch = keychain.watch([this] { refreshBilling(); });
 }
 
 void Account::refreshBilling()

@@ -52,6 +52,11 @@ KeychainStore::Presence KeychainStore::presence(const QString &account) const
     return text && !text->isEmpty() ? Presence::Stored : Presence::Absent;
 }
 
+platform::Task KeychainStore::watch(std::function<void()> answers) const
+{
+    return m_secrets.watch(std::move(answers));
+}
+
 void KeychainStore::write(const QString &account, const std::optional<platform::SecretText> &value)
 {
     if (value && !value->isEmpty())

@@ -136,7 +136,10 @@ private Q_SLOTS:
         QCOMPARE(m_program->store.isSignedIn(), !token.isEmpty());
         QTEST(m_program->store.email(), "email");
         QCOMPARE(m_preferences.value(emailKey).has_value(), remembered && !token.isEmpty());
-        m_secrets.setAvailable(false); // between two reads
+        m_secrets.setAvailable(false); // and late later on: what it said last
+        QCOMPARE(m_program->store.isSignedIn(), !token.isEmpty());
+        m_secrets.setAvailable(true);
+        m_secrets.remove(service, tokenName);
         QVERIFY(!m_program->store.isSignedIn());
     }
 

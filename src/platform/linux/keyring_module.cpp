@@ -12,7 +12,6 @@ namespace {
 class NoKeyring final : public Keyring
 {
 public:
-    Outcome connect() override { return Outcome::Unavailable; }
     Outcome read(const SecretName &, platform::SecretBytes &) override
     {
         return Outcome::Unavailable;

@@ -4,12 +4,14 @@
 
 #include "platform/log.h"
 
-#include "keyring_module.h"
+#include "on_demand_keyring.h"
 
 #include <QCoreApplication>
 
+#include <chrono>
 #include <condition_variable>
 #include <deque>
+#include <functional>
 #include <map>
 #include <mutex>
 #include <thread>
@@ -20,8 +22,10 @@ using namespace std::chrono_literals;
 
 namespace {
 
-// What callers are promised is 250 ms; the rest is for waking up.
-constexpr auto readWait = 240ms;
+// What callers are promised is 100 ms; the rest is for waking up.
+constexpr std::chrono::milliseconds readWait = 90ms;
+// For a keyring that is late, altogether.
+constexpr std::chrono::milliseconds patience = 240ms;
 constexpr auto closingWait = 250ms;
 
 using platform::SecretAnswer;
@@ -55,14 +59,16 @@ struct Pending
 class LibsecretStore::Worker
 {
 public:
-    explicit Worker(const QString &module)
+    Worker(const QString &module, std::function<void()> tellOfAnswer)
         : m_module(module)
+        , m_tellOfAnswer(std::move(tellOfAnswer))
         , m_thread([this] { run(); })
     {
     }
     ~Worker();
 
-    SecretAnswer read(const SecretName &name);
+    // Absent when it waited in vain.
+    std::optional<SecretAnswer> read(const SecretName &name, bool mayWait);
     void change(const SecretName &name, std::optional<SecretBytes> secret);
 
 private:
@@ -71,10 +77,13 @@ private:
     Outcome performChange(Keyring &keyring, const SecretName &name,
                           std::unique_lock<std::mutex> &lock);
     bool isIdle() const { return !m_busy && m_queue.empty(); }
+    bool isStuck() const { return m_patience == 0ms; }
+    void endJob(Outcome outcome);
     void askToUnlock(Keyring &keyring, const QString &service, bool create);
     void finishUnlocking(bool unlocked);
 
     const QString m_module;
+    const std::function<void()> m_tellOfAnswer;
 
     // ---
     std::mutex m_mutex;
@@ -83,9 +92,11 @@ private:
     std::condition_variable m_answered; // a job has ended
     std::deque<Job> m_queue;
     std::map<SecretName, Pending> m_pending;
+    std::map<SecretName, std::shared_ptr<Reading>> m_readings; // without an answer yet
     quint64 m_changes = 0;
     bool m_busy = false;
-    bool m_stuck = false;
+    std::chrono::milliseconds m_patience = patience; // what is left of it
+    bool m_hasTold = false; // of an answer, since the last one that came in time
     bool m_closing = false;
     bool m_askedToUnlock = false;
     bool m_unlocking = false;
@@ -98,7 +109,7 @@ LibsecretStore::Worker::~Worker()
 {
     {
         std::unique_lock lock(m_mutex);
-        if (!m_stuck)
+        if (!isStuck())
             m_answered.wait_for(lock, closingWait, [this] { return isIdle(); });
         m_closing = true;
         if (m_keyring)
@@ -108,26 +119,33 @@ LibsecretStore::Worker::~Worker()
     m_thread.join();
 }
 
-SecretAnswer LibsecretStore::Worker::read(const SecretName &name)
+std::optional<SecretAnswer> LibsecretStore::Worker::read(const SecretName &name, bool mayWait)
 {
     std::unique_lock lock(m_mutex);
     if (const auto pending = m_pending.find(name); pending != m_pending.end())
-        return {.secret = pending->second.secret, .isKnown = true};
+        return SecretAnswer{.secret = pending->second.secret, .isKnown = true};
     // A stuck keyring gets one job at a time, to find out when it comes back.
-    if (m_stuck && !isIdle())
-        return {};
+    if (isStuck() && !isIdle())
+        return SecretAnswer{};
 
-    const auto reading = std::make_shared<Reading>();
-    m_queue.push_back({name, reading});
-    m_wake.notify_one();
-    if (m_stuck)
-        return {};
-    if (!m_answered.wait_for(lock, readWait, [&] { return reading->done; })) {
-        m_stuck = true;
-        qCWarning(log::app, "Keyring: no answer, secrets are unknown until it comes back");
-        return {};
+    auto &open = m_readings[name];
+    if (!open) {
+        open = std::make_shared<Reading>();
+        m_queue.push_back({name, open});
+        m_wake.notify_one();
     }
-    return reading->answer;
+    if (isStuck() || !mayWait)
+        return SecretAnswer{};
+    const auto reading = open;
+    const auto wait = std::min(readWait, m_patience);
+    if (m_answered.wait_for(lock, wait, [&] { return reading->done; })) {
+        m_hasTold = false;
+        return reading->answer;
+    }
+    if (m_patience == patience)
+        qCWarning(log::app, "Keyring: no answer, secrets are unknown until it comes back");
+    m_patience = std::max(m_patience - wait, 0ms);
+    return std::nullopt;
 }
 
 void LibsecretStore::Worker::change(const SecretName &name, std::optional<SecretBytes> secret)
@@ -140,39 +158,36 @@ void LibsecretStore::Worker::change(const SecretName &name, std::optional<Secret
 
 void LibsecretStore::Worker::run()
 {
+    OnDemandKeyring keyring(m_module);
     std::unique_lock lock(m_mutex);
-    m_wake.wait(lock, [this] { return m_closing || !m_queue.empty(); });
-    if (m_closing)
-        return;
-    m_busy = true;
-    lock.unlock();
-    const std::unique_ptr<Keyring> keyring = loadKeyring(m_module);
-    lock.lock();
-    m_keyring = keyring.get();
-    bool timedOut = false;
-    if (!m_closing) {
-        lock.unlock();
-        timedOut = keyring->connect() == Outcome::TimedOut;
-        lock.lock();
-    }
+    m_keyring = &keyring;
     for (;;) {
-        m_busy = false;
-        m_stuck = timedOut;
-        m_answered.notify_all();
         m_wake.wait(lock, [this] { return m_closing || !m_queue.empty(); });
         if (m_closing)
             break;
         Job job = std::move(m_queue.front());
         m_queue.pop_front();
         m_busy = true;
-        timedOut = perform(*keyring, job, lock) == Outcome::TimedOut;
-        keyring->handlePending();
+        const Outcome outcome = perform(keyring, job, lock);
+        keyring.handlePending();
+        m_busy = false;
+        endJob(outcome);
     }
     m_keyring = nullptr;
     lock.unlock();
     // It asks the keyring too.
     if (m_unlocker.joinable())
         m_unlocker.join();
+}
+
+// Tells once of a keyring that is late each time: whoever is told asks again.
+void LibsecretStore::Worker::endJob(Outcome outcome)
+{
+    const bool answers = outcome != Outcome::TimedOut && outcome != Outcome::Unavailable;
+    if (answers && m_patience < patience && !std::exchange(m_hasTold, true))
+        m_tellOfAnswer();
+    m_patience = outcome == Outcome::TimedOut ? 0ms : patience;
+    m_answered.notify_all();
 }
 
 // Called and left with the lock held, which is released meanwhile.
@@ -191,6 +206,7 @@ Outcome LibsecretStore::Worker::perform(Keyring &keyring, Job &job,
     if (outcome == Outcome::Locked)
         askToUnlock(keyring, job.name.service, false);
     job.reading->done = true;
+    m_readings.erase(job.name);
     return outcome;
 }
 
@@ -244,6 +260,8 @@ void LibsecretStore::Worker::finishUnlocking(bool unlocked)
         }
     }
     m_wake.notify_one();
+    if (unlocked)
+        m_tellOfAnswer();
 }
 
 QString LibsecretStore::defaultModule()
@@ -252,7 +270,7 @@ QString LibsecretStore::defaultModule()
 }
 
 LibsecretStore::LibsecretStore(const QString &module)
-    : m_worker(std::make_unique<Worker>(module))
+    : m_worker(std::make_unique<Worker>(module, [this] { tellOfAnswer(); }))
 {
 }
 
@@ -260,7 +278,10 @@ LibsecretStore::~LibsecretStore() = default;
 
 SecretAnswer LibsecretStore::read(const QString &service, const QString &account)
 {
-    return m_worker->read({service, account});
+    const auto answer = m_worker->read({service, account}, !m_hasWaited.isRunning());
+    if (!answer)
+        m_hasWaited = platform::delay(0ms, [] {});
+    return answer.value_or(SecretAnswer());
 }
 
 void LibsecretStore::write(const QString &service, const QString &account,

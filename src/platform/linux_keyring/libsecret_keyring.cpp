@@ -64,7 +64,6 @@ SecretItem *itemOf(const GList *link)
 class LibsecretKeyring final : public Keyring
 {
 public:
-    Outcome connect() override;
     Outcome read(const SecretName &name, platform::SecretBytes &secret) override;
     Outcome write(const SecretName &name, const platform::SecretBytes &secret) override;
     Outcome remove(const SecretName &name) override;
@@ -76,6 +75,7 @@ private:
     template<typename Call>
     Outcome attempt(Call &&call);
 
+    Outcome connect();
     void disconnect();
 
     GlibThreadContext m_context;

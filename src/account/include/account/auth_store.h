@@ -29,7 +29,8 @@ public:
     // call settled it; once it is, the keychain is not asked.
     bool settle();
 
-    // Asks the keychain each time: at most 250 ms. False while it does not answer.
+    // Asks the keychain each time: at most 100 ms. While it does not answer, what it
+    // said last; false before the first answer.
     bool isSignedIn() const;
 
     QString email() const { return m_email; } // empty when there is none to show
@@ -49,6 +50,7 @@ private:
     KeychainStore &m_keychain;
     QString m_email;
     bool m_isSettled = false;
+    mutable bool m_wasSignedIn = false; // by the last answer
 };
 
 } // namespace nivora

@@ -34,7 +34,8 @@ public:
     Account(platform::Preferences &preferences, KeychainStore &keychain,
             platform::WebBrowser &browser, const AuthEndpoint &endpoint, const QString &language);
 
-    // Asks for the plan, and who is signed in if the keychain has not said so yet.
+    // Asks for the plan, and who is signed in if the keychain has not said so yet;
+    // called here too when a keychain that was late answers.
     // From the event loop: a trigger does not wait even for the keychain.
     void refreshBilling();
 
@@ -50,6 +51,7 @@ private:
     SignIn m_signIn;
     BillingStore m_billingStore;
     platform::Task m_refresh;
+    platform::Task m_watch; // of the keychain
 };
 
 } // namespace nivora

@@ -1,9 +1,12 @@
 #pragma once
 
 #include "platform/secret.h"
+#include "platform/task.h"
 
 #include <QString>
 
+#include <functional>
+#include <memory>
 #include <optional>
 
 namespace nivora::platform {
@@ -17,14 +20,17 @@ struct SecretAnswer
     bool isKnown = false;
 };
 
+class SecretNotifier;
+
 // The desktop's keychain. Secrets are told apart by service and account.
 //
-// Main thread only. Every call returns within 250 ms, and a keychain that has not
-// answered one call is not waited for again until it has.
+// Main thread only. Every call returns within 100 ms, and so do all calls of one turn of
+// the event loop together where the keychain does not answer.
 class SecretStore
 {
 public:
-    virtual ~SecretStore() = default;
+    SecretStore();
+    virtual ~SecretStore();
 
     // For a locked item the user is asked once to unlock it, in the background.
     virtual SecretAnswer read(const QString &service, const QString &account) = 0;
@@ -37,6 +43,17 @@ public:
 
     // Removing what is not there is no failure.
     virtual void remove(const QString &service, const QString &account) = 0;
+
+    // Tells that a keychain which did not answer in time has answered after all, or that
+    // the user has unlocked it: a read() may find more now. For as long as the task lives.
+    Task watch(std::function<void()> answers) const;
+
+protected:
+    // From any thread. Reaches those who watch from the event loop.
+    void tellOfAnswer() const;
+
+private:
+    std::unique_ptr<SecretNotifier> m_notifier;
 };
 
 } // namespace nivora::platform

@@ -1,9 +1,11 @@
 #pragma once
 
 #include "platform/secret.h"
+#include "platform/task.h"
 
 #include <QString>
 
+#include <functional>
 #include <optional>
 
 namespace nivora {
@@ -37,6 +39,9 @@ public:
         Unknown, // no answer for now
     };
     Presence presence(const QString &account) const;
+
+    // Tells that presence() may know more now, for as long as the task lives.
+    platform::Task watch(std::function<void()> answers) const;
 
     // An absent or empty value deletes the item.
     void write(const QString &account, const std::optional<platform::SecretText> &value);

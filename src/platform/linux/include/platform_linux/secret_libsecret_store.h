@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/secret_store.h"
+#include "platform/task.h"
 
 #include <memory>
 
@@ -9,9 +10,10 @@ namespace nivora::linuxdesktop {
 // Secrets in the session's keyring, as items labelled "Nivora" with the
 // attributes "service" and "account".
 //
-// One thread talks to the keyring. The first call has it load the module that holds
-// libsecret, and connect. A read() waits for that thread at most 240 ms; once it has
-// waited in vain, secrets are unknown at once until the keyring answers again. Without
+// One thread talks to the keyring, and loads the module that holds libsecret when there
+// is an item to read, or one to write. A read() waits for that thread at most 90 ms, and
+// all that wait in vain for one answer 240 ms together, each in a turn of its own of the
+// event loop; without waiting, secrets are unknown until the keyring answers again. Without
 // the module, a session bus or a keyring they are unknown in milliseconds.
 //
 // A locked keyring is asked to unlock once, which may show the user its dialog.
@@ -36,6 +38,7 @@ public:
 private:
     class Worker;
     std::unique_ptr<Worker> m_worker;
+    platform::Task m_hasWaited; // in vain, in this turn of the event loop
 };
 
 } // namespace nivora::linuxdesktop

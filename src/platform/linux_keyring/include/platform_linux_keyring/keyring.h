@@ -36,7 +36,6 @@ public:
     virtual ~Keyring() = default;
 
     // None of these waits for the user.
-    virtual Outcome connect() = 0;
     virtual Outcome read(const SecretName &name, platform::SecretBytes &secret) = 0;
     virtual Outcome write(const SecretName &name, const platform::SecretBytes &secret) = 0;
     virtual Outcome remove(const SecretName &name) = 0;

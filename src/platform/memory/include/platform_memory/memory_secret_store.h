@@ -17,7 +17,11 @@ public:
     void remove(const QString &service, const QString &account) override;
 
     // An unavailable store knows nothing and loses what is written.
-    void setAvailable(bool available) { m_available = available; }
+    void setAvailable(bool available)
+    {
+        if (!std::exchange(m_available, available) && available)
+            tellOfAnswer();
+    }
     int count() const { return static_cast<int>(m_secrets.size()); }
     int reads() const { return m_reads; }
 
