@@ -2,6 +2,7 @@
 #include "core/translation_engine.h"
 #include "localcloud/event_stream.h"
 #include "localcloud/server.h"
+#include "platform_linux_network/qt_http_client.h"
 #include "platform_memory/memory_desktop.h"
 #include "session/translation_view_model.h"
 #include "stores/settings_store.h"
@@ -27,7 +28,8 @@ struct Bench
     memory::MemoryDesktop desktop;
     KeychainStore keychain{desktop.secrets};
     SettingsStore settings{desktop.preferences, keychain, QUrl(u"http://127.0.0.1"_s)};
-    TranslationEngine engine;
+    linuxdesktop::QtHttpClient network;
+    TranslationEngine engine{network};
     ReadingService readings{desktop.japaneseTokenizer};
     TranslationViewModel session{{.engine = engine,
                                   .settings = settings,

@@ -3,77 +3,13 @@
 #include "core/auth_service.h"
 #include "core/billing_service.h"
 #include "core/feedback_service.h"
+#include "platform_memory/memory_http_client.h"
 
 #include <QCoreApplication>
 #include <QDeadlineTimer>
-#include <QNetworkAccessManager>
-#include <QNetworkReply>
 
 using namespace Qt::Literals::StringLiterals;
 using namespace nivora;
-
-namespace {
-
-// An answer that is there at once.
-class Answer final : public QNetworkReply
-{
-public:
-    Answer(const QNetworkRequest &request, int status, const QByteArray &body)
-        : m_body(body)
-    {
-        setRequest(request);
-        setUrl(request.url());
-        setAttribute(QNetworkRequest::HttpStatusCodeAttribute, status);
-        open(QIODevice::ReadOnly | QIODevice::Unbuffered);
-        if (status >= 400)
-            setError(QNetworkReply::UnknownContentError, u"refused"_s);
-        QMetaObject::invokeMethod(
-            this,
-            [this] {
-                Q_EMIT readyRead();
-                setFinished(true);
-                Q_EMIT finished();
-            },
-            Qt::QueuedConnection);
-    }
-
-    void abort() override {}
-    bool isSequential() const override { return true; }
-    qint64 bytesAvailable() const override
-    {
-        return m_body.size() - m_at + QIODevice::bytesAvailable();
-    }
-
-protected:
-    qint64 readData(char *data, qint64 limit) override
-    {
-        const qint64 count = std::min<qint64>(limit, m_body.size() - m_at);
-        std::copy_n(m_body.constData() + m_at, count, data);
-        m_at += count;
-        return count;
-    }
-
-private:
-    QByteArray m_body;
-    qint64 m_at = 0;
-};
-
-class Server final : public QNetworkAccessManager
-{
-public:
-    int status = 200;
-    QByteArray body;
-
-protected:
-    QNetworkReply *createRequest(Operation, const QNetworkRequest &request, QIODevice *) override
-    {
-        auto *answer = new Answer(request, status, body);
-        answer->setParent(this);
-        return answer;
-    }
-};
-
-} // namespace
 
 // Whatever the cloud answers to the account's requests: one result each, and
 // nothing in it that could do harm where it is used.
@@ -85,12 +21,12 @@ int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
     static QCoreApplication application(argc, argv);
 
     fuzz::Input input(data, size);
-    Server server;
+    memory::MemoryHttpClient web;
     const int client = input.number(5);
     constexpr int statuses[] = {200, 201, 204, 302, 400, 401, 403, 429, 500};
-    server.status = statuses[input.number(int(std::size(statuses)))];
-    server.body = input.rest();
-    const AuthEndpoint endpoint{server, QUrl(u"https://cloud.invalid/base"_s)};
+    const int status = statuses[input.number(int(std::size(statuses)))];
+    web.setAnswer(status, input.rest());
+    const AuthEndpoint endpoint{web, QUrl(u"https://cloud.invalid/base"_s)};
 
     int results = 0;
     platform::Task task;
@@ -119,9 +55,8 @@ int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
         task = BillingService(endpoint).portalURL(u"token"_s, onPage);
         break;
     default:
-        task = FeedbackService(server, endpoint.baseURL, "token"_ba).submit({}, [&](bool) {
-            ++results;
-        });
+        task =
+            FeedbackService(web, endpoint.baseURL, "token"_ba).submit({}, [&](bool) { ++results; });
     }
     const QDeadlineTimer patience(2000);
     while (results == 0 && !patience.hasExpired())

@@ -3,13 +3,13 @@
 #include "account/auth_store.h"
 #include "account/sign_in.h"
 #include "core/auth_service.h"
+#include "platform_memory/memory_http_client.h"
 #include "platform_memory/memory_preferences.h"
 #include "platform_memory/memory_secret_store.h"
 #include "platform_memory/memory_web_browser.h"
 #include "stores/keychain_store.h"
 
 #include <QCoreApplication>
-#include <QNetworkAccessManager>
 
 using namespace Qt::Literals::StringLiterals;
 using namespace nivora;
@@ -22,7 +22,7 @@ struct Desk
     char name[16] = "fuzz";
     char *argv[2] = {name, nullptr};
     QCoreApplication application{argc, argv};
-    QNetworkAccessManager network;
+    memory::MemoryHttpClient network;
 };
 
 } // namespace

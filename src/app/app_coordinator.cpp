@@ -7,6 +7,7 @@
 
 #include "platform/accessibility.h"
 #include "platform/clipboard.h"
+#include "platform/http_client.h"
 #include "platform/log.h"
 
 #include <QScopedValueRollback>
@@ -29,8 +30,10 @@ AppCoordinator::AppCoordinator(const platform::Services &services, const QUrl &c
     , m_environment(services.appearance)
     , m_keychain(services.secrets)
     , m_settings(services.preferences, m_keychain, cloudEndpoint)
+    , m_engine(services.http)
     , m_usageStore(services.preferences)
-    , m_account(services.preferences, m_keychain, services.webBrowser, {m_network, cloudEndpoint},
+    , m_account(services.preferences, m_keychain, services.webBrowser,
+                {services.http, cloudEndpoint},
                 interfaceLanguage(userLanguages(services.preferences)))
     , m_selectionService(services)
     , m_insertionService(services)
@@ -52,7 +55,7 @@ AppCoordinator::AppCoordinator(const platform::Services &services, const QUrl &c
     , m_onboardingWindow(m_account.authStore(), m_account.signIn(), services.accessibility,
                          services.windowSystem)
     , m_loginItem(services.loginItem)
-    , m_connectionTest(m_network)
+    , m_connectionTest(services.http)
     , m_settingsWindow({.settings = m_settings,
                         .glossary = m_glossaryStore,
                         .usage = m_usageStore,
@@ -113,6 +116,7 @@ void AppCoordinator::warmUp()
 {
     if (m_panelController.panel())
         return;
+    m_services.http.prepare();
     m_warmUp = platform::delay(0ms, [this] {
         m_panelController.prepare();
         historyStore(); // opens the file
@@ -153,7 +157,7 @@ void AppCoordinator::wireSession()
                                          std::function<void(bool)> done) {
         const auto token =
             m_keychain.read(KeychainStore::sessionTokenAccount()).value_or(platform::SecretText());
-        return FeedbackService(m_network, m_settings.cloudEndpoint(), (*token).toUtf8())
+        return FeedbackService(m_services.http, m_settings.cloudEndpoint(), (*token).toUtf8())
             .submit(report, std::move(done));
     };
     m_viewModel.usageRecorder = [this](const TokenUsage &usage) { m_usageStore.record(usage); };

@@ -15,7 +15,7 @@ namespace nivora {
 
 UpdateFlow::UpdateFlow(const platform::Services &services, const QUrl &origin)
     : m_services(services)
-    , m_server(origin)
+    , m_server(services.http, origin)
     , m_notes(m_server)
     , m_gentleReminders([this] { bringToFront(); })
     , m_updater({.server = m_server,

@@ -6,7 +6,6 @@
 #include "core/network_fault_text.h"
 
 #include <QJsonDocument>
-#include <QNetworkAccessManager>
 
 #include <algorithm>
 
@@ -43,59 +42,48 @@ AuthRequest::AuthRequest(const AuthEndpoint &endpoint, const Content &content, D
     if (!content.token || isSessionToken(**content.token))
         send(endpoint, content);
     else
-        m_refusal = platform::delay(0ms, [this] { end(AuthError::invalidResponse()); });
+        m_exchange = platform::delay(0ms, [this] { end(AuthError::invalidResponse()); });
 }
 
 void AuthRequest::send(const AuthEndpoint &endpoint, const Content &content)
 {
-    QNetworkRequest request(appendPath(endpoint.baseURL, content.path));
+    platform::HttpRequest request{.method = content.method,
+                                  .url = appendPath(endpoint.baseURL, content.path),
+                                  .silence = endpoint.timeout};
     if (!content.json.isEmpty())
-        request.setHeader(QNetworkRequest::ContentTypeHeader, "application/json"_ba);
+        request.headers.append({"Content-Type"_ba, "application/json"_ba});
     if (content.token)
-        setBearer(request, (**content.token).toLatin1());
-    request.setAttribute(QNetworkRequest::RedirectPolicyAttribute,
-                         QNetworkRequest::ManualRedirectPolicy);
-    request.setTransferTimeout(int(endpoint.timeout.count()));
-    if (content.method == "GET"_ba) {
-        m_reply = endpoint.session.get(request);
-    } else {
-        request.setHeader(QNetworkRequest::ContentLengthHeader, content.json.size());
-        request.setAttribute(QNetworkRequest::DoNotBufferUploadDataAttribute, true);
-        // An empty body keeps Qt from sending the request twice, too.
-        auto *body = new SingleUseBody(content.json);
-        // As a method of the caller's own, for which Qt makes up no content type.
-        m_reply = endpoint.session.sendCustomRequest(request, content.method, body);
-        body->setParent(m_reply);
-    }
-    connect(m_reply, &QNetworkReply::readyRead, this, &AuthRequest::onReadyRead);
-    connect(m_reply, &QNetworkReply::finished, this, [this] {
-        if (m_reply->isOpen()) // not after a time-out
-            m_answer += m_reply->readAll();
-        end(outcome());
-    });
+        request.bearer = (**content.token).toLatin1();
+    // An empty body keeps the client from sending the request twice, too.
+    if (content.method != "GET"_ba)
+        request.body = content.json;
+    m_exchange = endpoint.http.send(
+        request, {
+                     .onHead = [this](const platform::HttpHead &head) { m_status = head.status; },
+                     .onBytes = [this](const QByteArray &bytes) { onBytes(bytes); },
+                     .onEnd = [this](const auto &failure) { end(outcome(failure)); },
+                 });
 }
 
-void AuthRequest::onReadyRead()
+void AuthRequest::onBytes(const QByteArray &bytes)
 {
-    m_answer += m_reply->readAll();
+    m_answer += bytes;
     if (m_answer.size() <= maximumAnswer)
         return;
     m_answer.clear();
-    const AuthResult<QByteArray> result = outcome();
+    const AuthResult<QByteArray> result = outcome({});
     end(std::holds_alternative<AuthError>(result) ? result : AuthError::invalidResponse());
 }
 
-AuthResult<QByteArray> AuthRequest::outcome() const
+AuthResult<QByteArray>
+AuthRequest::outcome(const std::optional<platform::HttpFailure> &failure) const
 {
-    const int status = m_reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
-    const bool failed = m_reply->error() != QNetworkReply::NoError;
-    if (status == 0)
-        return failed ? AuthError::network(networkFaultText(*m_reply))
-                      : AuthError::invalidResponse();
-    if (status < 200 || status > 299)
-        return AuthError::http(status, serverText(m_answer));
-    if (failed && !isWholeDespiteError(*m_reply, m_answer.size()))
-        return AuthError::network(networkFaultText(*m_reply));
+    if (m_status != 0 && (m_status < 200 || m_status > 299))
+        return AuthError::http(m_status, serverText(m_answer));
+    if (failure)
+        return AuthError::network(networkFaultText(*failure));
+    if (m_status == 0)
+        return AuthError::invalidResponse();
     return m_answer;
 }
 
@@ -106,12 +94,7 @@ void AuthRequest::end(const AuthResult<QByteArray> &result)
 
 void AuthRequest::stop()
 {
-    m_refusal.cancel();
-    if (!m_reply)
-        return;
-    m_reply->disconnect(this);
-    m_reply->deleteLater();
-    m_reply = nullptr;
+    m_exchange.cancel();
 }
 
 } // namespace nivora

@@ -7,7 +7,6 @@
 #include "platform/task.h"
 
 #include <QJsonObject>
-#include <QNetworkReply>
 #include <QStringView>
 
 #include <functional>
@@ -39,14 +38,14 @@ public:
 
 private:
     void send(const AuthEndpoint &endpoint, const Content &content);
-    void onReadyRead();
-    AuthResult<QByteArray> outcome() const;
+    void onBytes(const QByteArray &bytes);
+    AuthResult<QByteArray> outcome(const std::optional<platform::HttpFailure> &failure) const;
     void end(const AuthResult<QByteArray> &result);
     void stop() override;
 
     Done m_done;
-    QNetworkReply *m_reply = nullptr;
-    platform::Task m_refusal;
+    platform::Task m_exchange; // or the refusal to send
+    int m_status = 0;          // absent: 0
     QByteArray m_answer;
 };
 

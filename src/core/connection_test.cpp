@@ -32,15 +32,15 @@ class ProbeRequest final : public ServiceRequest
 public:
     using Done = std::function<void(const ConnectionReport &)>;
 
-    ProbeRequest(QNetworkAccessManager &session, const TranslationConfig &config, Done done)
-        : ServiceRequest(session, config, Answer::Stream, probeBody(config.modelName))
+    ProbeRequest(platform::HttpClient &http, const TranslationConfig &config, Done done)
+        : ServiceRequest(http, config, Answer::Stream, probeBody(config.modelName))
         , m_done(std::move(done))
     {
         m_clock.start();
     }
 
 private:
-    void onAccepted(const QNetworkReply &) override {}
+    void onAccepted(const platform::HttpHead &) override {}
 
     void onBytes(const QByteArray &bytes) override
     {
@@ -90,20 +90,20 @@ private:
 class TestOperation final : public platform::Operation
 {
 public:
-    TestOperation(QNetworkAccessManager &session, const TranslationConfig &config,
+    TestOperation(platform::HttpClient &http, const TranslationConfig &config,
                   std::function<void(const ConnectionReport &)> done)
         : m_done(std::move(done))
         , m_model(config.modelName)
-        , m_probe(new ProbeRequest(session, config,
+        , m_probe(new ProbeRequest(http, config,
                                    [this](const ConnectionReport &report) {
                                        m_report = report;
                                        end();
                                    }))
-        , m_list(new ModelListRequest(session, config,
-                                      [this](const std::optional<QStringList> &models) {
-                                          m_models = models;
-                                          end();
-                                      }))
+        , m_list(
+              new ModelListRequest(http, config, [this](const std::optional<QStringList> &models) {
+                  m_models = models;
+                  end();
+              }))
     {
     }
 
@@ -188,7 +188,7 @@ QString ConnectionReport::summary() const
 platform::Task ConnectionTest::run(const TranslationConfig &config,
                                    std::function<void(const ConnectionReport &)> done) const
 {
-    return platform::Task(new TestOperation(m_session, config, std::move(done)));
+    return platform::Task(new TestOperation(m_http, config, std::move(done)));
 }
 
 } // namespace nivora

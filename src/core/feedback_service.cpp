@@ -4,9 +4,6 @@
 
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QNetworkAccessManager>
-#include <QNetworkReply>
-#include <QNetworkRequest>
 
 using namespace Qt::Literals::StringLiterals;
 using namespace std::chrono_literals;
@@ -34,73 +31,53 @@ QByteArray bodyOf(const FeedbackReport &report)
 class FeedbackOperation final : public platform::Operation
 {
 public:
-    FeedbackOperation(QNetworkAccessManager &session, const QUrl &baseURL,
+    FeedbackOperation(platform::HttpClient &http, const QUrl &baseURL,
                       const platform::SecretBytes &token, const QByteArray &body,
                       std::function<void(bool)> done)
         : m_done(std::move(done))
     {
         if (token.isEmpty() || !isHeaderValue(*token)) {
-            m_refusal = platform::delay(0ms, [this] { end(false); });
+            m_exchange = platform::delay(0ms, [this] { end(false); });
             return;
         }
-        QNetworkRequest request(appendPath(baseURL, u"v1/feedback"));
-        request.setHeader(QNetworkRequest::ContentTypeHeader, "application/json"_ba);
-        request.setHeader(QNetworkRequest::ContentLengthHeader, body.size());
-        setBearer(request, token);
-        request.setAttribute(QNetworkRequest::DoNotBufferUploadDataAttribute, true);
-        // Elsewhere the user's text, and the token, would reach a host that the
-        // user never named; and a page that is fetched instead has taken nothing.
-        request.setAttribute(QNetworkRequest::RedirectPolicyAttribute,
-                             QNetworkRequest::ManualRedirectPolicy);
-        request.setTransferTimeout(int(std::chrono::milliseconds(timeout).count()));
-        send(session, request, body);
+        // No redirect is followed: elsewhere the user's text, and the token, would
+        // reach a host that the user never named; and a page that is fetched instead
+        // has taken nothing.
+        m_exchange =
+            http.send({.method = "POST"_ba,
+                       .url = appendPath(baseURL, u"v1/feedback"),
+                       .headers = {{"Content-Type"_ba, "application/json"_ba}},
+                       .bearer = token,
+                       .body = body,
+                       .silence = timeout},
+                      {
+                          // The status says it all; what the answer holds is not waited for.
+                          .onHead =
+                              [this](const platform::HttpHead &head) {
+                                  end(head.status >= 200 && head.status <= 299);
+                              },
+                          .onBytes = [](const QByteArray &) {},
+                          .onEnd = [this](const auto &) { end(false); },
+                      });
     }
 
 private:
-    void send(QNetworkAccessManager &session, const QNetworkRequest &request,
-              const QByteArray &bytes)
-    {
-        auto *body = new SingleUseBody(bytes);
-        m_reply = session.post(request, body);
-        body->setParent(m_reply);
-        // The status says it all; what the answer holds is not waited for.
-        connect(m_reply, &QNetworkReply::metaDataChanged, this, [this] {
-            if (const int status = statusOf(*m_reply))
-                end(status >= 200 && status <= 299);
-        });
-        connect(m_reply, &QNetworkReply::finished, this, [this] { end(false); });
-    }
-
-    static int statusOf(const QNetworkReply &reply)
-    {
-        return reply.attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
-    }
-
     void end(bool taken)
     {
         finish([&] { m_done(taken); });
     }
 
-    void stop() override
-    {
-        m_refusal.cancel();
-        if (!m_reply)
-            return;
-        m_reply->disconnect(this);
-        m_reply->deleteLater();
-        m_reply = nullptr;
-    }
+    void stop() override { m_exchange.cancel(); }
 
     std::function<void(bool)> m_done;
-    QNetworkReply *m_reply = nullptr;
-    platform::Task m_refusal;
+    platform::Task m_exchange; // or the refusal to send
 };
 
 } // namespace
 
-FeedbackService::FeedbackService(QNetworkAccessManager &session, QUrl baseURL,
+FeedbackService::FeedbackService(platform::HttpClient &http, QUrl baseURL,
                                  const platform::SecretBytes &token)
-    : m_session(session)
+    : m_http(http)
     , m_baseURL(std::move(baseURL))
     , m_token((*token).trimmed())
 {
@@ -110,7 +87,7 @@ platform::Task FeedbackService::submit(const FeedbackReport &report,
                                        std::function<void(bool)> done) const
 {
     return platform::Task(
-        new FeedbackOperation(m_session, m_baseURL, m_token, bodyOf(report), std::move(done)));
+        new FeedbackOperation(m_http, m_baseURL, m_token, bodyOf(report), std::move(done)));
 }
 
 } // namespace nivora

@@ -5,7 +5,6 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QNetworkAccessManager>
 
 using namespace Qt::Literals::StringLiterals;
 using namespace std::chrono_literals;
@@ -34,37 +33,34 @@ std::optional<QStringList> modelsOf(const QByteArray &answer)
 
 } // namespace
 
-ModelListRequest::ModelListRequest(QNetworkAccessManager &session, const TranslationConfig &config,
+ModelListRequest::ModelListRequest(platform::HttpClient &http, const TranslationConfig &config,
                                    Done done)
     : m_done(std::move(done))
 {
     const platform::SecretBytes token = (*config.apiToken).trimmed();
     if (!isHeaderValue(*token)) {
-        m_refusal = platform::delay(0ms, [this] { end(std::nullopt); });
+        m_exchange = platform::delay(0ms, [this] { end(std::nullopt); });
         return;
     }
-    QNetworkRequest request(appendPath(config.apiBaseURL, u"v1/models"));
-    if (!token.isEmpty())
-        setBearer(request, token);
-    request.setAttribute(QNetworkRequest::RedirectPolicyAttribute,
-                         QNetworkRequest::ManualRedirectPolicy);
-    request.setTransferTimeout(int(std::chrono::milliseconds(timeout).count()));
-    m_reply = session.get(request);
-    connect(m_reply, &QNetworkReply::readyRead, this, &ModelListRequest::onReadyRead);
-    connect(m_reply, &QNetworkReply::finished, this, [this] {
-        const int status = m_reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
-        const bool isWhole = m_reply->error() == QNetworkReply::NoError;
-        if (isWhole)
-            m_answer += m_reply->readAll();
-        end(isWhole && status >= 200 && status <= 299 ? modelsOf(m_answer) : std::nullopt);
-    });
+    m_exchange = http.send(
+        {.url = appendPath(config.apiBaseURL, u"v1/models"), .bearer = token, .silence = timeout},
+        {
+            .onHead = [this](const platform::HttpHead &head) { m_status = head.status; },
+            .onBytes = [this](const QByteArray &bytes) { onBytes(bytes); },
+            .onEnd = [this](const auto &failure) { onEnd(!failure); },
+        });
 }
 
-void ModelListRequest::onReadyRead()
+void ModelListRequest::onBytes(const QByteArray &bytes)
 {
-    m_answer += m_reply->readAll();
+    m_answer += bytes;
     if (m_answer.size() > maximumAnswer)
         end(std::nullopt);
+}
+
+void ModelListRequest::onEnd(bool isWhole)
+{
+    end(isWhole && m_status >= 200 && m_status <= 299 ? modelsOf(m_answer) : std::nullopt);
 }
 
 void ModelListRequest::end(const std::optional<QStringList> &models)
@@ -74,12 +70,7 @@ void ModelListRequest::end(const std::optional<QStringList> &models)
 
 void ModelListRequest::stop()
 {
-    m_refusal.cancel();
-    if (!m_reply)
-        return;
-    m_reply->disconnect(this);
-    m_reply->deleteLater(); // which aborts it
-    m_reply = nullptr;
+    m_exchange.cancel();
 }
 
 } // namespace nivora

@@ -2,15 +2,13 @@
 
 #include "core/translation_config.h"
 
+#include "platform/http_client.h"
 #include "platform/task.h"
 
-#include <QNetworkReply>
 #include <QStringList>
 
 #include <functional>
 #include <optional>
-
-class QNetworkAccessManager;
 
 namespace nivora {
 
@@ -24,16 +22,17 @@ public:
     // The names; absent for whatever is no such list.
     using Done = std::function<void(std::optional<QStringList>)>;
 
-    ModelListRequest(QNetworkAccessManager &session, const TranslationConfig &config, Done done);
+    ModelListRequest(platform::HttpClient &http, const TranslationConfig &config, Done done);
 
 private:
-    void onReadyRead();
+    void onBytes(const QByteArray &bytes);
+    void onEnd(bool isWhole);
     void end(const std::optional<QStringList> &models);
     void stop() override;
 
     Done m_done;
-    QNetworkReply *m_reply = nullptr;
-    platform::Task m_refusal;
+    platform::Task m_exchange; // or the refusal to send
+    int m_status = 0;
     QByteArray m_answer;
 };
 

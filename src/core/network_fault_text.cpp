@@ -1,14 +1,13 @@
 #include "core/network_fault_text.h"
 
-#include "core/translation_error.h"
-
 #include <QCoreApplication>
 
 namespace nivora {
 
-QString networkFaultText(const QNetworkReply &reply)
+QString networkFaultText(const platform::HttpFailure &failure)
 {
-    switch (networkFault(reply.error())) {
+    using platform::NetworkFault;
+    switch (failure.fault) {
     case NetworkFault::TimedOut:
         return QCoreApplication::translate("NetworkFault", "请求超时");
     case NetworkFault::CannotConnectToHost:
@@ -18,10 +17,11 @@ QString networkFaultText(const QNetworkReply &reply)
         return QCoreApplication::translate("NetworkFault", "没有网络连接");
     case NetworkFault::NetworkConnectionLost:
         return QCoreApplication::translate("NetworkFault", "连接已中断");
+    case NetworkFault::RedirectRefused:
     case NetworkFault::Other:
         break;
     }
-    return reply.errorString();
+    return failure.description;
 }
 
 } // namespace nivora

@@ -53,15 +53,15 @@ QJsonObject variantsBody(const QString &text, Language target, int count,
 class OneShotOperation final : public ServiceRequest
 {
 public:
-    OneShotOperation(QNetworkAccessManager &session, const TranslationConfig &config,
+    OneShotOperation(platform::HttpClient &http, const TranslationConfig &config,
                      const QJsonObject &body, TranslationEngine::OnText done)
-        : ServiceRequest(session, config, Answer::Whole, body)
+        : ServiceRequest(http, config, Answer::Whole, body)
         , m_done(std::move(done))
     {
     }
 
 private:
-    void onAccepted(const QNetworkReply &) override { m_bytes.clear(); }
+    void onAccepted(const platform::HttpHead &) override { m_bytes.clear(); }
 
     void onBytes(const QByteArray &bytes) override
     {
@@ -94,7 +94,7 @@ platform::Task TranslationEngine::translateOnce(const QString &text, Language ta
                                                 const TranslationConfig &config, OnText done)
 {
     const QJsonObject body = translateRequestBody(text, target, {}, config, /*stream=*/false);
-    return platform::Task(new OneShotOperation(m_session, config, body, std::move(done)));
+    return platform::Task(new OneShotOperation(m_http, config, body, std::move(done)));
 }
 
 platform::Task TranslationEngine::variants(const QString &text, Language target, int count,
@@ -105,7 +105,7 @@ platform::Task TranslationEngine::variants(const QString &text, Language target,
         done(error ? QStringList() : parseVariants(answer, count), error);
     };
     return platform::Task(
-        new OneShotOperation(m_session, config, variantsBody(text, target, count, config), parse));
+        new OneShotOperation(m_http, config, variantsBody(text, target, count, config), parse));
 }
 
 } // namespace nivora

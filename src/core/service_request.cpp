@@ -5,7 +5,6 @@
 #include <QCoreApplication>
 #include <QJsonArray>
 #include <QJsonDocument>
-#include <QNetworkAccessManager>
 
 using namespace Qt::Literals::StringLiterals;
 using namespace std::chrono_literals;
@@ -35,21 +34,21 @@ QJsonObject chatBody(const QString &prompt, const QString &model, double tempera
     };
 }
 
-ServiceRequest::ServiceRequest(QNetworkAccessManager &session, const TranslationConfig &config,
+ServiceRequest::ServiceRequest(platform::HttpClient &http, const TranslationConfig &config,
                                Answer answer, const QJsonObject &body)
-    : m_session(session)
-    , m_request(
-          appendPath(config.apiBaseURL, config.cloud ? u"v1/translate" : u"v1/chat/completions"))
-    , m_body(QJsonDocument(body).toJson(QJsonDocument::Compact))
+    : m_http(http)
+    , m_request{
+          .method = "POST"_ba,
+          .url = appendPath(config.apiBaseURL,
+                            config.cloud ? u"v1/translate" : u"v1/chat/completions"),
+          .headers = {{"Content-Type"_ba, "application/json"_ba}},
+          .body = QJsonDocument(body).toJson(QJsonDocument::Compact),
+          .silence = config.requestTimeout,
+      }
     , m_answer(answer)
 {
-    m_request.setHeader(QNetworkRequest::ContentTypeHeader, "application/json"_ba);
-    m_request.setHeader(QNetworkRequest::ContentLengthHeader, m_body.size());
     if (answer == Answer::Stream)
-        m_request.setRawHeader("Accept"_ba, "text/event-stream"_ba);
-    // Sends the body as it is read, so that it is read once.
-    m_request.setAttribute(QNetworkRequest::DoNotBufferUploadDataAttribute, true);
-    m_request.setTransferTimeout(int(config.requestTimeout.count()));
+        m_request.headers.append({"Accept"_ba, "text/event-stream"_ba});
     if (authorize(config.apiToken))
         send();
 }
@@ -66,8 +65,7 @@ bool ServiceRequest::authorize(const platform::SecretBytes &apiToken)
         });
         return false;
     }
-    if (!token.isEmpty())
-        setBearer(m_request, token);
+    m_request.bearer = token;
     return true;
 }
 
@@ -79,62 +77,49 @@ TranslationError ServiceRequest::invalidResponse()
 
 void ServiceRequest::send()
 {
-    auto *body = new SingleUseBody(m_body);
-    m_reply = m_session.post(m_request, body);
-    body->setParent(m_reply);
-    connect(m_reply, &QNetworkReply::metaDataChanged, this, &ServiceRequest::onMetaData);
-    connect(m_reply, &QNetworkReply::readyRead, this, &ServiceRequest::onReadyRead);
-    connect(m_reply, &QNetworkReply::finished, this, &ServiceRequest::onReplyFinished);
+    m_exchange = m_http.send(
+        m_request,
+        {
+            .onHead = [this](const platform::HttpHead &head) { onHead(head); },
+            .onBytes =
+                [this](const QByteArray &bytes) {
+                    if (m_accepted)
+                        onBytes(bytes);
+                },
+            .onEnd =
+                [this](const std::optional<platform::HttpFailure> &failure) { onEnd(failure); },
+        });
 }
 
-void ServiceRequest::onMetaData()
+void ServiceRequest::onHead(const platform::HttpHead &head)
 {
-    const int status = m_reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
-    if (status == 0 || m_accepted)
+    if ((head.status == 307 || head.status == 308) && followRedirect(head))
         return;
-    if ((status == 307 || status == 308) && followRedirect())
-        return;
-    if (status < 200 || status > 299)
-        return onFailed(TranslationError::http(status));
+    if (head.status < 200 || head.status > 299)
+        return onFailed(TranslationError::http(head.status));
     m_accepted = true;
-    onAccepted(*m_reply);
+    onAccepted(head);
 }
 
 // Only the two statuses that keep method and body, and only within the origin:
 // elsewhere the user's text, and the token, would reach a host that the user
 // never named.
-bool ServiceRequest::followRedirect()
+bool ServiceRequest::followRedirect(const platform::HttpHead &head)
 {
-    const QUrl origin = m_request.url();
-    const QUrl target = origin.resolved(QUrl::fromEncoded(m_reply->rawHeader("Location"_ba)));
-    if (m_redirects == maximumRedirects || !isSameOrigin(origin, target))
+    const QUrl target = m_request.url.resolved(QUrl::fromEncoded(head.header("Location")));
+    if (m_redirects == maximumRedirects || !isSameOrigin(m_request.url, target))
         return false;
     ++m_redirects;
-    m_request.setUrl(target);
-    dropReply();
+    m_request.url = target;
+    m_exchange.cancel();
     m_pause = platform::delay(0ms, [this] { send(); });
     return true;
 }
 
-void ServiceRequest::onReadyRead()
+void ServiceRequest::onEnd(const std::optional<platform::HttpFailure> &failure)
 {
-    if (!m_accepted || !m_reply)
-        return;
-    const QByteArray bytes = m_reply->readAll();
-    m_received += bytes.size();
-    onBytes(bytes);
-}
-
-void ServiceRequest::onReplyFinished()
-{
-    const auto error = m_reply->error();
-    const int status = m_reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
-    if (!m_accepted && status >= 300)
-        return onFailed(TranslationError::http(status));
-    const bool isWhole = error == QNetworkReply::NoError ||
-                         (m_accepted && isWholeDespiteError(*m_reply, m_received));
-    if (!isWhole)
-        return failOrRetry(networkFault(error), m_reply->errorString());
+    if (failure)
+        return failOrRetry(*failure);
     if (!m_accepted) {
         return onFailed(m_answer == Answer::Stream ? invalidResponse()
                                                    : TranslationError::http(-1));
@@ -142,32 +127,21 @@ void ServiceRequest::onReplyFinished()
     onComplete();
 }
 
-void ServiceRequest::failOrRetry(NetworkFault fault, const QString &description)
+void ServiceRequest::failOrRetry(const platform::HttpFailure &failure)
 {
     const bool worthIt = m_answer == Answer::Whole || !m_accepted;
-    if (worthIt && !m_retried && TranslationError::isTransient(fault)) {
+    if (worthIt && !m_retried && TranslationError::isTransient(failure.fault)) {
         m_retried = true;
         m_accepted = false;
-        m_received = 0;
-        dropReply();
         m_pause = platform::delay(retryPause, [this] { send(); });
         return;
     }
-    onFailed(TranslationError::from(fault, description));
-}
-
-void ServiceRequest::dropReply()
-{
-    if (!m_reply)
-        return;
-    m_reply->disconnect(this);
-    m_reply->deleteLater();
-    m_reply = nullptr;
+    onFailed(TranslationError::from(failure.fault, failure.description));
 }
 
 void ServiceRequest::stop()
 {
-    dropReply();
+    m_exchange.cancel();
     m_pause.cancel();
 }
 

@@ -3,13 +3,10 @@
 #include "core/translation_config.h"
 #include "core/translation_error.h"
 
+#include "platform/http_client.h"
 #include "platform/task.h"
 
 #include <QJsonObject>
-#include <QNetworkReply>
-#include <QNetworkRequest>
-
-class QNetworkAccessManager;
 
 namespace nivora {
 
@@ -26,11 +23,11 @@ protected:
         Whole,  // counts when it is complete, so that a broken one is worth a retry
     };
 
-    ServiceRequest(QNetworkAccessManager &session, const TranslationConfig &config, Answer answer,
+    ServiceRequest(platform::HttpClient &http, const TranslationConfig &config, Answer answer,
                    const QJsonObject &body);
 
     // A status from 200 to 299 has arrived; again after a retry.
-    virtual void onAccepted(const QNetworkReply &reply) = 0;
+    virtual void onAccepted(const platform::HttpHead &head) = 0;
     // The next bytes of an accepted answer.
     virtual void onBytes(const QByteArray &bytes) = 0;
     // All bytes of an accepted answer were given. Must finish().
@@ -43,21 +40,17 @@ protected:
 private:
     bool authorize(const platform::SecretBytes &apiToken);
     void send();
-    void onMetaData();
-    bool followRedirect();
-    void onReadyRead();
-    void onReplyFinished();
-    void failOrRetry(NetworkFault fault, const QString &description);
-    void dropReply();
+    void onHead(const platform::HttpHead &head);
+    bool followRedirect(const platform::HttpHead &head);
+    void onEnd(const std::optional<platform::HttpFailure> &failure);
+    void failOrRetry(const platform::HttpFailure &failure);
     void stop() override;
 
-    QNetworkAccessManager &m_session;
-    QNetworkRequest m_request;
-    QByteArray m_body;
+    platform::HttpClient &m_http;
+    platform::HttpRequest m_request;
     Answer m_answer;
 
-    QNetworkReply *m_reply = nullptr;
-    qint64 m_received = 0;  // bytes of the answer's body
+    platform::Task m_exchange;
     platform::Task m_pause; // before the next attempt
     int m_redirects = 0;
     bool m_retried = false;

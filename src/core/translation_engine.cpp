@@ -18,15 +18,15 @@ constexpr auto translationIdHeader = "X-Translation-Id";
 class StreamOperation final : public ServiceRequest
 {
 public:
-    StreamOperation(QNetworkAccessManager &session, const TranslationConfig &config,
+    StreamOperation(platform::HttpClient &http, const TranslationConfig &config,
                     const QJsonObject &body, TranslationEngine::Callbacks callbacks)
-        : ServiceRequest(session, config, Answer::Stream, body)
+        : ServiceRequest(http, config, Answer::Stream, body)
         , m_callbacks(std::move(callbacks))
     {
     }
 
 private:
-    void onAccepted(const QNetworkReply &reply) override;
+    void onAccepted(const platform::HttpHead &head) override;
     void onBytes(const QByteArray &bytes) override;
     void onComplete() override;
     void onFailed(const TranslationError &error) override { end(error); }
@@ -40,9 +40,9 @@ private:
     bool m_ended = false;     // no further line counts
 };
 
-void StreamOperation::onAccepted(const QNetworkReply &reply)
+void StreamOperation::onAccepted(const platform::HttpHead &head)
 {
-    const QString id = QString::fromUtf8(reply.rawHeader(translationIdHeader));
+    const QString id = QString::fromUtf8(head.header(translationIdHeader));
     if (!id.isEmpty() && m_callbacks.onTranslationId)
         deliver([&] { m_callbacks.onTranslationId(id); });
 }
@@ -103,17 +103,12 @@ void StreamOperation::end(const std::optional<TranslationError> &error)
 
 } // namespace
 
-TranslationEngine::TranslationEngine()
-{
-    m_session.setRedirectPolicy(QNetworkRequest::ManualRedirectPolicy);
-}
-
 platform::Task TranslationEngine::translate(const QString &text, Language target,
                                             const TranslationOptions &options,
                                             const TranslationConfig &config, Callbacks callbacks)
 {
     const QJsonObject body = translateRequestBody(text, target, options, config, /*stream=*/true);
-    return platform::Task(new StreamOperation(m_session, config, body, std::move(callbacks)));
+    return platform::Task(new StreamOperation(m_http, config, body, std::move(callbacks)));
 }
 
 QJsonObject TranslationEngine::translateRequestBody(const QString &text, Language target,

@@ -4,31 +4,6 @@
 
 namespace nivora {
 
-NetworkFault networkFault(QNetworkReply::NetworkError error)
-{
-    switch (error) {
-    case QNetworkReply::ConnectionRefusedError:
-        return NetworkFault::CannotConnectToHost;
-    case QNetworkReply::RemoteHostClosedError:
-    case QNetworkReply::NetworkSessionFailedError:
-    // The connection broke before the answer and the body cannot be sent again.
-    case QNetworkReply::ContentReSendError:
-        return NetworkFault::NetworkConnectionLost;
-    case QNetworkReply::HostNotFoundError:
-        return NetworkFault::CannotFindHost;
-    case QNetworkReply::TimeoutError:
-    // Our own transfer time-out aborts the request and shows as a cancellation.
-    case QNetworkReply::OperationCanceledError:
-        return NetworkFault::TimedOut;
-    case QNetworkReply::TemporaryNetworkFailureError:
-    // An unreachable network or host ends here.
-    case QNetworkReply::UnknownNetworkError:
-        return NetworkFault::NotConnectedToInternet;
-    default:
-        return NetworkFault::Other;
-    }
-}
-
 TranslationError TranslationError::http(int status)
 {
     return {Kind::Http, status, {}};
@@ -64,6 +39,7 @@ TranslationError TranslationError::from(NetworkFault fault, const QString &descr
     case NetworkFault::NetworkConnectionLost:
     case NetworkFault::CannotFindHost:
         return cannotConnect();
+    case NetworkFault::RedirectRefused:
     case NetworkFault::Other:
         break;
     }
@@ -80,6 +56,7 @@ bool TranslationError::isTransient(NetworkFault fault)
         return true;
     // A wrong host name stays wrong.
     case NetworkFault::CannotFindHost:
+    case NetworkFault::RedirectRefused:
     case NetworkFault::Other:
         break;
     }

@@ -3,7 +3,8 @@
 #include "core/network_fault_text.h"
 
 #include <QCoreApplication>
-#include <QNetworkReply>
+
+#include <algorithm>
 
 using namespace Qt::Literals::StringLiterals;
 using namespace std::chrono_literals;
@@ -27,48 +28,44 @@ bool isSameOrigin(const QUrl &one, const QUrl &other)
 class DocumentRequest final : public platform::Operation
 {
 public:
-    DocumentRequest(QNetworkReply *reply, qint64 limit, std::chrono::milliseconds timeLimit,
+    DocumentRequest(platform::HttpClient &http, const QUrl &url, qint64 limit,
+                    std::chrono::milliseconds timeLimit,
                     std::function<void(UpdateServer::Result)> done)
-        : m_reply(reply)
-        , m_limit(limit)
+        : m_limit(limit)
         , m_done(std::move(done))
         , m_time(platform::delay(
               timeLimit, [this] { end(QCoreApplication::translate("NetworkFault", "请求超时")); }))
+        // A redirect keeps scheme, host and port, or ends the request.
+        , m_exchange(
+              http.send({.url = url, .redirects = maximumRedirects},
+                        {
+                            .onHead = [this](const platform::HttpHead &head) { m_head = head; },
+                            .onBytes = [this](const QByteArray &bytes) { onBytes(bytes); },
+                            .onEnd = [this](const auto &failure) { onEnd(failure); },
+                        }))
     {
-        connect(reply, &QNetworkReply::readyRead, this, &DocumentRequest::read);
-        connect(reply, &QNetworkReply::finished, this, &DocumentRequest::finished);
     }
 
 private:
-    void read()
+    void onBytes(const QByteArray &bytes)
     {
-        m_bytes += m_reply->read(m_limit - m_bytes.size());
+        m_bytes += bytes.first(std::min(bytes.size(), m_limit - m_bytes.size()));
         if (m_bytes.size() == m_limit)
             end(document());
     }
 
-    void finished()
+    void onEnd(const std::optional<platform::HttpFailure> &failure)
     {
-        const auto error = m_reply->error();
-        if (error == QNetworkReply::TooManyRedirectsError ||
-            error == QNetworkReply::InsecureRedirectError ||
-            error == QNetworkReply::ProtocolUnknownError)
+        if (failure && failure->fault == platform::NetworkFault::RedirectRefused)
             return end(UpdateServer::tr("更新服务器把请求转到了别处"));
-        // A status that tells of an error comes with a body all the same.
-        const bool isClientStatus = error >= QNetworkReply::ContentAccessDenied &&
-                                    error <= QNetworkReply::UnknownContentError &&
-                                    error != QNetworkReply::ContentReSendError;
-        const bool isServerStatus = error >= QNetworkReply::InternalServerError;
-        if (error != QNetworkReply::NoError && !isClientStatus && !isServerStatus)
-            return end(networkFaultText(*m_reply));
-        m_bytes += m_reply->read(m_limit - m_bytes.size());
+        if (failure)
+            return end(networkFaultText(*failure));
         end(document());
     }
 
     UpdateServer::Document document() const
     {
-        return {m_reply->url(), m_bytes,
-                m_reply->header(QNetworkRequest::ContentTypeHeader).toByteArray()};
+        return {m_head.url, m_bytes, m_head.header("Content-Type")};
     }
 
     void end(const UpdateServer::Result &result)
@@ -79,22 +76,23 @@ private:
     void stop() override
     {
         m_time.cancel();
-        m_reply->disconnect(this);
-        m_reply->abort();
-        m_reply->deleteLater();
+        m_exchange.cancel();
     }
 
-    QNetworkReply *m_reply;
     qint64 m_limit;
     std::function<void(UpdateServer::Result)> m_done;
-    platform::Task m_time;
     QByteArray m_bytes;
+    platform::HttpHead m_head;
+    platform::Task m_time;
+    platform::Task m_exchange;
 };
 
 } // namespace
 
-UpdateServer::UpdateServer(const QUrl &origin, std::chrono::milliseconds timeLimit)
-    : m_origin(origin)
+UpdateServer::UpdateServer(platform::HttpClient &http, const QUrl &origin,
+                           std::chrono::milliseconds timeLimit)
+    : m_http(http)
+    , m_origin(origin)
     , m_timeLimit(timeLimit)
 {
 }
@@ -117,13 +115,7 @@ platform::Task UpdateServer::document(const QUrl &url, qint64 bytes,
         return platform::delay(0ms,
                                [done = std::move(done)] { done(tr("这个地址不在更新服务器上")); });
     }
-    QNetworkRequest request(target);
-    // A redirect keeps scheme, host and port, or ends the request.
-    request.setAttribute(QNetworkRequest::RedirectPolicyAttribute,
-                         QNetworkRequest::SameOriginRedirectPolicy);
-    request.setMaximumRedirectsAllowed(maximumRedirects);
-    return platform::Task(
-        new DocumentRequest(m_network.get(request), bytes, m_timeLimit, std::move(done)));
+    return platform::Task(new DocumentRequest(m_http, target, bytes, m_timeLimit, std::move(done)));
 }
 
 } // namespace nivora

@@ -2,12 +2,12 @@
 #include "account/billing_summary.h"
 
 #include "localcloud/server.h"
+#include "platform_linux_network/qt_http_client.h"
 #include "platform_memory/memory_secret_store.h"
 #include "platform_memory/memory_web_browser.h"
 #include "stores/keychain_store.h"
 
 #include <QLocale>
-#include <QNetworkAccessManager>
 #include <QTest>
 
 using namespace nivora;
@@ -35,7 +35,7 @@ class TestBillingStore : public QObject
     }
     qint64 used() const { return m_store->status() ? m_store->status()->used : -1; }
 
-    QNetworkAccessManager m_network;
+    linuxdesktop::QtHttpClient m_network;
     memory::MemorySecretStore m_secrets;
     KeychainStore m_keychain{m_secrets};
     memory::MemoryWebBrowser m_browser;

@@ -6,12 +6,12 @@
 #include "localcloud/accounts.h"
 #include "localcloud/router.h"
 #include "localcloud/server.h"
+#include "platform_linux_network/qt_http_client.h"
 #include "platform_memory/memory_preferences.h"
 #include "platform_memory/memory_secret_store.h"
 #include "platform_memory/memory_web_browser.h"
 #include "stores/keychain_store.h"
 
-#include <QNetworkAccessManager>
 #include <QSignalSpy>
 #include <QTest>
 
@@ -57,7 +57,7 @@ class TestSignIn : public QObject
         return *m_secrets.read(service, tokenName).secret.value_or(platform::SecretBytes());
     }
 
-    QNetworkAccessManager m_network;
+    linuxdesktop::QtHttpClient m_network;
     memory::MemoryPreferences m_preferences;
     memory::MemorySecretStore m_secrets;
     memory::MemoryWebBrowser m_browser;

@@ -5,6 +5,7 @@
 #include "localcloud/event_stream.h"
 #include "localcloud/server.h"
 #include "platform/accessibility.h"
+#include "platform_linux_network/qt_http_client.h"
 #include "platform_memory/memory_desktop.h"
 
 #include <QAbstractButton>
@@ -51,6 +52,7 @@ private Q_SLOTS:
         m_folder = std::make_unique<QTemporaryDir>();
         qputenv("XDG_DATA_HOME", m_folder->path().toUtf8());
         m_desktop = std::make_unique<memory::MemoryDesktop>();
+        m_desktop->http.connectTo(m_network);
         m_desktop->windowSystem.setActiveWindow(editor);
         m_desktop->preferences.set(u"hasCompletedOnboarding"_s, true);
         m_desktop->secrets.write(u"app.nivora"_s, u"session-token"_s, "token"_ba);
@@ -328,6 +330,7 @@ private:
 
     std::unique_ptr<QTemporaryDir> m_folder;
     std::unique_ptr<localcloud::Server> m_server;
+    linuxdesktop::QtHttpClient m_network;
     std::unique_ptr<memory::MemoryDesktop> m_desktop;
     std::unique_ptr<AppCoordinator> m_coordinator;
     std::chrono::milliseconds m_time{1s};

@@ -146,6 +146,7 @@ const IncludeChecker::Rules rules{
     {u"platform"_s, {}},
     {u"platform_linux"_s, {u"platform"_s, u"platform_linux_keyring"_s}},
     {u"platform_linux_keyring"_s, {u"platform"_s}},
+    {u"platform_linux_network"_s, {u"platform"_s}},
     {u"platform_linux_speech"_s, {u"platform"_s}},
     {u"platform_memory"_s, {u"platform"_s}},
     {u"core"_s, {u"platform"_s}},

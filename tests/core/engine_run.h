@@ -3,6 +3,7 @@
 #include "core/prompts.h"
 #include "core/translation_engine.h"
 #include "localcloud/server.h"
+#include "platform_linux_network/qt_http_client.h"
 
 #include <QElapsedTimer>
 #include <QTest>
@@ -93,7 +94,8 @@ protected:
         QVERIFY(m_server->listen());
     }
 
-    TranslationEngine m_engine;
+    linuxdesktop::QtHttpClient m_network;
+    TranslationEngine m_engine{m_network};
     std::unique_ptr<localcloud::Server> m_server;
 };
 

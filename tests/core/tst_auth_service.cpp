@@ -1,10 +1,10 @@
 #include "core/auth_service.h"
 
 #include "localcloud/server.h"
+#include "platform_linux_network/qt_http_client.h"
 
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QNetworkAccessManager>
 #include <QTest>
 
 using namespace nivora;
@@ -33,7 +33,7 @@ class TestAuthService : public QObject
 {
     Q_OBJECT
 
-    QNetworkAccessManager m_network;
+    linuxdesktop::QtHttpClient m_network;
     localcloud::Server m_server;
 
     AuthService service(const QString &path = {}, const QString &language = u"ja"_s)

@@ -1,8 +1,8 @@
 #include "core/billing_service.h"
 
 #include "localcloud/server.h"
+#include "platform_linux_network/qt_http_client.h"
 
-#include <QNetworkAccessManager>
 #include <QTest>
 
 using namespace nivora;
@@ -22,7 +22,7 @@ class TestBillingService : public QObject
 {
     Q_OBJECT
 
-    QNetworkAccessManager m_network;
+    linuxdesktop::QtHttpClient m_network;
     localcloud::Server m_server;
     using Ask = platform::Task (BillingService::*)(const platform::SecretText &,
                                                    BillingService::OnPage) const;

@@ -3,10 +3,10 @@
 
 #include "localcloud/event_stream.h"
 #include "localcloud/server.h"
+#include "platform_linux_network/qt_http_client.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
-#include <QNetworkAccessManager>
 #include <QTest>
 
 using namespace nivora;
@@ -151,7 +151,7 @@ private Q_SLOTS:
     }
 
 private:
-    QNetworkAccessManager m_network;
+    linuxdesktop::QtHttpClient m_network;
 
     ConnectionReport reportOn(const QUrl &address, const QByteArray &key = "secret")
     {

@@ -1,10 +1,10 @@
 #include "core/feedback_service.h"
 
 #include "localcloud/server.h"
+#include "platform_linux_network/qt_http_client.h"
 
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QNetworkAccessManager>
 #include <QTest>
 
 using namespace nivora;
@@ -16,7 +16,7 @@ class TestFeedbackService : public QObject
 {
     Q_OBJECT
 
-    QNetworkAccessManager m_network;
+    linuxdesktop::QtHttpClient m_network;
     localcloud::Server m_server;
 
     std::optional<bool> submit(const FeedbackReport &report, const QString &path = {},

@@ -1,8 +1,8 @@
 #include "core/auth_service.h"
 #include "engine_run.h"
+#include "platform_linux_network/qt_http_client.h"
 
 #include <QFile>
-#include <QNetworkAccessManager>
 #include <QProcess>
 #include <QSslConfiguration>
 #include <QSslKey>
@@ -78,11 +78,11 @@ private Q_SLOTS:
             QSslConfiguration::setDefaultConfiguration(trusting);
         }
 
-        QNetworkAccessManager network;
+        linuxdesktop::QtHttpClient network;
         const QUrl address(u"https://127.0.0.1:%1"_s.arg(server.serverPort()));
         m_received.clear();
         Run run;
-        TranslationEngine engine;
+        TranslationEngine engine(network);
         TranslationConfig config;
         config.apiBaseURL = address;
         config.apiToken = "secret"_ba;

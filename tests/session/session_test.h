@@ -10,6 +10,7 @@
 
 #include "localcloud/event_stream.h"
 #include "localcloud/server.h"
+#include "platform_linux_network/qt_http_client.h"
 #include "platform_memory/memory_desktop.h"
 
 #include <QTest>
@@ -42,7 +43,7 @@ protected:
             std::make_unique<SettingsStore>(m_desktop->preferences, *m_keychain, m_server->url());
         // A request that only the tests of it expect.
         m_settings->showBackTranslation.set(false);
-        m_engine = std::make_unique<TranslationEngine>();
+        m_engine = std::make_unique<TranslationEngine>(m_network);
         m_readings = std::make_unique<ReadingService>(m_desktop->japaneseTokenizer);
         m_speech = std::make_unique<SpeechService>(m_desktop->speechSynthesizer);
         m_speechInput = std::make_unique<SpeechInputService>(m_desktop->audioInput,
@@ -72,6 +73,7 @@ protected:
 
     Phase::Kind phase() const { return m_session->phase().kind; }
 
+    linuxdesktop::QtHttpClient m_network;
     std::unique_ptr<localcloud::Server> m_server;
     std::unique_ptr<memory::MemoryDesktop> m_desktop;
     std::unique_ptr<KeychainStore> m_keychain;

@@ -5,6 +5,7 @@
 #include "localcloud/router.h"
 #include "localcloud/server.h"
 #include "localcloud/update_service.h"
+#include "platform_linux_network/qt_http_client.h"
 #include "platform_memory/memory_idle_monitor.h"
 #include "platform_memory/memory_preferences.h"
 #include "platform_memory/memory_web_browser.h"
@@ -26,6 +27,7 @@ class TestUpdater : public QObject
     localcloud::UpdateService m_releases; // up to 0.2.0
     localcloud::Router m_router;
     std::unique_ptr<localcloud::Server> m_cloud;
+    linuxdesktop::QtHttpClient m_network;
     std::unique_ptr<UpdateServer> m_server;
     std::unique_ptr<memory::MemoryPreferences> m_preferences;
     std::unique_ptr<memory::MemoryIdleMonitor> m_idleMonitor;
@@ -52,7 +54,7 @@ private Q_SLOTS:
         m_cloud = std::make_unique<localcloud::Server>();
         QVERIFY(m_cloud->listen());
         m_cloud->setHandler([this](const auto &request) { return m_router.handle(request); });
-        m_server = std::make_unique<UpdateServer>(m_cloud->url(), 300ms);
+        m_server = std::make_unique<UpdateServer>(m_network, m_cloud->url(), 300ms);
         m_preferences = std::make_unique<memory::MemoryPreferences>();
         m_idleMonitor = std::make_unique<memory::MemoryIdleMonitor>();
         m_browser.setInstalled(true);

@@ -8,6 +8,7 @@
 #include "stores/keychain_store.h"
 
 #include "localcloud/server.h"
+#include "platform_linux_network/qt_http_client.h"
 #include "platform_memory/memory_desktop.h"
 
 #include <QAbstractButton>
@@ -17,7 +18,6 @@
 #include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
-#include <QNetworkAccessManager>
 #include <QSignalSpy>
 #include <QTest>
 
@@ -56,7 +56,7 @@ class TestAccountWindows : public QObject
 {
     Q_OBJECT
 
-    QNetworkAccessManager m_network;
+    linuxdesktop::QtHttpClient m_network;
     std::unique_ptr<localcloud::Server> m_server;
     std::unique_ptr<memory::MemoryDesktop> m_desktop;
     std::unique_ptr<KeychainStore> m_keychain;

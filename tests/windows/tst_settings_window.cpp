@@ -11,6 +11,7 @@
 #include "stores/usage_store.h"
 
 #include "localcloud/server.h"
+#include "platform_linux_network/qt_http_client.h"
 #include "platform_memory/memory_desktop.h"
 
 #include <QAbstractButton>
@@ -18,7 +19,6 @@
 #include <QComboBox>
 #include <QLabel>
 #include <QLineEdit>
-#include <QNetworkAccessManager>
 #include <QSlider>
 #include <QTabBar>
 #include <QTableView>
@@ -62,7 +62,7 @@ struct Program
     }
 
     QTemporaryDir folder;
-    QNetworkAccessManager network;
+    linuxdesktop::QtHttpClient network;
     KeychainStore keychain;
     SettingsStore settings;
     GlossaryStore glossary{folder.filePath(u"glossary.json"_s)};

@@ -7,6 +7,7 @@
 #include "localcloud/router.h"
 #include "localcloud/server.h"
 #include "localcloud/update_service.h"
+#include "platform_linux_network/qt_http_client.h"
 
 #include <QApplication>
 #include <QElapsedTimer>
@@ -28,6 +29,7 @@ class TestVersionHistory : public QObject
     localcloud::Router m_router;
     QByteArray m_page; // in place of the notes, if any
     std::unique_ptr<localcloud::Server> m_cloud;
+    linuxdesktop::QtHttpClient m_network;
     std::unique_ptr<UpdateServer> m_server;
     std::unique_ptr<ReleaseNotes> m_notes;
     std::unique_ptr<VersionHistory> m_history;
@@ -64,7 +66,7 @@ private Q_SLOTS:
                        ? Answer::plain(200, m_page, "text/html")
                        : m_router.handle(request);
         });
-        m_server = std::make_unique<UpdateServer>(m_cloud->url());
+        m_server = std::make_unique<UpdateServer>(m_network, m_cloud->url());
         m_notes = std::make_unique<ReleaseNotes>(*m_server);
         m_history =
             std::make_unique<VersionHistory>(*m_server, [] { return QStringList{u"zh-TW"_s}; });

@@ -1,14 +1,12 @@
 #include "lazy_speech.h"
 
+#include "loadable_module.h"
+
 #include "platform/audio_input.h"
-#include "platform/log.h"
 #include "platform/speech_recognizer.h"
 #include "platform/speech_synthesizer.h"
 
 #include <QCoreApplication>
-#include <QLibrary>
-#include <QPromise>
-#include <QThreadPool>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -19,32 +17,13 @@ using Voices = std::optional<std::vector<platform::SpeechVoice>>;
 
 namespace {
 
-class Module
+class Module : public LoadableModule
 {
 public:
     Module(const QString &file, platform::JapaneseTokenizer &tokenizer)
-        : m_library(file)
+        : LoadableModule(file, "speech")
         , m_tokenizer(tokenizer)
     {
-        // Threads of what it uses may outlive it.
-        m_library.setLoadHints(QLibrary::PreventUnloadHint);
-    }
-
-    // Reads it from the disk on another thread.
-    platform::Task load(std::function<void()> done)
-    {
-        const auto promise = std::make_shared<QPromise<bool>>();
-        auto task = platform::whenFinished<bool>(promise->future(),
-                                                 [done = std::move(done)](bool) { done(); });
-        // The libraries of one file are one, so this object is not needed there.
-        QThreadPool::globalInstance()->start([promise, file = m_library.fileName()] {
-            promise->start();
-            QLibrary library(file);
-            library.setLoadHints(QLibrary::PreventUnloadHint);
-            promise->addResult(library.load());
-            promise->finish();
-        });
-        return task;
     }
 
     // Null where it cannot be loaded. Takes its time where load() was not called.
@@ -52,49 +31,15 @@ public:
     {
         if (m_backend || std::exchange(m_tried, true))
             return m_backend.get();
-        const auto make = reinterpret_cast<platform::MakeSpeechBackend>(
-            m_library.resolve("nivoraMakeSpeechBackend"));
-        if (make)
+        if (const auto make = resolve<platform::MakeSpeechBackend>("nivoraMakeSpeechBackend"))
             m_backend.reset(make(&m_tokenizer));
-        else
-            qCWarning(log::app).noquote() << "No speech:" << m_library.errorString();
         return m_backend.get();
     }
 
 private:
-    QLibrary m_library;
     platform::JapaneseTokenizer &m_tokenizer;
     std::unique_ptr<SpeechBackend> m_backend;
     bool m_tried = false;
-};
-
-// A request that is made when the module is there.
-template<typename Result>
-class OnceLoaded final : public platform::Operation
-{
-public:
-    using Done = std::function<void(Result)>;
-    using Request = std::function<platform::Task(Done)>;
-
-    OnceLoaded(Module &module, Request request, Done done)
-        : m_done(std::move(done))
-        , m_loading(module.load([this, request = std::move(request)] {
-            m_request =
-                request([this](Result result) { finish([&] { m_done(std::move(result)); }); });
-        }))
-    {
-    }
-
-private:
-    void stop() override
-    {
-        m_loading.cancel();
-        m_request.cancel();
-    }
-
-    Done m_done;
-    platform::Task m_loading;
-    platform::Task m_request;
 };
 
 // The callers begin with what loads the module: with the voices here, and with the

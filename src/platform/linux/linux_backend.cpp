@@ -4,6 +4,7 @@
 #include "platform_linux/desktop_settings_panes.h"
 #include "platform_linux/desktop_tray_hosts.h"
 #include "platform_linux/json_preferences.h"
+#include "platform_linux/lazy_http_client.h"
 #include "platform_linux/mecab_tokenizer.h"
 #include "platform_linux/portal_appearance.h"
 #include "platform_linux/portal_audio_input.h"
@@ -27,6 +28,7 @@ struct LinuxBackend::Parts
     X11Desktop x11;
     AtspiAccessibility accessibility{QString(), x11.windowSystem(),
                                      [this](qint64 process) { return x11.gtkScale(process); }};
+    LazyHttpClient http;
     JsonPreferences preferences{JsonPreferences::defaultPath()};
     DesktopSettingsPanes settingsPanes;
     MecabTokenizer japaneseTokenizer;
@@ -58,6 +60,7 @@ platform::Services LinuxBackend::services()
     return {
         .preferences = parts.preferences,
         .secrets = parts.secrets,
+        .http = parts.http,
         .keyEventTap = parts.x11.keyEventTap(),
         .hotKey = parts.x11.hotKey(),
         .keySynthesizer = parts.x11.keySynthesizer(),

@@ -34,7 +34,6 @@
 #include "platform/task.h"
 #include "platform/window_system.h"
 
-#include <QNetworkAccessManager>
 #include <QObject>
 #include <QUrl>
 
@@ -130,7 +129,6 @@ private:
     UsageStore m_usageStore;
     std::unique_ptr<HistoryStore> m_historyStore;             // made at first use
     std::unique_ptr<HistoryWindowController> m_historyWindow; // the same
-    QNetworkAccessManager m_network; // of the account and of reports on translations
     Account m_account;
     SelectionService m_selectionService;
     TextInsertionService m_insertionService;

@@ -3,14 +3,13 @@
 #include "core/translation_config.h"
 #include "core/translation_error.h"
 
+#include "platform/http_client.h"
 #include "platform/task.h"
 
 #include <QStringList>
 
 #include <functional>
 #include <optional>
-
-class QNetworkAccessManager;
 
 namespace nivora {
 
@@ -33,12 +32,12 @@ struct ConnectionReport
 };
 
 // Tries an endpoint out: one streaming request as a translation makes it, and one
-// for the list of its models. Borrows the network. Dropping the task stops both.
+// for the list of its models. Borrows the client. Dropping the task stops both.
 class ConnectionTest
 {
 public:
-    explicit ConnectionTest(QNetworkAccessManager &session)
-        : m_session(session)
+    explicit ConnectionTest(platform::HttpClient &http)
+        : m_http(http)
     {
     }
 
@@ -46,7 +45,7 @@ public:
                        std::function<void(const ConnectionReport &)> done) const;
 
 private:
-    QNetworkAccessManager &m_session;
+    platform::HttpClient &m_http;
 };
 
 } // namespace nivora

@@ -2,6 +2,7 @@
 
 #include "core/language.h"
 
+#include "platform/http_client.h"
 #include "platform/secret.h"
 #include "platform/task.h"
 
@@ -11,8 +12,6 @@
 
 #include <array>
 #include <functional>
-
-class QNetworkAccessManager;
 
 namespace nivora {
 
@@ -46,10 +45,9 @@ struct FeedbackReport
 class FeedbackService
 {
 public:
-    // Borrows the session, which outlives every report under way. `token` is the
+    // Borrows the client, which outlives every report under way. `token` is the
     // signed-in user's; empty when nobody is.
-    FeedbackService(QNetworkAccessManager &session, QUrl baseURL,
-                    const platform::SecretBytes &token);
+    FeedbackService(platform::HttpClient &http, QUrl baseURL, const platform::SecretBytes &token);
 
     // True once the cloud has taken the report; false for everything else, within
     // 15 s of the last sign of life. Nothing is sent a second time. Without a
@@ -57,7 +55,7 @@ public:
     platform::Task submit(const FeedbackReport &report, std::function<void(bool)> done) const;
 
 private:
-    QNetworkAccessManager &m_session;
+    platform::HttpClient &m_http;
     QUrl m_baseURL;
     platform::SecretBytes m_token; // trimmed
 };

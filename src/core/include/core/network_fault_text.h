@@ -1,13 +1,13 @@
 #pragma once
 
-#include <QString>
+#include "platform/http_client.h"
 
-class QNetworkReply;
+#include <QString>
 
 namespace nivora {
 
-// Why the network gave no answer, for users; in Qt's own words only where others
-// cannot be found.
-QString networkFaultText(const QNetworkReply &reply);
+// Why the network gave no answer, for users; in the library's own words only where
+// others cannot be found.
+QString networkFaultText(const platform::HttpFailure &failure);
 
 } // namespace nivora

@@ -6,10 +6,10 @@
 #include "core/translation_error.h"
 #include "core/translation_options.h"
 
+#include "platform/http_client.h"
 #include "platform/task.h"
 
 #include <QJsonObject>
-#include <QNetworkAccessManager>
 #include <QStringList>
 
 #include <functional>
@@ -40,7 +40,11 @@ public:
     using OnVariants = std::function<void(const QStringList &variants,
                                           const std::optional<TranslationError> &error)>;
 
-    TranslationEngine();
+    // Borrows the client, which outlives every call under way.
+    explicit TranslationEngine(platform::HttpClient &http)
+        : m_http(http)
+    {
+    }
 
     // Streams a translation. One retry, 400 ms after a passing network fault,
     // and only before the first byte of an answer: no piece comes twice.
@@ -72,7 +76,7 @@ private:
                                             const TranslationOptions &options,
                                             const TranslationConfig &config, bool stream);
 
-    QNetworkAccessManager m_session;
+    platform::HttpClient &m_http;
 };
 
 } // namespace nivora

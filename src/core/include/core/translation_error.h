@@ -1,22 +1,12 @@
 #pragma once
 
-#include <QNetworkReply>
+#include "platform/http_client.h"
+
 #include <QString>
 
 namespace nivora {
 
-// Why the network gave no answer, told apart as far as the retry policy and the
-// messages need it.
-enum class NetworkFault {
-    TimedOut,
-    CannotConnectToHost,
-    NotConnectedToInternet,
-    NetworkConnectionLost,
-    CannotFindHost,
-    Other,
-};
-
-NetworkFault networkFault(QNetworkReply::NetworkError error);
+using platform::NetworkFault;
 
 // Why a translation failed, with a message for the user.
 class TranslationError

@@ -7,6 +7,7 @@ class Appearance;
 class AudioInput;
 class Clipboard;
 class GlobalHotKey;
+class HttpClient;
 class IdleMonitor;
 class JapaneseTokenizer;
 class KeyEventTap;
@@ -30,6 +31,7 @@ struct Services
 {
     Preferences &preferences;
     SecretStore &secrets;
+    HttpClient &http;
     KeyEventTap &keyEventTap;
     GlobalHotKey &hotKey;
     KeySynthesizer &keySynthesizer;

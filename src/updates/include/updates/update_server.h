@@ -1,10 +1,10 @@
 #pragma once
 
+#include "platform/http_client.h"
 #include "platform/task.h"
 
 #include <QByteArray>
 #include <QCoreApplication>
-#include <QNetworkAccessManager>
 #include <QString>
 #include <QUrl>
 
@@ -32,9 +32,10 @@ public:
     // Or why nothing did, for the user.
     using Result = std::variant<Document, QString>;
 
-    // `origin`: scheme, host and port. `timeLimit`: for a whole answer.
-    explicit UpdateServer(const QUrl &origin,
-                          std::chrono::milliseconds timeLimit = std::chrono::seconds(60));
+    // Borrows the client. `origin`: scheme, host and port. `timeLimit`: for a whole
+    // answer.
+    UpdateServer(platform::HttpClient &http, const QUrl &origin,
+                 std::chrono::milliseconds timeLimit = std::chrono::seconds(60));
 
     // dist/appcast.xml
     QUrl feedURL() const;
@@ -46,9 +47,9 @@ public:
     platform::Task document(const QUrl &url, qint64 bytes, std::function<void(Result)> done);
 
 private:
+    platform::HttpClient &m_http;
     QUrl m_origin;
     std::chrono::milliseconds m_timeLimit;
-    QNetworkAccessManager m_network;
 };
 
 } // namespace nivora

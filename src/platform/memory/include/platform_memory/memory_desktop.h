@@ -5,6 +5,7 @@
 #include "platform_memory/memory_appearance.h"
 #include "platform_memory/memory_audio_input.h"
 #include "platform_memory/memory_clipboard.h"
+#include "platform_memory/memory_http_client.h"
 #include "platform_memory/memory_idle_monitor.h"
 #include "platform_memory/memory_japanese_tokenizer.h"
 #include "platform_memory/memory_keys.h"
@@ -28,6 +29,7 @@ struct MemoryDesktop
 {
     MemoryPreferences preferences;
     MemorySecretStore secrets;
+    MemoryHttpClient http;
     MemoryKeyEventTap keyEventTap;
     MemoryHotKey hotKey;
     MemoryKeySynthesizer keySynthesizer;
@@ -51,11 +53,13 @@ struct MemoryDesktop
     // Borrows from this object.
     platform::Services services()
     {
-        return {preferences,      secrets,       keyEventTap,       hotKey,
-                keySynthesizer,   accessibility, clipboard,         primarySelection,
-                windowSystem,     settingsPanes, japaneseTokenizer, speechSynthesizer,
-                speechRecognizer, audioInput,    appearance,        webBrowser,
-                idleMonitor,      loginItem,     trayHosts,         screenCapture,
+        return {preferences,       secrets,          http,
+                keyEventTap,       hotKey,           keySynthesizer,
+                accessibility,     clipboard,        primarySelection,
+                windowSystem,      settingsPanes,    japaneseTokenizer,
+                speechSynthesizer, speechRecognizer, audioInput,
+                appearance,        webBrowser,       idleMonitor,
+                loginItem,         trayHosts,        screenCapture,
                 textRecognizer};
     }
 };
