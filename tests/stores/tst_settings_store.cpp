@@ -177,7 +177,7 @@ private Q_SLOTS:
             const TranslationConfig config = process.settings.config();
             QCOMPARE((*config.apiToken).size(), secretLength);
             QVERIFY(copiesInMemory<char>() > 0);
-            m_secrets = {};
+            m_secrets.clear();
         }
         QCOMPARE(copiesInMemory<char>(), 0);
         QCOMPARE(copiesInMemory<char16_t>(), 0);
@@ -264,7 +264,7 @@ private Q_SLOTS:
     void init()
     {
         m_preferences = {};
-        m_secrets = {};
+        m_secrets.clear();
     }
 };
 

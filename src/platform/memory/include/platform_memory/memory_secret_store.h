@@ -22,6 +22,13 @@ public:
         if (!std::exchange(m_available, available) && available)
             tellOfAnswer();
     }
+    // As if new.
+    void clear()
+    {
+        m_secrets.clear();
+        m_reads = 0;
+        m_available = true;
+    }
     int count() const { return static_cast<int>(m_secrets.size()); }
     int reads() const { return m_reads; }
 
