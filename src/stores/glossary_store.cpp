@@ -1,11 +1,7 @@
 #include "stores/glossary_store.h"
 
-#include "glossary_format.h"
+#include "glossary_file.h"
 
-#include <QDir>
-#include <QFile>
-#include <QFileInfo>
-#include <QSaveFile>
 #include <QStandardPaths>
 
 using namespace Qt::Literals::StringLiterals;
@@ -19,29 +15,12 @@ namespace {
 constexpr std::size_t manyTerms = 1000;
 constexpr auto writePause = 300ms;
 
-constexpr auto ownerOnly = QFileDevice::ReadOwner | QFileDevice::WriteOwner;
-
-// Keeps the file under another name before it is replaced. A copy that was kept
-// earlier may be the one with years of terms in it, so it stays.
-bool keepRejected(const QString &path)
-{
-    const QString stem = path + ".rejected"_L1;
-    QString name = stem;
-    for (int attempt = 2; QFileInfo::exists(name); ++attempt)
-        name = stem + u'-' + QString::number(attempt);
-    // What cannot be read cannot be copied, but it can be renamed.
-    if (!QFile::copy(path, name))
-        return QFile::rename(path, name);
-    QFile::setPermissions(name, ownerOnly);
-    return true;
-}
-
 } // namespace
 
 GlossaryStore::GlossaryStore(QString path)
-    : m_path(std::move(path))
+    : m_file(std::make_shared<GlossaryFile>(std::move(path)))
+    , m_terms(m_file->read())
 {
-    load();
 }
 
 GlossaryStore::~GlossaryStore()
@@ -54,22 +33,6 @@ QString GlossaryStore::defaultPath()
 {
     return QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) +
            "/app.nivora/glossary.json"_L1;
-}
-
-void GlossaryStore::load()
-{
-    const QFileInfo info(m_path);
-    if (!info.exists())
-        return;
-    QFile file(m_path);
-    // Opening a pipe would wait for a writer.
-    if (info.isFile() && file.open(QIODevice::ReadOnly)) {
-        if (auto terms = decodeGlossary(file.readAll())) {
-            m_terms = std::move(*terms);
-            return;
-        }
-    }
-    m_rejected = true;
 }
 
 QUuid GlossaryStore::add()
@@ -156,20 +119,7 @@ void GlossaryStore::persist()
 void GlossaryStore::write()
 {
     m_write.cancel();
-    const QString folder = QFileInfo(m_path).path();
-    if (!QFileInfo(folder).isDir()) {
-        QDir().mkpath(QFileInfo(folder).path());
-        QDir().mkdir(folder, ownerOnly | QFileDevice::ExeOwner);
-    }
-    // Rather no new file than the loss of the old one.
-    if (m_rejected && !keepRejected(m_path))
-        return;
-    m_rejected = false;
-    QSaveFile file(m_path);
-    if (!file.open(QIODevice::WriteOnly) || !file.setPermissions(ownerOnly))
-        return;
-    file.write(encodeGlossary(m_terms));
-    file.commit();
+    m_queue.replace([file = m_file, terms = m_terms] { file->write(terms); });
 }
 
 } // namespace nivora

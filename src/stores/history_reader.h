@@ -1,5 +1,7 @@
 #pragma once
 
+#include "history_file.h"
+
 #include "stores/history_entry.h"
 
 #include <functional>
@@ -13,7 +15,8 @@ struct HistoryList
 {
     std::optional<qint64> total; // rows in the table, whatever the search
     std::optional<std::vector<HistoryEntry>> entries;
-    bool isDamaged = false; // the file, so that rows may be missing
+    bool isDamaged = false;                      // the file, so that rows may be missing
+    std::optional<HistoryFile::Identity> read{}; // set by the caller
 };
 
 // Counts the rows and reads the newest `limit` that match, or fewer where their

@@ -3,18 +3,23 @@
 #include "core/translation_options.h"
 
 #include "platform/task.h"
+#include "platform/write_queue.h"
 
 #include <QObject>
 #include <QSet>
 
+#include <memory>
 #include <vector>
 
 namespace nivora {
 
+class GlossaryFile;
+
 // The user's fixed terms, kept in one JSON file that is read once. Each change
 // replaces the file in one step, where there are very many terms a moment later, so
-// that typing does not write megabytes at each key. Failures are silent and leave the
-// list in memory as it is. Main thread only.
+// that typing does not write megabytes at each key. A thread writes, for which nobody
+// waits longer than 50 ms. Failures are silent and leave the list in memory as it is.
+// Main thread only.
 class GlossaryStore : public QObject
 {
     Q_OBJECT
@@ -49,14 +54,13 @@ Q_SIGNALS:
     void removed(int first, int last);
 
 private:
-    void load();
     void persist();
     void write();
 
-    QString m_path;
+    std::shared_ptr<GlossaryFile> m_file; // the queue's, once there is a change
+    platform::WriteQueue m_queue;
     std::vector<GlossaryTerm> m_terms;
-    bool m_rejected = false; // the file holds something that is not in m_terms
-    platform::Task m_write;  // is yet to come
+    platform::Task m_write; // is yet to come
 };
 
 } // namespace nivora

@@ -5,26 +5,30 @@
 #include "core/language.h"
 
 #include "platform/task.h"
+#include "platform/write_queue.h"
 
 #include <QObject>
 
 #include <chrono>
 #include <functional>
+#include <map>
 #include <memory>
 #include <optional>
+#include <utility>
 #include <vector>
 
 namespace nivora {
 
-class HistoryConnection;
-class HistoryFile;
+class HistoryDatabase;
 
 // Every finished translation, in a database of this user and this machine. Main
 // thread only. Nothing here fails towards the caller: a row that cannot be
 // written is not written, one that cannot be read is not there, and without a
 // database the history is empty. A file that is deleted meanwhile is made anew,
-// and one that turns out to be damaged is kept aside for a new one. Another
-// process that holds the database makes a call wait 50 ms at most.
+// and one that turns out to be damaged is kept aside for a new one.
+//
+// All of the database is a thread's, and nobody waits for it longer than 50 ms: a row that
+// takes longer is on its way, and what is not found by then counts as not there.
 class HistoryStore : public QObject
 {
     Q_OBJECT
@@ -72,23 +76,15 @@ Q_SIGNALS:
     void changed();
 
 private:
-    void open();
-    bool begin();
-    int prepareSchema();
-    bool keepAside();
-    void perform(const std::function<int()> &operation);
-    void report(const QString &message);
-    int newest(const QString &key, Language target, std::optional<QString> &translation);
-    int insert(const QString &key, const QString &translation, Language from, Language to);
     void reload(bool isRepeated = false);
     void release();
 
     std::function<bool()> m_isEnabled;
     QString m_path;
-    std::unique_ptr<HistoryFile> m_file;
-    std::unique_ptr<HistoryConnection> m_database; // absent when there is none to be had
-    bool m_hasSchema = false;
-    QString m_lastReport;
+    std::shared_ptr<HistoryDatabase> m_database; // the queue's
+    platform::WriteQueue m_queue;
+    // Rows that are on their way, at least: the newest translation of a text into a target.
+    std::map<std::pair<QString, Language>, QString> m_unwritten;
 
     QString m_search;
     bool m_watched = false;
