@@ -22,8 +22,6 @@ namespace {
 
 // A lock that is taken again and again is free for moments only.
 constexpr auto lockPause = 200us;
-// Of the main thread, for a disk. Mostly it takes a fraction of a millisecond.
-constexpr auto longestWait = 50ms;
 
 constexpr auto ownerOnly = QFileDevice::ReadOwner | QFileDevice::WriteOwner;
 
@@ -96,35 +94,31 @@ JsonFile::State JsonFile::read(QJsonObject &object) const
 
 JsonFile::JsonFile(QString path)
     : m_path(std::move(path))
+    , m_syncing(std::make_shared<QThreadPool>())
 {
-    m_syncing.setMaxThreadCount(1);
-    m_writing.setMaxThreadCount(1);
+    m_syncing->setMaxThreadCount(1);
 }
 
 JsonFile::Writing JsonFile::write(const QJsonObject &object, FileLock lock)
 {
-    const auto result = std::make_shared<std::promise<bool>>();
-    m_written = result->get_future();
-    m_writing.start([this, result, path = followLinks(m_path),
-                     text = QJsonDocument(object).toJson(),
-                     lock = std::make_shared<FileLock>(std::move(lock))]() mutable {
-        const bool replaced = replace(path, text);
+    m_replaced = std::make_shared<bool>(false);
+    m_writing.run([replaced = m_replaced, syncing = m_syncing, path = followLinks(m_path),
+                   text = QJsonDocument(object).toJson(),
+                   lock = std::make_shared<FileLock>(std::move(lock))]() mutable {
+        *replaced = replace(path, text);
         lock.reset();
-        result->set_value(replaced);
-        m_syncing.clear(); // the one that is there by then is enough
-        if (replaced)
-            m_syncing.start([path] { synchronise(path); });
+        syncing->clear(); // the one that is there by then is enough
+        if (*replaced)
+            syncing->start([path] { synchronise(path); });
     });
-    return writing(longestWait);
+    return writing();
 }
 
 JsonFile::Writing JsonFile::writing(std::chrono::milliseconds wait) const
 {
-    if (!m_written.valid())
-        return Writing::Done;
-    if (m_written.wait_for(wait) != std::future_status::ready)
+    if (!m_writing.isIdle(wait))
         return Writing::Pending;
-    return m_written.get() ? Writing::Done : Writing::Failed;
+    return !m_replaced || *m_replaced ? Writing::Done : Writing::Failed;
 }
 
 bool JsonFile::keepAside() const

@@ -1,12 +1,14 @@
 #pragma once
 
+#include "platform/write_queue.h"
+
 #include <QJsonObject>
 #include <QString>
 #include <QThreadPool>
 
 #include <chrono>
 #include <functional>
-#include <future>
+#include <memory>
 #include <optional>
 
 #include <sys/types.h>
@@ -89,9 +91,9 @@ public:
 
 private:
     QString m_path;
-    std::shared_future<bool> m_written; // of the last write
-    QThreadPool m_syncing;              // one thread each
-    QThreadPool m_writing;
+    std::shared_ptr<QThreadPool> m_syncing; // one thread
+    std::shared_ptr<bool> m_replaced;       // by the last write; null before the first
+    platform::WriteQueue m_writing;
 };
 
 } // namespace nivora::linuxdesktop
