@@ -12,6 +12,11 @@ namespace {
 constexpr auto longestWait = 50ms;
 constexpr auto closingWait = 2000ms;
 
+bool isReady(const std::shared_future<void> &job, std::chrono::milliseconds wait = {})
+{
+    return !job.valid() || job.wait_for(wait) == std::future_status::ready;
+}
+
 } // namespace
 
 WriteQueue::WriteQueue()
@@ -39,25 +44,30 @@ void WriteQueue::start(std::function<void()> job)
 
 bool WriteQueue::run(std::function<void()> job)
 {
-    const bool isBehind = m_isLate && !isIdle();
+    const bool isBehind = !isReady(m_late);
     start(std::move(job));
-    m_isLate = isBehind || !isIdle(longestWait);
-    return !m_isLate;
+    if (isBehind)
+        return isIdle();
+    if (isIdle(longestWait))
+        return true;
+    m_late = m_last;
+    return false;
 }
 
 bool WriteQueue::replace(std::function<void()> job)
 {
-    if (m_isLate && !isIdle()) {
-        m_thread->clear();
-        start(std::move(job));
-        return false;
-    }
-    return run(std::move(job));
+    const bool isBehind = !isReady(m_late);
+    m_thread->clear();
+    if (!isBehind)
+        return run(std::move(job));
+    start(std::move(job));
+    m_late = m_last; // the one before may be forgotten
+    return false;
 }
 
 bool WriteQueue::isIdle(std::chrono::milliseconds wait) const
 {
-    return !m_last.valid() || m_last.wait_for(wait) == std::future_status::ready;
+    return isReady(m_last, wait);
 }
 
 } // namespace nivora::platform

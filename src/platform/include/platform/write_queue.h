@@ -33,7 +33,7 @@ public:
 private:
     std::unique_ptr<QThreadPool> m_thread; // one
     std::shared_future<void> m_last;
-    bool m_isLate = false; // unless idle by now
+    std::shared_future<void> m_late; // was waited for in vain
 };
 
 } // namespace nivora::platform
