@@ -43,6 +43,14 @@ else()
     # Some compilers bring a level of their own along.
     target_compile_options(nivora_options INTERFACE
         "$<${NIVORA_HARDENED}:-U_FORTIFY_SOURCE;-D_FORTIFY_SOURCE=3;-D_GLIBCXX_ASSERTIONS>")
+    # Addresses that are merely shifted at the start: 90 KiB to read in the usual form,
+    # 1.4 in this one.
+    include(CheckLinkerFlag)
+    check_linker_flag(CXX LINKER:-z,pack-relative-relocs NIVORA_HAS_PACKED_RELOCATIONS)
+    if(NIVORA_HAS_PACKED_RELOCATIONS)
+        target_link_options(nivora_options INTERFACE
+            "$<${NIVORA_HARDENED}:LINKER:-z,pack-relative-relocs>")
+    endif()
     set(program "$<STREQUAL:$<TARGET_PROPERTY:TYPE>,EXECUTABLE>")
     target_link_options(nivora_options INTERFACE
         "$<${NIVORA_HARDENED}:LINKER:-z,relro,-z,now,-z,noexecstack>"

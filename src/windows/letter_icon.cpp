@@ -15,6 +15,9 @@ namespace {
 
 // What trays and task bars ask for, at single and double scale.
 constexpr int usualSides[] = {16, 22, 24, 32, 44, 48, 64, 128};
+// What is drawn again and again. The larger ones go to the X server once for each
+// window, and kept they would be a twelfth of the heap of a program at rest.
+constexpr int largestKeptSide = 48;
 
 const QColor markColor(0xFF, 0x9F, 0x0A);
 
@@ -97,7 +100,8 @@ public:
         QPixmap pixmap;
         if (!QPixmapCache::find(key, &pixmap)) {
             pixmap = drawn(side, m_marked);
-            QPixmapCache::insert(key, pixmap);
+            if (side <= largestKeptSide)
+                QPixmapCache::insert(key, pixmap);
         }
         return pixmap;
     }
