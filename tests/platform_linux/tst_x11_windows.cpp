@@ -179,15 +179,18 @@ private Q_SLOTS:
         int found = 0;
         int missed = 0;
         std::atomic<bool> stop = false;
-        // Another program opens and closes windows as fast as it can.
+        // Another program opens and closes windows as fast as it can, in a rhythm that
+        // changes: in a steady one the two may keep step, and one case is hardly met.
         std::unique_ptr<QThread> other(QThread::create([&] {
             X11Peer peer(m_bare.displayName());
-            while (!stop) {
+            for (int beat = 0; !stop; ++beat) {
                 const auto window = openWindow(peer, QByteArray("fast\0Fast", 10));
                 xcb_set_input_focus(peer.xcb(), XCB_INPUT_FOCUS_NONE, window, XCB_CURRENT_TIME);
-                peer.synchronise();
+                for (int i = 0; i <= beat % 7; ++i)
+                    peer.synchronise();
                 xcb_destroy_window(peer.xcb(), window);
-                peer.synchronise();
+                for (int i = 0; i <= beat % 5; ++i)
+                    peer.synchronise();
             }
         }));
         other->start();
