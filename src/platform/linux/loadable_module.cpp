@@ -2,22 +2,13 @@
 
 #include "platform/log.h"
 
+#include <QFile>
 #include <QPromise>
 #include <QThreadPool>
 
+#include <dlfcn.h>
+
 namespace nivora::linuxdesktop {
-
-namespace {
-
-// The libraries of one file are one, so that an object of another thread will do.
-void loadLibrary(const QString &file)
-{
-    QLibrary library(file);
-    library.setLoadHints(QLibrary::PreventUnloadHint);
-    library.load();
-}
-
-} // namespace
 
 LoadableModule::LoadableModule(const QString &file, const char *purpose)
     : m_library(file)
@@ -27,26 +18,25 @@ LoadableModule::LoadableModule(const QString &file, const char *purpose)
     m_library.setLoadHints(QLibrary::PreventUnloadHint);
 }
 
-platform::Task LoadableModule::load(std::function<void()> done)
+void LoadableModule::prepare()
 {
-    if (isLoaded())
-        return platform::delay({}, std::move(done));
+    if (m_loading.isValid())
+        return;
     const auto promise = std::make_shared<QPromise<bool>>();
-    auto task =
-        platform::whenFinished<bool>(promise->future(), [done = std::move(done)](bool) { done(); });
-    QThreadPool::globalInstance()->start([promise, file = m_library.fileName()] {
-        promise->start();
-        loadLibrary(file);
+    m_loading = promise->future();
+    promise->start();
+    // The loader knows it from there on, and never lets it go.
+    QThreadPool::globalInstance()->start([promise, file = QFile::encodeName(m_library.fileName())] {
+        ::dlopen(file.constData(), RTLD_LAZY | RTLD_NODELETE);
         promise->addResult(true);
         promise->finish();
     });
-    return task;
 }
 
-void LoadableModule::prepare()
+platform::Task LoadableModule::load(std::function<void()> done)
 {
-    if (!isLoaded())
-        QThreadPool::globalInstance()->start([file = m_library.fileName()] { loadLibrary(file); });
+    prepare();
+    return platform::whenFinished<bool>(m_loading, [done = std::move(done)](bool) { done(); });
 }
 
 QFunctionPointer LoadableModule::symbol(const char *name)

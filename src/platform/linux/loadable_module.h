@@ -2,6 +2,7 @@
 
 #include "platform/task.h"
 
+#include <QFuture>
 #include <QLibrary>
 #include <QString>
 
@@ -18,15 +19,12 @@ public:
     // cannot be loaded.
     LoadableModule(const QString &file, const char *purpose);
 
-    // Reads it from the disk on another thread, whether there is something to read or
-    // not. Costs a turn of the event loop once it is there.
-    platform::Task load(std::function<void()> done);
-
-    // The same without telling: the thread goes on when nobody waits for it.
+    // Has another thread read it from the disk, once.
     void prepare();
 
-    // Whether resolve() has found it.
-    bool isLoaded() const { return m_library.isLoaded(); }
+    // Tells when that is over, whether there was something to read or not. Dropping the
+    // task does not end it.
+    platform::Task load(std::function<void()> done);
 
     // What the module offers under the name; null where it cannot be loaded. Takes its
     // time where the module has not been loaded.
@@ -44,6 +42,7 @@ private:
 
     QLibrary m_library;
     const char *m_purpose;
+    QFuture<bool> m_loading; // invalid before the first prepare()
 };
 
 // A request that is made when its module is there.
