@@ -3,16 +3,20 @@
 #include "stores/glossary_store.h"
 
 #include "platform_linux/json_preferences.h"
+#include "support/wait.h"
 
 #include <QCoreApplication>
+#include <QElapsedTimer>
 #include <QProcess>
 #include <QRandomGenerator>
 #include <QTest>
+#include <QThread>
 
 #include <unistd.h>
 
 using namespace nivora;
 using namespace Qt::Literals::StringLiterals;
+using namespace std::chrono_literals;
 
 namespace {
 
@@ -123,7 +127,11 @@ public:
         if (check != QStringList{u"ok"_s} || found.value(0) != found.value(1))
             return -1;
         const qint64 rows = found.value(0).toLongLong();
-        return rows == 0 || m_store.latestTranslation(text(rows), Language::Japanese) ? rows : -1;
+        // On a slow disk a look into the history is given up.
+        const auto finds = [&] {
+            return m_store.latestTranslation(text(rows), Language::Japanese).has_value();
+        };
+        return rows == 0 || test::waitUntil(finds, 2s) ? rows : -1;
     }
 
     void write(qint64 number) override
@@ -148,16 +156,25 @@ std::unique_ptr<Numbered> open(const QString &store, const QString &folder)
     return std::make_unique<NumberedHistory>(folder);
 }
 
+// What the stores wait for the disk, and a little less.
+constexpr auto storesWait = 49ms;
+
 // The program that is killed: writes one state after the other and tells of each that
-// is done, past every buffer.
+// is done, past every buffer. One that its store has given up waiting for is done when
+// another reader finds it.
 [[noreturn]] void writeUntilKilled(const QString &store, const QString &folder)
 {
+    QElapsedTimer time;
+    time.start();
     const auto numbered = open(store, folder);
     for (qint64 number = numbered->number() + 1;; ++number) {
         numbered->write(number);
+        while (time.hasExpired(storesWait.count()) && open(store, folder)->number() != number)
+            QThread::msleep(1);
         const QByteArray line = QByteArray::number(number) + '\n';
         if (::write(STDOUT_FILENO, line.constData(), std::size_t(line.size())) != line.size())
             std::_Exit(1);
+        time.restart();
     }
 }
 
