@@ -21,7 +21,15 @@ TrayIcon::TrayIcon(MenuContent &content, platform::TrayHosts &hosts)
     QApplication::setWindowIcon(letterIcon());
 }
 
-TrayIcon::~TrayIcon() = default;
+// A menu that is deleted with its entries leaves behind what Qt made of them for the bus.
+TrayIcon::~TrayIcon()
+{
+    if (!m_menu)
+        return;
+    for (QMenu *menu : m_menu->findChildren<QMenu *>())
+        menu->clear();
+    m_menu->clear();
+}
 
 void TrayIcon::show()
 {
